@@ -1,0 +1,19 @@
+#pragma once
+
+#include <color.h>
+#include <indexgrid.h>
+#include <tracebitmap.h>
+
+/// The tests' view of a tracer's members.
+class TraceBitmapProbe {
+public:
+    static const QMap<QString, double>& options(const OvTraceBitmap& tracer) {
+        return tracer.options;
+    }
+    static const ImageData& imageData(const OvTraceBitmap& tracer) {
+        return tracer.imageData;
+    }
+    static const ovtrace::QuantizedImage* indexedImage(const OvTraceBitmap& tracer) {
+        return tracer.indexedImage.get();
+    }
+};

@@ -1,0 +1,138 @@
+#include "blur.h"
+
+#include "blurkernels.h"
+#include "numbers.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <array>
+#include <cstring>
+#include <vector>
+
+namespace ovtrace {
+namespace {
+
+constexpr int Channels = 4;
+constexpr int LargestLimit = 1024;
+
+using Byte = signed char;
+
+/// The neighbours that contribute to a mean: a run of stored bytes and a weight for each.
+struct Taps {
+    int count = 0;
+    std::array<const Byte*, 2 * MaxBlurRadius + 1> bytes{};
+    std::array<double, 2 * MaxBlurRadius + 1> weights{};
+    double weightSum = 0.0;
+
+    void add(const Byte* neighbour, double weight) {
+        bytes[static_cast<std::size_t>(count)] = neighbour;
+        weights[static_cast<std::size_t>(count)] = weight;
+        weightSum += weight;
+        ++count;
+    }
+};
+
+/// Writes `size` weighted means. The sums run in the order of the taps and each product is
+/// rounded before it is added: the floor lets the last bit decide. Without taps the mean is
+/// 0 / 0, which is stored as 0.
+void writeMeans(const Taps& taps, Byte* means, qsizetype size) {
+    for (qsizetype i = 0; i < size; ++i) {
+        double sum = 0.0;
+        for (std::size_t k = 0; k < static_cast<std::size_t>(taps.count); ++k)
+            sum += static_cast<double>(taps.bytes[k][i]) * taps.weights[k];
+        means[i] = truncateToByte(std::floor(sum / taps.weightSum));
+    }
+}
+
+/// The taps of pixel x of a row: those of its neighbours that lie in columns 1 .. width - 1.
+Taps horizontalTaps(const Byte* row, int x, int width, int radius) {
+    const std::span<const double> kernel = blurKernel(radius);
+    Taps taps;
+    for (int k = -radius; k <= radius; ++k) {
+        const int column = x + k;
+        if (column > 0 && column < width)
+            taps.add(row + qsizetype(column) * Channels, kernel[static_cast<std::size_t>(k + radius)]);
+    }
+    return taps;
+}
+
+void blurRow(const Byte* row, Byte* blurred, int width, int radius) {
+    // Columns firstFull .. endFull - 1 have all their neighbours: one call does them together.
+    const int firstFull = std::min(radius + 1, width);
+    const int endFull = std::max(firstFull, width - radius);
+    const auto writeColumns = [&](int from, int count) {
+        writeMeans(horizontalTaps(row, from, width, radius), blurred + qsizetype(from) * Channels,
+                   qsizetype(count) * Channels);
+    };
+    for (int x = 0; x < firstFull; ++x)
+        writeColumns(x, 1);
+    if (firstFull < endFull)
+        writeColumns(firstFull, endFull - firstFull);
+    for (int x = endFull; x < width; ++x)
+        writeColumns(x, 1);
+}
+
+/// Takes over each blurred pixel that differs from its original by at most `limit` in all.
+void keepSmallChanges(const Byte* blurred, Byte* original, int width, int limit) {
+    for (qsizetype i = 0; i < qsizetype(width) * Channels; i += Channels) {
+        int difference = 0;
+        for (qsizetype c = i; c < i + Channels; ++c)
+            difference += std::abs(blurred[c] - original[c]);
+        if (difference <= limit)
+            std::memcpy(original + i, blurred + i, Channels);
+    }
+}
+
+/// The horizontally blurred rows around the current one, each row computed once.
+class RowWindow {
+public:
+    RowWindow(int width, int radius)
+        : rowBytes(qsizetype(width) * Channels), rowCount(2 * radius + 1),
+          bytes(static_cast<std::size_t>(rowBytes * rowCount)) {
+    }
+    Byte* row(int y) {
+        return bytes.data() + rowBytes * (y % rowCount);
+    }
+
+private:
+    qsizetype rowBytes;
+    int rowCount;
+    std::vector<Byte> bytes;
+};
+
+/// The taps of row y: the blurred rows around it that lie in 1 .. height - 1.
+Taps verticalTaps(RowWindow& window, int y, int height, int radius) {
+    const std::span<const double> kernel = blurKernel(radius);
+    Taps taps;
+    for (int k = -radius; k <= radius; ++k) {
+        const int row = y + k;
+        if (row > 0 && row < height)
+            taps.add(window.row(row), kernel[static_cast<std::size_t>(k + radius)]);
+    }
+    return taps;
+}
+
+} // namespace
+
+void blur(ImageData& image, float radius, float delta) {
+    const int wholeRadius = floorToInt(radius);
+    if (wholeRadius < 1)
+        return;
+    const int r = std::min(wholeRadius, MaxBlurRadius);
+    const int limit = std::min(truncateToInt(std::fabs(delta)), LargestLimit);
+    const qsizetype rowBytes = qsizetype(image.width) * Channels;
+    Byte* pixels = reinterpret_cast<Byte*>(image.data.data());
+    RowWindow window(image.width, r);
+    std::vector<Byte> blurred(static_cast<std::size_t>(rowBytes));
+    int nextRow = 0;
+    // In place: when row y is replaced, the horizontal pass has gone past it already.
+    for (int y = 0; y < image.height; ++y) {
+        for (; nextRow < image.height && nextRow <= y + r; ++nextRow)
+            blurRow(pixels + rowBytes * nextRow, window.row(nextRow), image.width, r);
+        writeMeans(verticalTaps(window, y, image.height, r), blurred.data(), rowBytes);
+        keepSmallChanges(blurred.data(), pixels + rowBytes * y, image.width, limit);
+    }
+}
+
+} // namespace ovtrace

@@ -1,0 +1,56 @@
+#include "imageload.h"
+
+#include <QImage>
+
+namespace ovtrace {
+namespace {
+
+/// Flips the top bit of each channel: value 0..255 becomes value - 128 in a signed byte.
+constexpr QRgb StoredFlip = 0x80808080U;
+
+void storePixel(char* stored, QRgb pixel) {
+    const QRgb flipped = pixel ^ StoredFlip;
+    stored[0] = static_cast<char>(qRed(flipped));
+    stored[1] = static_cast<char>(qGreen(flipped));
+    stored[2] = static_cast<char>(qBlue(flipped));
+    stored[3] = static_cast<char>(qAlpha(flipped));
+}
+
+/// A row of a format whose scan lines hold what pixel() returns, but for the alpha in `opaque`.
+void loadRowRgb32(const QImage& image, int y, QRgb opaque, char* stored) {
+    const QRgb* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+    for (int x = 0; x < image.width(); ++x, stored += 4)
+        storePixel(stored, row[x] | opaque);
+}
+
+void loadRow(const QImage& image, int y, char* stored) {
+    switch (image.format()) {
+    case QImage::Format_RGB32:
+        loadRowRgb32(image, y, 0xff000000U, stored);
+        break;
+    case QImage::Format_ARGB32:
+        loadRowRgb32(image, y, 0, stored);
+        break;
+    default:
+        for (int x = 0; x < image.width(); ++x, stored += 4)
+            storePixel(stored, image.pixel(x, y));
+    }
+}
+
+} // namespace
+
+ImageData loadImageData(const QImage& image) {
+    ImageData loaded;
+    loaded.width = image.width();
+    loaded.height = image.height();
+    // Row by row through a small buffer: the large list is written once, never zeroed first.
+    QList<char> row(qsizetype(4) * image.width());
+    loaded.data.reserve(row.size() * image.height());
+    for (int y = 0; y < image.height(); ++y) {
+        loadRow(image, y, row.data());
+        loaded.data.append(row);
+    }
+    return loaded;
+}
+
+} // namespace ovtrace

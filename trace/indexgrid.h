@@ -1,0 +1,71 @@
+#pragma once
+
+#include <QtGlobal>
+
+#include <cstdint>
+#include <memory>
+#include <variant>
+
+namespace ovtrace {
+
+/// The palette index of every pixel, one cell each, inside a border of one cell all around.
+///
+/// Cells are bytes while the palette is small enough, so that the stages after quantization read
+/// one byte a pixel; larger palettes take ints. Cell (0, 0) is the upper-left border cell, the
+/// pixel at column x of row y is cell (y + 1, x + 1). The border holds a value that is no index.
+template <typename Cell> class CellGrid {
+public:
+    /// Marks the border: no pixel's index.
+    static constexpr Cell Border = static_cast<Cell>(-1);
+
+    /// Allocates the cells of a width x height image and fills in the border alone.
+    CellGrid(int width, int height)
+        : width(width), height(height), stride(qsizetype(width) + 2),
+          cells(std::make_unique_for_overwrite<Cell[]>(
+              static_cast<std::size_t>(stride * (qsizetype(height) + 2)))) {
+        fillBorderRow(0);
+        fillBorderRow(height + 1);
+        for (int row = 1; row <= height; ++row) {
+            rowCells(row)[0] = Border;
+            rowCells(row)[width + 1] = Border;
+        }
+    }
+
+    /// The first cell of a row, 0 .. height + 1: the left border cell.
+    Cell* rowCells(int row) {
+        return cells.get() + stride * row;
+    }
+    const Cell* rowCells(int row) const {
+        return cells.get() + stride * row;
+    }
+
+    const int width;        ///< pixels, without the border
+    const int height;       ///< pixels, without the border
+    const qsizetype stride; ///< cells from one row to the next
+
+private:
+    void fillBorderRow(int row) {
+        Cell* cell = rowCells(row);
+        for (qsizetype i = 0; i < stride; ++i)
+            cell[i] = Border;
+    }
+
+    std::unique_ptr<Cell[]> cells;
+};
+
+using ByteGrid = CellGrid<std::uint8_t>;
+using IntGrid = CellGrid<std::int32_t>;
+
+/// The largest palette whose indices fit a ByteGrid beside its border value.
+inline constexpr std::size_t LargestBytePalette = 255;
+
+/// A grid of either cell width.
+using IndexGrid = std::variant<ByteGrid, IntGrid>;
+
+/// An image whose pixels are indices into a palette.
+struct QuantizedImage {
+    IndexGrid indices;
+    int colors = 0; ///< the size of the palette; without colours the indices mean nothing
+};
+
+} // namespace ovtrace

@@ -1,0 +1,111 @@
+#include "palette.h"
+
+#include "numbers.h"
+#include "random.h"
+
+#include <algorithm>
+#include <bitset>
+#include <cmath>
+
+namespace ovtrace {
+namespace {
+
+/// From this many colours on, generatepalette() makes a colour grid.
+constexpr int SmallestGrid = 8;
+
+/// Channel value 0..255 to stored byte; only the low 8 bits of `value` count.
+signed char toStored(int value) {
+    return static_cast<signed char>(((value & 255) - StoredOffset) & 255);
+}
+
+constexpr signed char StoredOpaque = 127;
+
+Palette colorGrid(int count) {
+    // The exponent is the double nearest to one third and the root is floored as it stands, so
+    // that 64, 125 and 216 colours give one step less than their exact root.
+    const int steps = truncateToInt(std::floor(std::pow(count, 0.3333333333333333)));
+    const int step = truncateToInt(std::floor(255.0F / static_cast<float>(steps - 1)));
+    Palette palette;
+    palette.reserve(static_cast<std::size_t>(count));
+    for (int red = 0; red < steps; ++red) {
+        for (int green = 0; green < steps; ++green) {
+            for (int blue = 0; blue < steps; ++blue) {
+                palette.push_back({toStored(red * step), toStored(green * step),
+                                   toStored(blue * step), StoredOpaque});
+            }
+        }
+    }
+    while (palette.size() < static_cast<std::size_t>(count))
+        palette.push_back(randomColor());
+    return palette;
+}
+
+Palette greyRamp(int count) {
+    // One colour gives an infinite step and 0 * inf = NaN, whose low byte makes it black.
+    const double step = 255.0 / static_cast<double>(count - 1);
+    Palette palette;
+    for (int i = 0; i < count; ++i) {
+        const double value = i * step;
+        const double floored = std::floor(value);
+        const double rounded = value - floored < 0.5 ? floored : std::ceil(value);
+        const signed char grey = toStored(truncateToInt(rounded));
+        palette.push_back({grey, grey, grey, StoredOpaque});
+    }
+    return palette;
+}
+
+/// 16 levels a channel, centred on stored 0: -8..7.
+constexpr int CoarseStep = 16;
+
+/// The position of a stored byte's coarse level, 0..15.
+unsigned coarseLevel(char stored) {
+    return static_cast<unsigned>(static_cast<signed char>(stored) / CoarseStep + 8);
+}
+
+/// The distinct coarse colours of the image in the order in which they are first seen.
+std::vector<Color> coarseColors(const ImageData& image) {
+    std::bitset<65536> seen;
+    std::vector<Color> colors;
+    const auto level = [](unsigned key, unsigned shift) {
+        const int coarse = static_cast<int>((key >> shift) & 15U) - 8;
+        return static_cast<signed char>(coarse * CoarseStep);
+    };
+    for (qsizetype i = 0; i + 3 < image.data.size(); i += 4) {
+        const char* pixel = image.data.constData() + i;
+        const unsigned key = coarseLevel(pixel[0]) << 12 | coarseLevel(pixel[1]) << 8 |
+                             coarseLevel(pixel[2]) << 4 | coarseLevel(pixel[3]);
+        if (seen[key])
+            continue;
+        seen.set(key);
+        colors.push_back({level(key, 12), level(key, 8), level(key, 4), level(key, 0)});
+    }
+    return colors;
+}
+
+} // namespace
+
+bool lessThanColor(const Color& a, const Color& b) {
+    return (a.red + a.green + a.blue) / 3 < (b.red + b.green + b.blue) / 3;
+}
+
+Palette generatepalette(int count) {
+    if (count <= 0)
+        return {};
+    return count >= SmallestGrid ? colorGrid(count) : greyRamp(count);
+}
+
+Palette samplepalette(const ImageData& image, int count) {
+    std::vector<Color> sampled = coarseColors(image);
+    if (sampled.empty() || count <= 0)
+        return {};
+    // Not a stable sort: the order of equally dark colours is that of std::sort on this order.
+    std::sort(sampled.begin(), sampled.end(), lessThanColor);
+    const double stride = static_cast<double>(sampled.size()) / static_cast<double>(count);
+    Palette palette;
+    palette.reserve(static_cast<std::size_t>(count));
+    for (int i = 0; i < count; ++i)
+        palette.push_back(sampled[static_cast<std::size_t>(stride * static_cast<double>(i))]);
+    return palette;
+}
+
+} // namespace ovtrace

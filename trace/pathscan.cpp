@@ -1,0 +1,262 @@
+#include "pathscan.h"
+
+#include "nodetypes.h"
+#include "pathtables.h"
+
+#include <array>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+#include <vector>
+
+namespace ovtrace {
+namespace {
+
+/// Marks of a node: which of the outlines' corners there a walk has passed. Only corners that may
+/// start a walk, or that share their node with another corner of the colour, are marked.
+enum Mark : std::uint8_t {
+    ConvexLowerRight = 1,   ///< of the lower right cell, unlike its three neighbours
+    ConcaveLowerRight = 2,  ///< of the colour around the lower right cell
+    SaddleUpperLeft = 4,    ///< around the upper left cell, at a node of type 10
+    SaddleUpperRight = 8,   ///< around the upper right cell, at a node of type 5
+    SaddleLowerLeft = 16,   ///< around the lower left cell, at a node of type 5
+};
+
+/// Which hand of the walker the colour is on: right along outer boundaries, left along holes.
+enum Side : int { Outer = 0, Hole = 1 };
+
+/// What a walk does at a node, by the two cells ahead of it (those behind are known).
+struct Turn {
+    std::int8_t nodeType = 0;
+    std::int8_t direction = 0;
+    std::uint8_t mark = 0;       ///< the mark to set
+    std::uint8_t otherMark = 0;  ///< the mark of the saddle's other corner
+    std::int8_t otherType = 0;   ///< the saddle's type when the other corner has been passed
+};
+
+/// The cells around a node as a walker sees them, by direction of arrival.
+struct Ahead {
+    int left;
+    int right;
+    int behindRight;
+    int behindLeft;
+};
+constexpr std::array<Ahead, 4> AheadBits{{
+    {UpperRight, LowerRight, LowerLeft, UpperLeft},
+    {UpperLeft, UpperRight, LowerRight, LowerLeft},
+    {LowerLeft, UpperLeft, UpperRight, LowerRight},
+    {LowerRight, LowerLeft, UpperLeft, UpperRight},
+}};
+
+constexpr int Saddle5 = UpperLeft | LowerRight;
+constexpr int Saddle10 = UpperRight | LowerLeft;
+
+/// The turn at a saddle. What the node keeps lacks only the cell around which the second walk
+/// will turn; this one turns around the cell opposite.
+constexpr Turn saddleTurn(int type, const PathStep& step) {
+    const auto found = static_cast<std::int8_t>(type);
+    switch (step.nodeType) {
+    case 15 - UpperRight:
+        return {found, step.direction, SaddleLowerLeft, SaddleUpperRight, 15 - LowerLeft};
+    case 15 - LowerLeft:
+        return {found, step.direction, SaddleUpperRight, SaddleLowerLeft, 15 - UpperRight};
+    case 15 - LowerRight:
+        return {found, step.direction, SaddleUpperLeft, ConcaveLowerRight, 15 - UpperLeft};
+    default:
+        return {found, step.direction, ConcaveLowerRight, SaddleUpperLeft, 15 - LowerRight};
+    }
+}
+
+constexpr Turn turnAt(int side, int direction, bool left, bool right) {
+    const Ahead& ahead = AheadBits[static_cast<std::size_t>(direction)];
+    const int type = (side == Outer ? ahead.behindRight : ahead.behindLeft) |
+                     (left ? ahead.left : 0) | (right ? ahead.right : 0);
+    const PathStep& step =
+        PathSteps[static_cast<std::size_t>(type)][static_cast<std::size_t>(direction)];
+    if (type == Saddle5 || type == Saddle10)
+        return saddleTurn(type, step);
+    Turn turn{static_cast<std::int8_t>(type), step.direction, 0, 0, 0};
+    if (type == LowerRight)
+        turn.mark = ConvexLowerRight;
+    else if (type == 15 - LowerRight)
+        turn.mark = ConcaveLowerRight;
+    return turn;
+}
+
+/// Turns by side, direction of arrival and the cells ahead (left, right) of the colour.
+constexpr auto makeTurns() {
+    std::array<std::array<Turn, 16>, 2> turns{};
+    for (int side = 0; side < 2; ++side) {
+        for (int i = 0; i < 16; ++i)
+            turns[static_cast<std::size_t>(side)][static_cast<std::size_t>(i)] =
+                turnAt(side, i >> 2, (i & 2) != 0, (i & 1) != 0);
+    }
+    return turns;
+}
+constexpr auto Turns = makeTurns();
+
+/// Zeroed bytes that cost nothing until they are touched.
+struct FreeDeleter {
+    void operator()(std::uint8_t* bytes) const {
+        std::free(bytes);
+    }
+};
+using LazyBytes = std::unique_ptr<std::uint8_t[], FreeDeleter>;
+
+LazyBytes makeLazyBytes(std::size_t size) {
+    LazyBytes bytes(static_cast<std::uint8_t*>(std::calloc(size, 1)));
+    if (!bytes)
+        throw std::bad_alloc();
+    return bytes;
+}
+
+} // namespace
+
+class PathScan::Sweep {
+public:
+    virtual ~Sweep() = default;
+    virtual int next(Path& path) = 0;
+};
+
+/// The sweep over a grid of one cell width. A walk can start only at a node whose lower right
+/// cell differs from the cells above and to the left of it: the first node of a boundary in
+/// raster order has no edge up or left. There the cell's own region may begin, or, when the other
+/// two cells have one colour, a hole of that colour.
+template <typename Cell> class PathScan::CellSweep final : public PathScan::Sweep {
+public:
+    CellSweep(const CellGrid<Cell>& grid, float pathomit)
+        : grid(grid), pathomit(pathomit),
+          marks(makeLazyBytes(static_cast<std::size_t>(grid.stride) *
+                              (static_cast<std::size_t>(grid.height) + 2))),
+          candidates(static_cast<std::size_t>(grid.stride) + sizeof(std::uint64_t)) {
+        const qsizetype stride = grid.stride;
+        cellOffsets = {{{-stride, 0}, {-stride - 1, -stride}, {-1, -stride - 1}, {0, -1}}};
+        nodeOffsets = {1, -stride, -1, stride};
+        findCandidates();
+    }
+
+    int next(Path& path) override {
+        for (;;) {
+            while (!advance()) {
+                if (row > grid.height)
+                    return -1;
+                ++row;
+                findCandidates();
+            }
+            const Cell* cell = grid.rowCells(row) + column;
+            const Cell upperRight = cell[-grid.stride];
+            const std::uint8_t passed = marks[markIndex(cell)];
+            if (upperRight == cell[-1] && upperRight != CellGrid<Cell>::Border &&
+                !(passed & ConcaveLowerRight))
+                walk<Hole>(cell, upperRight, [](const Turn&, int) {});
+            if (*cell == CellGrid<Cell>::Border || *cell == cell[-grid.stride - 1] ||
+                (passed & ConvexLowerRight))
+                continue;
+            walkOuter(cell, path);
+            if (!(pathomit > static_cast<float>(path.size())))
+                return static_cast<int>(*cell);
+        }
+    }
+
+private:
+    struct CellsAhead {
+        qsizetype left;
+        qsizetype right;
+    };
+
+    std::size_t markIndex(const Cell* cell) const {
+        return static_cast<std::size_t>(cell - grid.rowCells(0));
+    }
+
+    /// Notes which nodes of the current row may start a walk.
+    void findCandidates() {
+        const Cell* cells = grid.rowCells(row);
+        const Cell* above = cells - grid.stride;
+        for (qsizetype x = 1; x < grid.stride; ++x)
+            candidates[static_cast<std::size_t>(x)] =
+                static_cast<std::uint8_t>((cells[x] != cells[x - 1]) & (cells[x] != above[x]));
+        column = 0;
+    }
+
+    /// Moves on to the next candidate of the row.
+    bool advance() {
+        ++column;
+        while (column < grid.stride) {
+            std::uint64_t eight = 0;
+            std::memcpy(&eight, &candidates[static_cast<std::size_t>(column)], sizeof eight);
+            if (eight == 0) {
+                column += static_cast<qsizetype>(sizeof eight);
+                continue;
+            }
+            while (candidates[static_cast<std::size_t>(column)] == 0)
+                ++column;
+            return column < grid.stride;
+        }
+        return false;
+    }
+
+    void walkOuter(const Cell* cell, Path& path) {
+        path.clear();
+        PathPoint point{static_cast<int>(column) - 1, row - 1, 0};
+        walk<Outer>(cell, *cell, [&](const Turn& turn, int nodeType) {
+            point.nodeType = nodeType;
+            path.push_back(point);
+            point.x += StepX[static_cast<std::size_t>(turn.direction)];
+            point.y += StepY[static_cast<std::size_t>(turn.direction)];
+        });
+    }
+
+    /// Walks the boundary that starts at the node of `start` along cells of `color`, as if it
+    /// had arrived there upwards, until it is back. Calls visit(turn, node type) at every node.
+    template <Side side, typename Visit>
+    void walk(const Cell* start, Cell color, const Visit& visit) {
+        const Cell* cell = start;
+        std::size_t direction = Up;
+        do {
+            const CellsAhead& ahead = cellOffsets[direction];
+            const std::size_t left = cell[ahead.left] == color ? 2 : 0;
+            const std::size_t right = cell[ahead.right] == color ? 1 : 0;
+            const Turn& turn = Turns[side][direction * 4 + left + right];
+            visit(turn, turn.mark ? passCorner(turn, marks[markIndex(cell)]) : turn.nodeType);
+            direction = static_cast<std::size_t>(turn.direction);
+            cell += nodeOffsets[direction];
+        } while (cell != start);
+    }
+
+    /// Marks the corner as passed. Returns the node's type as the walk finds it: at a saddle
+    /// whose other corner a walk has passed before, what that walk has left.
+    static int passCorner(const Turn& turn, std::uint8_t& passed) {
+        const int type = (passed & turn.otherMark) ? turn.otherType : turn.nodeType;
+        passed |= turn.mark;
+        return type;
+    }
+
+    static constexpr std::array StepX{1, 0, -1, 0}; ///< by direction
+    static constexpr std::array StepY{0, -1, 0, 1};
+
+    const CellGrid<Cell>& grid;
+    const float pathomit;
+    LazyBytes marks; ///< one byte a node, in the layout of the grid
+    std::vector<std::uint8_t> candidates;
+    std::array<CellsAhead, 4> cellOffsets{};  ///< from a node's lower right cell, by direction
+    std::array<qsizetype, 4> nodeOffsets{}; ///< to the next node, by direction
+    int row = 1;
+    qsizetype column = 0;
+};
+
+PathScan::PathScan(const LayerSet& layers, float pathomit) {
+    if (layers.count() == 0)
+        return;
+    const auto makeSweep = [&]<typename Cell>(const CellGrid<Cell>& grid) -> std::unique_ptr<Sweep> {
+        return std::make_unique<CellSweep<Cell>>(grid, pathomit);
+    };
+    sweep = std::visit(makeSweep, layers.indices());
+}
+
+PathScan::~PathScan() = default;
+
+int PathScan::next(Path& path) {
+    return sweep ? sweep->next(path) : -1;
+}
+
+} // namespace ovtrace

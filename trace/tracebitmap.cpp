@@ -1,0 +1,125 @@
+#include "tracebitmap.h"
+
+#include "blur.h"
+#include "color.h"
+#include "fitting.h"
+#include "imageload.h"
+#include "internodes.h"
+#include "layering.h"
+#include "numbers.h"
+#include "options.h"
+#include "palette.h"
+#include "pathscan.h"
+#include "polylines.h"
+#include "preprocess.h"
+#include "quantization.h"
+#include "random.h"
+
+#include <QImage>
+
+#include <cmath>
+
+using namespace ovtrace;
+
+OvTraceBitmap::OvTraceBitmap() : options(defaultOptions()) {
+}
+
+OvTraceBitmap::OvTraceBitmap(const OvTraceBitmap& other) = default;
+OvTraceBitmap& OvTraceBitmap::operator=(const OvTraceBitmap& other) = default;
+OvTraceBitmap::~OvTraceBitmap() = default;
+
+void OvTraceBitmap::setOption(const QString& key, double value) {
+    options[key] = value;
+}
+
+void OvTraceBitmap::setPalette(const QList<QList<char>>& palette) {
+    this->palette = palette;
+}
+
+QList<QList<char>> OvTraceBitmap::getPalette() const {
+    return palette;
+}
+
+QList<int> OvTraceBitmap::getPolylineLayers() const {
+    return polylineLayers;
+}
+
+void OvTraceBitmap::seedRandom(unsigned seed) {
+    ovtrace::seedRandom(seed);
+}
+
+QList<OvPolyline> OvTraceBitmap::trace(const QString& fileName) {
+    return trace(QImage(fileName, nullptr));
+}
+
+QList<OvPolyline> OvTraceBitmap::trace(const QImage& image) {
+    polylineLayers.clear();
+    if (image.isNull() || image.width() == 0 || image.height() == 0)
+        return {};
+    QImage prepared = image;
+    preprocess(prepared);
+    loadImageData(prepared);
+    prepared = QImage(); // a changed copy is of no more use: its memory serves the next stages
+    colorquantization();
+
+    const LayerSet layers(*indexedImage);
+    // Floored to a whole number first, unlike the two tolerances.
+    const auto pathomit = static_cast<float>(floorToInt(readOption(options, option::PathOmit)));
+    const auto qtres = static_cast<float>(readOption(options, option::CurveTolerance));
+    const auto ltres = static_cast<float>(readOption(options, option::LineTolerance));
+
+    // Each outline goes all the way while it is warm in the cache.
+    PathScan scan(layers, pathomit);
+    PolylineOutput output(imageData.width, imageData.height);
+    Path path;
+    InternodePath nodes;
+    TracedPath traced;
+    for (int layer = scan.next(path); layer >= 0; layer = scan.next(path)) {
+        internodes(path, nodes);
+        tracepath(nodes, ltres, qtres, traced);
+        output.add(layer, traced);
+    }
+    output.finish();
+    polylineLayers = output.takeLayers();
+    return output.takePolylines();
+}
+
+void OvTraceBitmap::preprocess(QImage& image) {
+    ovtrace::preprocess(image, options);
+}
+
+QImage OvTraceBitmap::getPreprocessed(const QImage& image) {
+    QImage copy = image.copy();
+    preprocess(copy);
+    return copy;
+}
+
+void OvTraceBitmap::loadImageData(const QImage& image) {
+    imageData = {}; // the last trace's pixels go before the new ones come
+    indexedImage.reset();
+    imageData = ovtrace::loadImageData(image);
+}
+
+void OvTraceBitmap::blur(float radius, float delta) {
+    ovtrace::blur(imageData, radius, delta);
+}
+
+void OvTraceBitmap::colorquantization() {
+    const int colors = floorToInt(readOption(options, option::NumberOfColors));
+    const double minColorRatio = readOption(options, option::MinColorRatio);
+    const int cycles = floorToInt(readOption(options, option::ColorQuantCycles));
+    if (palette.isEmpty()) {
+        // Before the blur: a sampled palette sees the image as it was loaded.
+        const bool sampling = readOption(options, option::ColorSampling) != 0.0;
+        palette = toColorLists(sampling ? samplepalette(imageData, colors)
+                                        : generatepalette(colors));
+    }
+    const double blurRadius = readOption(options, option::BlurRadius);
+    if (blurRadius > 0.0)
+        blur(static_cast<float>(blurRadius),
+             static_cast<float>(readOption(options, option::BlurDelta)));
+    Palette working = toPalette(palette);
+    indexedImage = std::make_shared<const QuantizedImage>(
+        ovtrace::colorquantization(imageData, working, {cycles, minColorRatio}));
+    updateColorLists(working, palette);
+}

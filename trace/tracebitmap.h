@@ -1,0 +1,82 @@
+#pragma once
+
+#include "imagedata.h"
+#include "indexedimage.h"
+#include "traceexport.h"
+
+#include <QList>
+#include <QMap>
+#include <QString>
+
+#include <memory>
+
+#include <ovpolyline.h>
+
+class QImage;
+
+namespace ovtrace {
+struct QuantizedImage;
+}
+
+/// Turns raster images into the outlines of their colour regions.
+///
+/// The outlines are closed polylines of straight pieces and quadratic splines in drawing
+/// coordinates: one unit a pixel, the origin at the lower left corner of the image, y up. Options
+/// are set by name, see docs/options.md. The palette that a trace ends with is where the next
+/// one on the same object starts.
+///
+/// Works on the caller's thread alone; one object serves one thread at a time.
+class OVTRACE_EXPORT OvTraceBitmap {
+public:
+    OvTraceBitmap();
+    OvTraceBitmap(const OvTraceBitmap& other);
+    OvTraceBitmap& operator=(const OvTraceBitmap& other);
+    virtual ~OvTraceBitmap();
+
+    /// Stores `value` under `key`. Nothing is validated; unknown keys are kept and never read.
+    void setOption(const QString& key, double value);
+
+    /// Sets the colours that the next trace starts from; an empty list makes it choose its own.
+    ///
+    /// A colour is four bytes red, green, blue, alpha, each the channel value minus 128: opaque
+    /// black is -128, -128, -128, 127.
+    void setPalette(const QList<QList<char>>& palette);
+
+    /// The palette as it stands, in the encoding of setPalette().
+    QList<QList<char>> getPalette() const;
+
+    /// Traces an image. Returns the outlines in raster order of their start points, an outer
+    /// region before those inside it; a null or empty image gives an empty list.
+    QList<OvPolyline> trace(const QImage& image);
+
+    /// Traces an image file of any format that Qt reads; an unreadable one gives an empty list.
+    QList<OvPolyline> trace(const QString& fileName);
+
+    /// The palette index of each polyline of the list that the last trace returned.
+    QList<int> getPolylineLayers() const;
+
+    /// Turns the image to opaque black and white by lightness when "monochrome" is above 0. An
+    /// image of 1 bit a pixel or with a colour table stays as it is.
+    void preprocess(QImage& image);
+    /// preprocess() on a deep copy of the image.
+    QImage getPreprocessed(const QImage& image);
+
+    /// Restarts the process-wide sequence of random colours, so that traces can be repeated.
+    ///
+    /// Every process starts as after seedRandom(1). On Windows the sequence is that of the C
+    /// runtime's rand(), elsewhere the same numbers.
+    static void seedRandom(unsigned seed);
+
+private:
+    friend class TraceBitmapProbe; ///< the tests' view of the members
+
+    void loadImageData(const QImage& image);
+    void blur(float radius, float delta);
+    void colorquantization();
+
+    QList<QList<char>> palette;
+    QMap<QString, double> options;
+    ImageData imageData;
+    std::shared_ptr<const ovtrace::QuantizedImage> indexedImage; ///< shared by copies
+    QList<int> polylineLayers;
+};
