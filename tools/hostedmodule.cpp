@@ -1,0 +1,40 @@
+#include "hostedmodule.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+
+#include <stdexcept>
+
+#include <ovplugininterface.h>
+
+namespace {
+
+/// Where the build and the installation put the module, seen from the program's folder.
+QString modulePath() {
+    const QDir programs(QCoreApplication::applicationDirPath());
+    for (const char* place : {OVTRACE_MODULE_BUILT, OVTRACE_MODULE_INSTALLED}) {
+        const QString path = programs.absoluteFilePath(QString::fromLatin1(place));
+        if (QFileInfo::exists(path))
+            return path;
+    }
+    throw std::runtime_error("the tracing module is missing; it belongs at " +
+                             programs.absoluteFilePath(OVTRACE_MODULE_INSTALLED).toStdString());
+}
+
+} // namespace
+
+HostedModule::HostedModule() : loader(modulePath()) {
+    plugin = qobject_cast<OvPluginInterface*>(loader.instance());
+    if (plugin == nullptr)
+        throw std::runtime_error("cannot load the tracing module: " +
+                                 loader.errorString().toStdString());
+    if (!plugin->init())
+        throw std::runtime_error("the tracing module is not ready");
+    plugin->postInit(OvPluginInterface::AllPluginsLoaded);
+}
+
+HostedModule::~HostedModule() {
+    if (plugin != nullptr)
+        plugin->uninit(false);
+}

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "writer.h"
+
+/// One JSON object on one line: size, palette as channel values and the outlines piece by piece.
+/// Numbers read back exactly; NaN and infinities are the strings "nan", "inf" and "-inf".
+class JsonWriter final : public Writer {
+public:
+    QByteArray write(const Drawing& drawing) const override;
+    bool takesSeveral() const override {
+        return true;
+    }
+};
