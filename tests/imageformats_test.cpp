@@ -1,0 +1,101 @@
+#include "reference/tracetwin.h"
+
+#include <imageload.h>
+#include <preprocess.h>
+
+#include <QColor>
+#include <QImage>
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+// Every pixel format of QImage, against the definition by single pixels.
+
+using namespace ovtrace;
+
+namespace {
+
+class EveryFormat : public testing::TestWithParam<int> {
+protected:
+    /// Pixels of all kinds, opaque and translucent, at an odd width.
+    QImage makeImage(int width, int height) const {
+        QImage source(width, height, QImage::Format_ARGB32);
+        std::mt19937 generator(static_cast<unsigned>(width * 1000 + height));
+        for (int y = 0; y < height; ++y) {
+            for (int x = 0; x < width; ++x) {
+                const QRgb random = static_cast<QRgb>(generator());
+                source.setPixel(x, y, x % 3 == 0 ? random | 0xff000000U : random);
+            }
+        }
+        return source.convertToFormat(static_cast<QImage::Format>(GetParam()));
+    }
+    static QList<QSize> sizes() {
+        return {{1, 1}, {37, 11}, {1, 40}, {40, 1}, {8, 3}};
+    }
+};
+
+} // namespace
+
+TEST_P(EveryFormat, LoadsAsItsPixelsSay) {
+    for (const QSize size : sizes()) {
+        const QImage image = makeImage(size.width(), size.height());
+        ASSERT_EQ(image.format(), GetParam());
+        TraceTwin twin;
+        twin.loadImageData(image);
+        const ImageData loaded = loadImageData(image);
+        EXPECT_EQ(loaded.width, twin.imageData.width);
+        EXPECT_EQ(loaded.height, twin.imageData.height);
+        EXPECT_EQ(loaded.data, twin.imageData.data);
+    }
+}
+
+TEST_P(EveryFormat, TurnsBlackAndWhiteAsItsPixelsSay) {
+    for (const QSize size : sizes()) {
+        for (const double threshold : {-1.0, 90.0, 127.0, 128.0, 200.0, 255.0}) {
+            TraceTwin twin;
+            twin.setOption("usebrightness", 1.0);
+            twin.setOption("brightnessthreshold", threshold);
+            OptionMap options = twin.options;
+            QImage image = makeImage(size.width(), size.height());
+            QImage expected = image.copy();
+            preprocess(image, options);
+            twin.preprocess(expected);
+            EXPECT_EQ(image.format(), GetParam());
+            EXPECT_EQ(image, expected) << "threshold " << threshold;
+            EXPECT_EQ(options, twin.options);
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(ImageFormats, EveryFormat,
+                         testing::Range(int(QImage::Format_Invalid) + 1,
+                                        int(QImage::NImageFormats)),
+                         [](const auto& test) { return "Format" + std::to_string(test.param); });
+
+TEST(ImageLoad, StoresChannelValuesMinus128) {
+    QImage image(2, 1, QImage::Format_RGB32);
+    image.setPixel(0, 0, qRgb(255, 255, 255));
+    image.setPixel(1, 0, qRgb(0, 0, 0));
+    const ImageData loaded = loadImageData(image);
+    EXPECT_EQ(loaded.data.size(), 8);
+    EXPECT_EQ(loaded.data, QList<char>({127, 127, 127, 127, -128, -128, -128, 127}));
+}
+
+TEST(ImageLoad, OpaqueRedPixel) {
+    QImage image(1, 1, QImage::Format_ARGB32);
+    image.setPixel(0, 0, qRgb(255, 0, 0));
+    EXPECT_EQ(loadImageData(image).data, QList<char>({127, -128, -128, 127}));
+}
+
+TEST(ImageLoad, ReadsRowsThatAreNotContiguous) {
+    // Rows of a foreign buffer with bytes between them, as a host may hand in.
+    std::vector<QRgb> buffer(7 * 4, 0x01020304U);
+    for (std::size_t i = 0; i < buffer.size(); ++i)
+        buffer[i] = static_cast<QRgb>(i * 0x01030507U);
+    const QImage image(reinterpret_cast<const uchar*>(buffer.data()), 5, 4, 7 * 4,
+                       QImage::Format_ARGB32);
+    TraceTwin twin;
+    twin.loadImageData(image);
+    EXPECT_EQ(loadImageData(image).data, twin.imageData.data);
+}

@@ -1,0 +1,145 @@
+#include "support/conversions.h"
+
+#include <quantization.h>
+#include <random.h>
+
+#include <gtest/gtest.h>
+
+using namespace ovtrace;
+
+namespace {
+
+constexpr Color Black{-128, -128, -128, 127};
+constexpr Color White{127, 127, 127, 127};
+
+const QList<char> BlackPixel{-128, -128, -128, 127};
+const QList<char> WhitePixel{127, 127, 127, 127};
+
+/// Three black pixels and a white one.
+ImageData mostlyBlack() {
+    return imageOf(2, 2, {BlackPixel, BlackPixel, BlackPixel, WhitePixel});
+}
+
+QList<QList<int>> inner(const QuantizedImage& image) {
+    QList<QList<int>> rows = toLists(image.indices);
+    rows.removeFirst();
+    rows.removeLast();
+    for (auto& row : rows) {
+        row.removeFirst();
+        row.removeLast();
+    }
+    return rows;
+}
+
+/// Whether no random draw has been taken since seedRandom(1).
+bool nothingDrawn() {
+    return ovtrace::random() == 41 / 32767.0;
+}
+
+} // namespace
+
+TEST(Quantization, WithoutCyclesEveryIndexIsZero) {
+    for (const int cycles : {0, -3}) {
+        Palette palette{White, Black};
+        const auto image = colorquantization(mostlyBlack(), palette, {cycles, 0.5});
+        EXPECT_EQ(inner(image), (QList<QList<int>>{{0, 0}, {0, 0}}));
+        EXPECT_EQ(palette, (Palette{White, Black}));
+    }
+}
+
+TEST(Quantization, OneCycleAssignsAndChangesNoColor) {
+    const Color darkGrey{-100, -100, -100, 127};
+    Palette palette{White, darkGrey};
+    seedRandom(1);
+    const auto image = colorquantization(mostlyBlack(), palette, {1, 0.9});
+    EXPECT_EQ(inner(image), (QList<QList<int>>{{1, 1}, {1, 0}}));
+    EXPECT_EQ(palette, (Palette{White, darkGrey}));
+    EXPECT_TRUE(nothingDrawn());
+}
+
+TEST(Quantization, ColorsMoveToTheMeanOfTheirPixels) {
+    Palette palette{{-100, -100, -100, 127}};
+    colorquantization(mostlyBlack(), palette, {2, 0.0});
+    // 255 / 4 = 63.75, truncated; opaque.
+    EXPECT_EQ(palette, (Palette{{63 - 128, 63 - 128, 63 - 128, 127}}));
+}
+
+TEST(Quantization, ColorOfTransparentPixelsAloneStays) {
+    const ImageData image = imageOf(2, 1, {{10, 20, 30, -128}, {12, 22, 32, -128}});
+    const Color start{50, 50, 50, -128};
+    Palette palette{start};
+    colorquantization(image, palette, {3, 0.0});
+    EXPECT_EQ(palette, Palette{start});
+}
+
+TEST(Quantization, EqualColorsGiveTheirPixelsToTheLowerIndex) {
+    Palette palette{Black, Black};
+    const auto image = colorquantization(mostlyBlack(), palette, {1, 0.0});
+    EXPECT_EQ(inner(image), (QList<QList<int>>{{0, 0}, {0, 0}}));
+    // The other one is drawn anew where that is allowed at all.
+    Palette drawn{Black, Black};
+    seedRandom(1);
+    const Color expected = randomColor();
+    seedRandom(1);
+    colorquantization(imageOf(1, 1, {BlackPixel}), drawn, {3, 0.5});
+    EXPECT_EQ(drawn, (Palette{Black, expected}));
+}
+
+TEST(Quantization, RareColorsAreDrawnAnewExceptBeforeTheLastCycle) {
+    const auto drawsWith = [](int cycles, double ratio) {
+        Palette palette{Black, White};
+        seedRandom(1);
+        colorquantization(mostlyBlack(), palette, {cycles, ratio});
+        return !nothingDrawn();
+    };
+    EXPECT_FALSE(drawsWith(2, 0.3)) << "one averaging step, no replacement";
+    EXPECT_TRUE(drawsWith(3, 0.3)) << "one opportunity";
+    EXPECT_FALSE(drawsWith(3, 0.25)) << "a share of exactly a quarter is not below it";
+    EXPECT_FALSE(drawsWith(5, 0.0));
+}
+
+TEST(Quantization, AColorTooFarFromAllGetsIndexZero) {
+    Palette palette{{-128, -128, -128, -128}, {-128, -128, -128, 0}};
+    const auto image = colorquantization(imageOf(1, 1, {WhitePixel}), palette, {1, 0.0});
+    EXPECT_EQ(inner(image), (QList<QList<int>>{{0}}));
+    // With alpha alike the distance is 765, and the second colour wins.
+    Palette near{{-128, -128, -128, -128}, {-128, -128, -128, 127}};
+    EXPECT_EQ(inner(colorquantization(imageOf(1, 1, {WhitePixel}), near, {1, 0.0})),
+              (QList<QList<int>>{{1}}));
+}
+
+TEST(Quantization, AlphaCountsFourTimes) {
+    const ImageData image = imageOf(1, 1, {{0, 0, 0, 0}});
+    Palette palette{{0, 0, 0, 10}, {39, 0, 0, 0}};
+    EXPECT_EQ(inner(colorquantization(image, palette, {1, 0.0})), (QList<QList<int>>{{1}}));
+    Palette tied{{0, 0, 0, 10}, {40, 0, 0, 0}};
+    EXPECT_EQ(inner(colorquantization(image, tied, {1, 0.0})), (QList<QList<int>>{{0}}));
+}
+
+TEST(Quantization, OnePixelHasABorderAllAround) {
+    Palette palette{White, Black};
+    const auto image = colorquantization(imageOf(1, 1, {BlackPixel}), palette, {1, 0.0});
+    EXPECT_EQ(toLists(image.indices),
+              (QList<QList<int>>{{-1, -1, -1}, {-1, 1, -1}, {-1, -1, -1}}));
+}
+
+TEST(Quantization, EmptyPaletteRunsNoCycle) {
+    Palette palette;
+    const auto image = colorquantization(mostlyBlack(), palette, {3, 0.5});
+    EXPECT_EQ(image.colors, 0);
+    EXPECT_TRUE(palette.empty());
+}
+
+TEST(Quantization, CountlessCyclesEndOnceNothingChanges) {
+    Palette palette{White, Black};
+    const auto image = colorquantization(mostlyBlack(), palette, {2000000000, 0.0});
+    EXPECT_EQ(inner(image), (QList<QList<int>>{{1, 1}, {1, 0}}));
+}
+
+TEST(Quantization, LargePalettesTakeWiderCells) {
+    Palette palette(300, Color{0, 0, 0, 127});
+    palette[299] = Black;
+    palette[255] = White;
+    const auto image = colorquantization(mostlyBlack(), palette, {1, 0.0});
+    EXPECT_EQ(inner(image), (QList<QList<int>>{{299, 299}, {299, 255}}));
+}
