@@ -18,16 +18,15 @@
 /// that long outlines stay compact; any other shape is kept as a clone.
 class OvPolyline final : public OvShape {
 public:
-    OvPolyline() : d(new Data) {
-    }
+    OvPolyline() : d(new Data) {}
 
     /// Appends a vertex, joined to the previous point by a straight piece when `bulge` is 0.
     void appendVertex(const OvVector& vertex, double bulge = 0.0, double startWidth = 0.0,
                       double endWidth = 0.0) {
         Data& data = *d;
         const std::array parameters{bulge, startWidth, endWidth};
-        const bool plain = isPlanar(vertex) && isPlusZero(bulge) && isPlusZero(startWidth) &&
-                           isPlusZero(endWidth);
+        const bool plain =
+            isPlanar(vertex) && isPlusZero(bulge) && isPlusZero(startWidth) && isPlusZero(endWidth);
         data.pieces.push_back({static_cast<std::int64_t>(data.numbers.size()), 1, 0,
                                plain ? Storage::PlanarVertex : Storage::Vertex, false});
         appendPoint(data, vertex, plain);

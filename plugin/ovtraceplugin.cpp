@@ -2,8 +2,7 @@
 
 #include <QDebug>
 
-OvTracePlugin::OvTracePlugin() : OvPluginBase(QStringLiteral("TRACE"), QString()) {
-}
+OvTracePlugin::OvTracePlugin() : OvPluginBase(QStringLiteral("TRACE"), QString()) {}
 
 bool OvTracePlugin::init() {
     qDebug("OvTracePlugin::init");

@@ -30,7 +30,12 @@ QList<char> blurred(ImageData image, float radius, float delta) {
 
 ImageData uniform(int width, int height, char value) {
     return imageOf(width, height,
-                   QList<QList<char>>(width * height, {value, value, value, value}));
+                   QList<QList<char>>(qsizetype(width) * height, {value, value, value, value}));
+}
+
+/// The red channel of pixel (x, y).
+char firstChannel(const QList<char>& data, int width, int x, int y) {
+    return data[(qsizetype(y) * width + x) * 4];
 }
 
 } // namespace
@@ -61,8 +66,8 @@ TEST(Blur, FloorsAndCapsTheRadius) {
 
 TEST(Blur, RadiusThatNoIntHoldsDoesNothing) {
     const ImageData image = stepped(10, 10);
-    for (const float radius : {std::numeric_limits<float>::infinity(), 3e9F,
-                               std::numeric_limits<float>::quiet_NaN()})
+    for (const float radius :
+         {std::numeric_limits<float>::infinity(), 3e9F, std::numeric_limits<float>::quiet_NaN()})
         EXPECT_EQ(blurred(image, radius, 1024), image.data);
 }
 
@@ -90,7 +95,7 @@ TEST(Blur, UniformImageMayDropByOneStep) {
     EXPECT_EQ(3 * 0.27901 + 3 * 0.44198 + 3 * 0.27901, 2.9999999999999996);
     const ImageData image = uniform(9, 9, 3);
     const QList<char> result = blurred(image, 1, 1024);
-    EXPECT_EQ(result[(4 * 9 + 4) * 4], 2);
+    EXPECT_EQ(firstChannel(result, 9, 4, 4), 2);
     EXPECT_EQ(blurred(image, 1, 3), image.data) << "four channels by one are more than 3";
 }
 
@@ -105,9 +110,9 @@ TEST(Blur, ColumnZeroTakesNoPartInItsOwnMean) {
     }
     const QList<char> result = blurred(imageOf(7, 7, pixels), 1, 1024);
     // The mean of column 1 alone: (40 * w) / w, passed on by a vertical pass over equal rows.
-    EXPECT_LE(result[(3 * 7 + 0) * 4], 40);
-    EXPECT_GE(result[(3 * 7 + 0) * 4], 38);
-    EXPECT_LE(result[(3 * 7 + 1) * 4], 40) << "column 1 does not see column 0 either";
+    EXPECT_LE(firstChannel(result, 7, 0, 3), 40);
+    EXPECT_GE(firstChannel(result, 7, 0, 3), 38);
+    EXPECT_LE(firstChannel(result, 7, 1, 3), 40) << "column 1 does not see column 0 either";
 }
 
 TEST(Blur, OnePixelWideImagesAreStoredAsZero) {

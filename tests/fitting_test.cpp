@@ -1,5 +1,5 @@
+#include "reference/compare.h"
 #include "reference/tracetwin.h"
-#include "support/compare.h"
 #include "support/conversions.h"
 
 #include <fitting.h>

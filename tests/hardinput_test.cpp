@@ -1,5 +1,3 @@
-#include "support/compare.h"
-
 #include <tracebitmap.h>
 
 #include <QElapsedTimer>
@@ -35,9 +33,8 @@ TEST(HardInput, VeryLongRowsAndColumns) {
     for (const QSize size : {QSize(30000, 1), QSize(1, 30000)}) {
         OvTraceBitmap tracer = colorTracer();
         // Runs of 100 pixels: each is an outline of 202 corners.
-        const QImage image =
-            blackAndWhite(size.width(), size.height(),
-                          [](int x, int y) { return (x + y) / 100 % 2 == 0; });
+        const QImage image = blackAndWhite(size.width(), size.height(),
+                                           [](int x, int y) { return (x + y) / 100 % 2 == 0; });
         const auto outlines = tracer.trace(image);
         EXPECT_EQ(outlines.size(), 300);
         // With the blur, a column or row of its own has no mean at all.
@@ -51,8 +48,7 @@ TEST(HardInput, CheckerboardOf16Megapixels) {
     // The pixels of each colour all touch at corners: two outlines around everything.
     constexpr int Side = 4096;
     OvTraceBitmap tracer = colorTracer();
-    const QImage image =
-        blackAndWhite(Side, Side, [](int x, int y) { return (x + y) % 2 == 0; });
+    const QImage image = blackAndWhite(Side, Side, [](int x, int y) { return (x + y) % 2 == 0; });
     QElapsedTimer timer;
     timer.start();
     const auto outlines = tracer.trace(image);

@@ -90,10 +90,10 @@ TEST(ImageLoad, OpaqueRedPixel) {
 
 TEST(ImageLoad, ReadsRowsThatAreNotContiguous) {
     // Rows of a foreign buffer with bytes between them, as a host may hand in.
-    std::vector<QRgb> buffer(7 * 4, 0x01020304U);
+    std::vector<QRgb> buffer(28, 0x01020304U);
     for (std::size_t i = 0; i < buffer.size(); ++i)
         buffer[i] = static_cast<QRgb>(i * 0x01030507U);
-    const QImage image(reinterpret_cast<const uchar*>(buffer.data()), 5, 4, 7 * 4,
+    const QImage image(reinterpret_cast<const uchar*>(buffer.data()), 5, 4, 28,
                        QImage::Format_ARGB32);
     TraceTwin twin;
     twin.loadImageData(image);

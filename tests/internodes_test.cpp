@@ -46,8 +46,8 @@ TEST(Internodes, AllDirections) {
 }
 
 TEST(Internodes, TheLastRecordLooksPastTheStart) {
-    const InternodePath nodes = nodesOf({{0, 0, 4}, {1, 0, 12}, {2, 0, 8}, {2, 1, 1}, {1, 1, 3},
-                                         {0, 1, 2}});
+    const InternodePath nodes =
+        nodesOf({{0, 0, 4}, {1, 0, 12}, {2, 0, 8}, {2, 1, 1}, {1, 1, 3}, {0, 1, 2}});
     EXPECT_EQ(nodes.back(), (Internode{0, 0.5, 7}));
     EXPECT_EQ(nodes[4], (Internode{0.5, 1, 5}));
 }

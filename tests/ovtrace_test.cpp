@@ -93,8 +93,8 @@ QImage blackSquareOnWhite(QImage::Format format) {
 
 TEST_F(Ovtrace, WritesJsonOfTheStatedForm) {
     const QString image = saveImage(blackSquareOnWhite(QImage::Format_RGB32), "square.png");
-    const Result result = run({image, "-f", "json", "-o", "-", "--set", "blurradius=0",
-                               "--palette", "#000000,#ffffff80"});
+    const Result result = run({image, "-f", "json", "-o", "-", "--set", "blurradius=0", "--palette",
+                               "#000000,#ffffff80"});
     ASSERT_EQ(result.status, 0) << result.errors.toStdString();
     EXPECT_TRUE(result.errors.isEmpty()) << result.errors.toStdString();
     EXPECT_EQ(result.output.count('\n'), 1) << "one object on one line";
@@ -110,7 +110,7 @@ TEST_F(Ovtrace, WritesJsonOfTheStatedForm) {
     const QJsonObject square = polylines[1].toObject();
     EXPECT_EQ(square["layer"].toInt(), 0);
     EXPECT_EQ(square["start"].toArray(), QJsonArray({5.5, 12})) << "y points up";
-    for (const QJsonValue& value : square["segments"].toArray()) {
+    for (const QJsonValue value : square["segments"].toArray()) {
         const QJsonArray segment = value.toArray();
         EXPECT_EQ(segment.size(), segment[0].toString() == "L" ? 3 : 5);
     }
@@ -200,8 +200,8 @@ TEST_F(Ovtrace, RawLeavesImageAndDefaultsAlone) {
 }
 
 TEST_F(Ovtrace, SetComesAfterTheMode) {
-    const Result result = run({sample("logo.png"), "--mode", "bw", "--set", "monochrome=0", "-f",
-                               "json", "-o", "-"});
+    const Result result =
+        run({sample("logo.png"), "--mode", "bw", "--set", "monochrome=0", "-f", "json", "-o", "-"});
     EXPECT_EQ(result.output, run({sample("logo.png"), "-f", "json", "-o", "-"}).output);
 }
 

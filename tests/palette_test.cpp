@@ -47,10 +47,9 @@ TEST(Random, ColorTakesFourDrawsInChannelOrder) {
 }
 
 TEST(GeneratedPalette, GridSizesAndSteps) {
-    const QList<std::tuple<int, int, int>> grids{{8, 2, 255},  {16, 2, 255}, {27, 3, 127},
-                                                 {32, 3, 127}, {64, 3, 127}, {100, 4, 85},
-                                                 {125, 4, 85}, {128, 5, 63}, {216, 5, 63},
-                                                 {256, 6, 51}};
+    const QList<std::tuple<int, int, int>> grids{
+        {8, 2, 255},  {16, 2, 255}, {27, 3, 127}, {32, 3, 127}, {64, 3, 127},
+        {100, 4, 85}, {125, 4, 85}, {128, 5, 63}, {216, 5, 63}, {256, 6, 51}};
     for (const auto& [count, steps, step] : grids) {
         seedRandom(1);
         const Palette palette = generatepalette(count);
@@ -85,8 +84,8 @@ TEST(GeneratedPalette, TopLevelOf27ColorsIs254) {
 TEST(GeneratedPalette, GreyRamps) {
     EXPECT_EQ(generatepalette(2), (Palette{grey(0), grey(255)}));
     EXPECT_EQ(generatepalette(3), (Palette{grey(0), grey(128), grey(255)}));
-    EXPECT_EQ(generatepalette(7), (Palette{grey(0), grey(43), grey(85), grey(128), grey(170),
-                                           grey(213), grey(255)}));
+    EXPECT_EQ(generatepalette(7),
+              (Palette{grey(0), grey(43), grey(85), grey(128), grey(170), grey(213), grey(255)}));
 }
 
 TEST(GeneratedPalette, OneColorIsOpaqueBlackAndNoneIsEmpty) {

@@ -113,12 +113,8 @@ TEST(PathScan, HolesAreLeftOut) {
 
 TEST(PathScan, HolesWithProtrusionsAreLeftOut) {
     // A convex corner of the ring inside its hole must not be taken for the start of a region.
-    const QuantizedImage ring = quantizedImage({{0, 0, 0, 0, 0},
-                                                {0, 1, 1, 1, 0},
-                                                {0, 1, 0, 1, 0},
-                                                {0, 1, 0, 1, 0},
-                                                {0, 0, 0, 0, 0}},
-                                               2);
+    const QuantizedImage ring = quantizedImage(
+        {{0, 0, 0, 0, 0}, {0, 1, 1, 1, 0}, {0, 1, 0, 1, 0}, {0, 1, 0, 1, 0}, {0, 0, 0, 0, 0}}, 2);
     EXPECT_EQ(inLayer(0, scan(ring, 0)).size(), 1);
     EXPECT_EQ(inLayer(1, scan(ring, 0)).size(), 1);
 }
@@ -126,26 +122,24 @@ TEST(PathScan, HolesWithProtrusionsAreLeftOut) {
 TEST(PathScan, CornerContactsJoinRegionsAndKeepAType) {
     const auto found = scan(quantizedImage({{0, 1}, {1, 0}}, 2), 0);
     // The first walk meets the saddle as it is, and again with what it has left there itself.
-    EXPECT_EQ(inLayer(0, found),
-              (QList<Found>{{0,
-                             {{0, 0, 4},
-                              {1, 0, 8},
-                              {1, 1, 5},
-                              {2, 1, 8},
-                              {2, 2, 1},
-                              {1, 2, 2},
-                              {1, 1, 7},
-                              {0, 1, 2}}}}));
-    EXPECT_EQ(inLayer(1, found),
-              (QList<Found>{{1,
-                             {{1, 0, 4},
-                              {2, 0, 8},
-                              {2, 1, 1},
-                              {1, 1, 10},
-                              {1, 2, 1},
-                              {0, 2, 2},
-                              {0, 1, 4},
-                              {1, 1, 14}}}}));
+    EXPECT_EQ(inLayer(0, found), (QList<Found>{{0,
+                                                {{0, 0, 4},
+                                                 {1, 0, 8},
+                                                 {1, 1, 5},
+                                                 {2, 1, 8},
+                                                 {2, 2, 1},
+                                                 {1, 2, 2},
+                                                 {1, 1, 7},
+                                                 {0, 1, 2}}}}));
+    EXPECT_EQ(inLayer(1, found), (QList<Found>{{1,
+                                                {{1, 0, 4},
+                                                 {2, 0, 8},
+                                                 {2, 1, 1},
+                                                 {1, 1, 10},
+                                                 {1, 2, 1},
+                                                 {0, 2, 2},
+                                                 {0, 1, 4},
+                                                 {1, 1, 14}}}}));
 }
 
 TEST(PathScan, OuterPathsRunClockwiseOnTheScreen) {

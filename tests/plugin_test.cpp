@@ -1,7 +1,6 @@
 // Loads the built module as the host does. This program links neither the module nor the engine.
 
 #include <QCborStreamReader>
-#include <QFile>
 #include <QJsonObject>
 #include <QLibrary>
 #include <QPluginLoader>
@@ -47,13 +46,12 @@ InstanceFunction instanceFunction() {
 } // namespace
 
 TEST(PluginMetadata, HasIdentifierAndClassNameAlone) {
-    QFile file{QString::fromLocal8Bit(Module)};
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    const QByteArray bytes = file.readAll();
-    const qsizetype marker = bytes.indexOf("QTMETADATA !");
-    ASSERT_GE(marker, 0);
-    EXPECT_EQ(bytes.indexOf("QTMETADATA !", marker + 1), -1);
-    const QByteArray record = bytes.mid(marker + 12, 4096);
+    const auto query = reinterpret_cast<QPluginMetaData (*)()>(
+        QLibrary(QString::fromLocal8Bit(Module)).resolve("qt_plugin_query_metadata_v2"));
+    ASSERT_NE(query, nullptr);
+    const QPluginMetaData metaData = query();
+    const QByteArray record(static_cast<const char*>(metaData.data),
+                            static_cast<qsizetype>(metaData.size));
     EXPECT_EQ(record[0], 1) << "format version";
     EXPECT_EQ(record[1], QT_VERSION_MAJOR);
     EXPECT_EQ(record[2], QT_VERSION_MINOR);
@@ -69,8 +67,7 @@ TEST(PluginMetadata, HasIdentifierAndClassNameAlone) {
         entries[key] = map.readString().data;
         ASSERT_EQ(map.readString().status, QCborStreamReader::EndOfString);
     }
-    EXPECT_EQ(entries,
-              (QMap<int, QString>{{2, "example.korvid.trace"}, {3, "OvTracePlugin"}}));
+    EXPECT_EQ(entries, (QMap<int, QString>{{2, "example.korvid.trace"}, {3, "OvTracePlugin"}}));
 }
 
 TEST(PluginMetadata, IsReadWithoutCreatingThePlugin) {
@@ -105,8 +102,7 @@ TEST_F(Plugin, InitWritesOneDebugLine) {
 
 TEST_F(Plugin, ReportsItsInformationInOrder) {
     const OvPluginInfo info = interface->getPluginInfo();
-    EXPECT_EQ(info.getKeys(),
-              QList<QString>({"Version", "ID", "Name", "Description", "URL"}));
+    EXPECT_EQ(info.getKeys(), QList<QString>({"Version", "ID", "Name", "Description", "URL"}));
     EXPECT_EQ(info.get("Version").toString(), OVTRACE_VERSION);
     EXPECT_EQ(info.get("ID").toString(), "TRACE");
     EXPECT_EQ(info.get("Name").toString(), "KORVID Trace");

@@ -119,8 +119,7 @@ TEST(Quantization, AlphaCountsFourTimes) {
 TEST(Quantization, OnePixelHasABorderAllAround) {
     Palette palette{White, Black};
     const auto image = colorquantization(imageOf(1, 1, {BlackPixel}), palette, {1, 0.0});
-    EXPECT_EQ(toLists(image.indices),
-              (QList<QList<int>>{{-1, -1, -1}, {-1, 1, -1}, {-1, -1, -1}}));
+    EXPECT_EQ(toLists(image.indices), (QList<QList<int>>{{-1, -1, -1}, {-1, 1, -1}, {-1, -1, -1}}));
 }
 
 TEST(Quantization, EmptyPaletteRunsNoCycle) {

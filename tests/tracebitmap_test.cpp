@@ -1,4 +1,4 @@
-#include "support/compare.h"
+#include "reference/compare.h"
 #include "support/conversions.h"
 #include "support/probe.h"
 
@@ -19,11 +19,18 @@ using namespace ovtrace;
 
 namespace {
 
-const QMap<QString, double> Defaults{
-    {"monochrome", 1.0},    {"numberofcolors", 16.0},   {"mincolorratio", 0.02},
-    {"colorquantcycles", 3.0}, {"colorsampling", 1.0},  {"blurradius", 1.0},
-    {"blurdelta", 2000.0},  {"pathomit", 8.0},          {"ltres", 1.0},
-    {"qtres", 1.0},         {"alphathreshold", 200.0},  {"brightnessthreshold", 200.0}};
+const QMap<QString, double> Defaults{{"monochrome", 1.0},
+                                     {"numberofcolors", 16.0},
+                                     {"mincolorratio", 0.02},
+                                     {"colorquantcycles", 3.0},
+                                     {"colorsampling", 1.0},
+                                     {"blurradius", 1.0},
+                                     {"blurdelta", 2000.0},
+                                     {"pathomit", 8.0},
+                                     {"ltres", 1.0},
+                                     {"qtres", 1.0},
+                                     {"alphathreshold", 200.0},
+                                     {"brightnessthreshold", 200.0}};
 
 QImage square(QRgb background, QRgb color, int size = 24) {
     QImage image(size, size, QImage::Format_ARGB32);
@@ -137,7 +144,7 @@ TEST(Trace, ReadsAFileAsItReadsTheImage) {
     OvTraceBitmap::seedRandom(1);
     const auto expected = fromImage.trace(image);
     OvTraceBitmap::seedRandom(1);
-    EXPECT_TRUE(samePolylines(fromFile.trace(fileName), expected));
+    EXPECT_EQ(difference(fromFile.trace(fileName), expected), QString());
     EXPECT_FALSE(expected.isEmpty());
 }
 
@@ -178,9 +185,9 @@ TEST(Trace, NarrowsTheTolerancesToFloat) {
         OvTraceBitmap::seedRandom(1);
         return tracer.trace(image);
     };
-    EXPECT_TRUE(samePolylines(traced(0.1), traced(static_cast<double>(0.1F))));
-    EXPECT_FALSE(samePolylines(traced(0.1), traced(1.9))) << "the tolerance decides here";
-    EXPECT_FALSE(samePolylines(traced(0.1), traced(0.0))) << "0.1 is not floored";
+    EXPECT_EQ(difference(traced(0.1), traced(static_cast<double>(0.1F))), QString());
+    EXPECT_NE(difference(traced(0.1), traced(1.9)), QString()) << "the tolerance decides here";
+    EXPECT_NE(difference(traced(0.1), traced(0.0)), QString()) << "0.1 is not floored";
 }
 
 TEST(Trace, ASecondTraceStartsFromThePaletteOfTheFirst) {

@@ -1,5 +1,5 @@
+#include "reference/compare.h"
 #include "reference/tracetwin.h"
-#include "support/compare.h"
 #include "support/conversions.h"
 #include "support/probe.h"
 #include "support/randominput.h"
@@ -48,8 +48,8 @@ public:
         const QList<OvPolyline> traced = engine.trace(image);
         TraceTwin::seedRandom(seed);
         const QList<OvPolyline> expected = twin.trace(image);
-        if (const auto same = samePolylines(traced, expected); !same)
-            return same;
+        if (const QString where = difference(traced, expected); !where.isEmpty())
+            return testing::AssertionFailure() << where.toStdString();
         outlines += traced.size();
         if (engine.getPalette() != twin.palette)
             return testing::AssertionFailure() << "palettes differ";
@@ -124,8 +124,8 @@ TEST(Twin, BlursAlike) {
     for (int round = 0; round < 1500; ++round) {
         twin.loadImageData(input.image(48));
         ImageData image = twin.imageData;
-        const float radius = static_cast<float>(input.number(0, 24)) / 4.0F;
-        const float delta = static_cast<float>(input.oneIn(2) ? input.number(-60, 60) : 1024);
+        const auto radius = static_cast<float>(input.number(0, 24)) / 4.0F;
+        const auto delta = static_cast<float>(input.oneIn(2) ? input.number(-60, 60) : 1024);
         ovtrace::blur(image, radius, delta);
         twin.blur(radius, delta);
         ASSERT_EQ(image.data, twin.imageData.data)
@@ -180,8 +180,8 @@ TEST(Twin, LayersScansAndFitsAlike) {
         }
 
         const auto pathomit = static_cast<float>(input.number(-1, 12));
-        const float ltres = static_cast<float>(input.number(-1, 20)) / 10.0F;
-        const float qtres = static_cast<float>(input.number(-1, 20)) / 10.0F;
+        const auto ltres = static_cast<float>(input.number(-1, 20)) / 10.0F;
+        const auto qtres = static_cast<float>(input.number(-1, 20)) / 10.0F;
         const auto expected = twin.batchpathscan(grids, pathomit);
         QList<QList<TraceTwin::Path>> found(colors);
         ovtrace::PathScan scan(layers, pathomit);
@@ -232,9 +232,8 @@ TEST(Twin, TracesRealImagesAlike) {
             for (const Options& options : optionSets) {
                 Pair pair;
                 pair.setOptions(options);
-                EXPECT_TRUE(pair.traceAlike(image, 1))
-                    << file.filePath().toStdString() << ": "
-                    << describe(image, options).toStdString();
+                EXPECT_TRUE(pair.traceAlike(image, 1)) << file.filePath().toStdString() << ": "
+                                                       << describe(image, options).toStdString();
             }
         }
     }

@@ -8,11 +8,11 @@
 namespace {
 
 const QStringList& optionKeys() {
-    static const QStringList keys{"monochrome",       "numberofcolors", "mincolorratio",
-                                  "colorquantcycles", "colorsampling",  "blurradius",
-                                  "blurdelta",        "pathomit",       "ltres",
-                                  "qtres",            "alphathreshold", "brightnessthreshold",
-                                  "usealpha",         "usebrightness"};
+    static const QStringList keys{
+        "monochrome",    "numberofcolors", "mincolorratio",  "colorquantcycles",
+        "colorsampling", "blurradius",     "blurdelta",      "pathomit",
+        "ltres",         "qtres",          "alphathreshold", "brightnessthreshold",
+        "usealpha",      "usebrightness"};
     return keys;
 }
 
@@ -51,7 +51,8 @@ QPair<QString, double> parseOption(const QString& word) {
     bool isNumber = false;
     const double value = word.mid(equals + 1).toDouble(&isNumber);
     if (!isNumber)
-        throw UsageError(QString("\"%1\" takes a number, not \"%2\"").arg(key, word.mid(equals + 1)));
+        throw UsageError(
+            QString("\"%1\" takes a number, not \"%2\"").arg(key, word.mid(equals + 1)));
     return {key, value};
 }
 
@@ -66,17 +67,15 @@ QColor parseColor(const QString& word) {
                        : QColor::fromRgba((value >> 8) | (value & 255U) << 24);
 }
 
-template <typename Choice>
-Choice choose(const QString& option, const QString& word,
-              const QList<QPair<QString, Choice>>& choices) {
+template <typename Choice> Choice choose(const QString& option, const QString& word,
+                                         const QList<QPair<QString, Choice>>& choices) {
     QStringList names;
     for (const auto& [name, choice] : choices) {
         if (name == word)
             return choice;
         names.append(name);
     }
-    throw UsageError(
-        QString("%1 takes %2, not \"%3\"").arg(option, names.join(", "), word));
+    throw UsageError(QString("%1 takes %2, not \"%3\"").arg(option, names.join(", "), word));
 }
 
 Format parseFormat(const QCommandLineParser& parser, const QString& output) {
@@ -129,9 +128,9 @@ Arguments parseArguments(const QStringList& words) {
         throw UsageError("--output takes a file name");
     arguments.format = parseFormat(parser, arguments.output);
     if (parser.isSet("mode"))
-        arguments.mode = choose<Mode>(
-            "--mode", parser.value("mode"),
-            {{"color", Mode::Color}, {"bw", Mode::Bw}, {"raw", Mode::Raw}});
+        arguments.mode =
+            choose<Mode>("--mode", parser.value("mode"),
+                         {{"color", Mode::Color}, {"bw", Mode::Bw}, {"raw", Mode::Raw}});
     for (const QString& word : parser.values("set"))
         arguments.options.append(parseOption(word));
     if (parser.isSet("palette")) {

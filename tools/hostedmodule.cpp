@@ -14,7 +14,7 @@ namespace {
 QString modulePath() {
     const QDir programs(QCoreApplication::applicationDirPath());
     for (const char* place : {OVTRACE_MODULE_BUILT, OVTRACE_MODULE_INSTALLED}) {
-        const QString path = programs.absoluteFilePath(QString::fromLatin1(place));
+        QString path = programs.absoluteFilePath(QString::fromLatin1(place));
         if (QFileInfo::exists(path))
             return path;
     }

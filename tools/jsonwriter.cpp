@@ -81,9 +81,8 @@ QByteArray JsonWriter::write(const Drawing& drawing) const {
     appendList(json, drawing.palette.size(),
                [&](qsizetype i) { appendColor(json, drawing.palette[i]); });
     json += ",\"polylines\":";
-    appendList(json, drawing.polylines.size(), [&](qsizetype i) {
-        appendPolyline(json, drawing.polylines[i], drawing.layers[i]);
-    });
+    appendList(json, drawing.polylines.size(),
+               [&](qsizetype i) { appendPolyline(json, drawing.polylines[i], drawing.layers[i]); });
     json += "}\n";
     return json;
 }

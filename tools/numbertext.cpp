@@ -6,7 +6,7 @@
 namespace {
 
 template <typename Number> void append(QByteArray& text, Number value) {
-    std::array<char, 32> digits; // the longest double takes 24
+    std::array<char, 32> digits{}; // the longest double takes 24
     const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), value);
     text.append(digits.data(), result.ptr - digits.data());
 }

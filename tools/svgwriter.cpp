@@ -9,8 +9,7 @@ namespace {
 /// Writes path data, whose y axis points down, from drawing coordinates.
 class PathData {
 public:
-    PathData(QByteArray& svg, double height) : svg(svg), height(height) {
-    }
+    PathData(QByteArray& svg, double height) : svg(svg), height(height) {}
 
     void append(const OvPolyline& polyline) {
         command('M', {polyline.getStartPoint()});
@@ -67,8 +66,8 @@ QByteArray SvgWriter::write(const Drawing& drawing) const {
     appendNumber(height, drawing.size.height());
     QByteArray svg = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
                      "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" +
-                     width + "\" height=\"" + height + "\" viewBox=\"0 0 " + width + ' ' +
-                     height + "\">\n";
+                     width + "\" height=\"" + height + "\" viewBox=\"0 0 " + width + ' ' + height +
+                     "\">\n";
     QList<QByteArray> fills;
     for (const QColor& color : drawing.palette)
         fills.append(fillAttributes(color));

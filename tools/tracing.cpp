@@ -1,5 +1,7 @@
 #include "tracing.h"
 
+#include "quietstderr.h"
+
 #include <QFileInfo>
 #include <QImage>
 #include <QImageReader>
@@ -19,10 +21,13 @@ QImage readImage(const QString& fileName) {
     if (file.size() == 0)
         throw FileError(QString("%1: the file is empty").arg(fileName));
     QImageReader reader(fileName);
-    const QImage image = reader.read();
+    QImage image;
+    {
+        const QuietStandardError quiet;
+        image = reader.read();
+    }
     if (image.isNull())
-        throw FileError(
-            QString("%1: cannot be decoded: %2").arg(fileName, reader.errorString()));
+        throw FileError(QString("%1: cannot be decoded: %2").arg(fileName, reader.errorString()));
     return image;
 }
 

@@ -9,10 +9,11 @@
 
 /// The result of tracing one image.
 struct Drawing {
-    QSize size;                  ///< of the image, in pixels
-    QList<QColor> palette;       ///< by layer
-    QList<OvPolyline> polylines; ///< drawing coordinates: y up, the image's lower left corner at 0, 0
-    QList<int> layers;           ///< of the polylines
+    QSize size;            ///< of the image, in pixels
+    QList<QColor> palette; ///< by layer
+    QList<OvPolyline>
+        polylines;     ///< drawing coordinates: y up, the image's lower left corner at 0, 0
+    QList<int> layers; ///< of the polylines
 };
 
 /// Turns a drawing into one file format.

@@ -4,9 +4,9 @@
 #include "numbers.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdlib>
-#include <array>
 #include <cstring>
 #include <vector>
 
@@ -52,7 +52,8 @@ Taps horizontalTaps(const Byte* row, int x, int width, int radius) {
     for (int k = -radius; k <= radius; ++k) {
         const int column = x + k;
         if (column > 0 && column < width)
-            taps.add(row + qsizetype(column) * Channels, kernel[static_cast<std::size_t>(k + radius)]);
+            taps.add(row + qsizetype(column) * Channels,
+                     kernel[static_cast<std::size_t>(k + radius)]);
     }
     return taps;
 }
@@ -89,8 +90,7 @@ class RowWindow {
 public:
     RowWindow(int width, int radius)
         : rowBytes(qsizetype(width) * Channels), rowCount(2 * radius + 1),
-          bytes(static_cast<std::size_t>(rowBytes * rowCount)) {
-    }
+          bytes(static_cast<std::size_t>(rowBytes * rowCount)) {}
     Byte* row(int y) {
         return bytes.data() + rowBytes * (y % rowCount);
     }
@@ -116,11 +116,11 @@ Taps verticalTaps(RowWindow& window, int y, int height, int radius) {
 } // namespace
 
 void blur(ImageData& image, float radius, float delta) {
-    const int wholeRadius = floorToInt(radius);
+    const int wholeRadius = floorToInt(static_cast<double>(radius));
     if (wholeRadius < 1)
         return;
     const int r = std::min(wholeRadius, MaxBlurRadius);
-    const int limit = std::min(truncateToInt(std::fabs(delta)), LargestLimit);
+    const int limit = std::min(truncateToInt(static_cast<double>(std::fabs(delta))), LargestLimit);
     const qsizetype rowBytes = qsizetype(image.width) * Channels;
     Byte* pixels = reinterpret_cast<Byte*>(image.data.data());
     RowWindow window(image.width, r);

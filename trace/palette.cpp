@@ -24,7 +24,8 @@ Palette colorGrid(int count) {
     // The exponent is the double nearest to one third and the root is floored as it stands, so
     // that 64, 125 and 216 colours give one step less than their exact root.
     const int steps = truncateToInt(std::floor(std::pow(count, 0.3333333333333333)));
-    const int step = truncateToInt(std::floor(255.0F / static_cast<float>(steps - 1)));
+    const int step =
+        truncateToInt(static_cast<double>(std::floor(255.0F / static_cast<float>(steps - 1))));
     Palette palette;
     palette.reserve(static_cast<std::size_t>(count));
     for (int red = 0; red < steps; ++red) {

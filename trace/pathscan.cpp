@@ -15,11 +15,11 @@ namespace {
 /// Marks of a node: which of the outlines' corners there a walk has passed. Only corners that may
 /// start a walk, or that share their node with another corner of the colour, are marked.
 enum Mark : std::uint8_t {
-    ConvexLowerRight = 1,   ///< of the lower right cell, unlike its three neighbours
-    ConcaveLowerRight = 2,  ///< of the colour around the lower right cell
-    SaddleUpperLeft = 4,    ///< around the upper left cell, at a node of type 10
-    SaddleUpperRight = 8,   ///< around the upper right cell, at a node of type 5
-    SaddleLowerLeft = 16,   ///< around the lower left cell, at a node of type 5
+    ConvexLowerRight = 1,  ///< of the lower right cell, unlike its three neighbours
+    ConcaveLowerRight = 2, ///< of the colour around the lower right cell
+    SaddleUpperLeft = 4,   ///< around the upper left cell, at a node of type 10
+    SaddleUpperRight = 8,  ///< around the upper right cell, at a node of type 5
+    SaddleLowerLeft = 16,  ///< around the lower left cell, at a node of type 5
 };
 
 /// Which hand of the walker the colour is on: right along outer boundaries, left along holes.
@@ -29,9 +29,9 @@ enum Side : int { Outer = 0, Hole = 1 };
 struct Turn {
     std::int8_t nodeType = 0;
     std::int8_t direction = 0;
-    std::uint8_t mark = 0;       ///< the mark to set
-    std::uint8_t otherMark = 0;  ///< the mark of the saddle's other corner
-    std::int8_t otherType = 0;   ///< the saddle's type when the other corner has been passed
+    std::uint8_t mark = 0;      ///< the mark to set
+    std::uint8_t otherMark = 0; ///< the mark of the saddle's other corner
+    std::int8_t otherType = 0;  ///< the saddle's type when the other corner has been passed
 };
 
 /// The cells around a node as a walker sees them, by direction of arrival.
@@ -238,8 +238,8 @@ private:
     const float pathomit;
     LazyBytes marks; ///< one byte a node, in the layout of the grid
     std::vector<std::uint8_t> candidates;
-    std::array<CellsAhead, 4> cellOffsets{};  ///< from a node's lower right cell, by direction
-    std::array<qsizetype, 4> nodeOffsets{}; ///< to the next node, by direction
+    std::array<CellsAhead, 4> cellOffsets{}; ///< from a node's lower right cell, by direction
+    std::array<qsizetype, 4> nodeOffsets{};  ///< to the next node, by direction
     int row = 1;
     qsizetype column = 0;
 };
@@ -247,7 +247,8 @@ private:
 PathScan::PathScan(const LayerSet& layers, float pathomit) {
     if (layers.count() == 0)
         return;
-    const auto makeSweep = [&]<typename Cell>(const CellGrid<Cell>& grid) -> std::unique_ptr<Sweep> {
+    const auto makeSweep =
+        [&]<typename Cell>(const CellGrid<Cell>& grid) -> std::unique_ptr<Sweep> {
         return std::make_unique<CellSweep<Cell>>(grid, pathomit);
     };
     sweep = std::visit(makeSweep, layers.indices());

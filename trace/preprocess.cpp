@@ -18,8 +18,7 @@ constexpr QRgb Black = 0xff000000U;
 /// Which colours turn white.
 class Threshold {
 public:
-    Threshold(bool useBrightness, int limit) : useBrightness(useBrightness), limit(limit) {
-    }
+    Threshold(bool useBrightness, int limit) : useBrightness(useBrightness), limit(limit) {}
     bool isWhite(const QColor& color) const {
         return useBrightness && color.lightness() > limit;
     }
@@ -63,7 +62,7 @@ public:
     }
 
 private:
-    std::array<QRgb, 511> blackOrWhite;
+    std::array<QRgb, 511> blackOrWhite{};
 };
 
 /// 32-bit pixels whose bytes are the channels themselves.

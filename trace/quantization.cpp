@@ -90,8 +90,8 @@ bool refinePalette(Palette& palette, const Shares& shares, std::int64_t pixels,
         const Color before = palette[k];
         moveToMean(palette[k], shares[k]);
         changed = changed || palette[k] != before;
-        const auto ratio = static_cast<float>(static_cast<double>(shares[k].pixels) /
-                                              static_cast<double>(pixels));
+        const auto ratio =
+            static_cast<float>(static_cast<double>(shares[k].pixels) / static_cast<double>(pixels));
         if (minColorRatio > static_cast<double>(ratio) && mayReplace) {
             palette[k] = randomColor();
             changed = true;
@@ -100,9 +100,8 @@ bool refinePalette(Palette& palette, const Shares& shares, std::int64_t pixels,
     return changed;
 }
 
-template <typename Cell>
-CellGrid<Cell> quantize(const ImageData& image, Palette& palette,
-                        const QuantizationOptions& options) {
+template <typename Cell> CellGrid<Cell> quantize(const ImageData& image, Palette& palette,
+                                                 const QuantizationOptions& options) {
     CellGrid<Cell> grid(image.width, image.height);
     const std::int64_t pixels = std::int64_t(image.width) * image.height;
     if (options.cycles < 1 || palette.empty()) {

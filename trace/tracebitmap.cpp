@@ -21,8 +21,7 @@
 
 using namespace ovtrace;
 
-OvTraceBitmap::OvTraceBitmap() : options(defaultOptions()) {
-}
+OvTraceBitmap::OvTraceBitmap() : options(defaultOptions()) {}
 
 OvTraceBitmap::OvTraceBitmap(const OvTraceBitmap& other) = default;
 OvTraceBitmap& OvTraceBitmap::operator=(const OvTraceBitmap& other) = default;
@@ -111,8 +110,8 @@ void OvTraceBitmap::colorquantization() {
     if (palette.isEmpty()) {
         // Before the blur: a sampled palette sees the image as it was loaded.
         const bool sampling = readOption(options, option::ColorSampling) != 0.0;
-        palette = toColorLists(sampling ? samplepalette(imageData, colors)
-                                        : generatepalette(colors));
+        palette =
+            toColorLists(sampling ? samplepalette(imageData, colors) : generatepalette(colors));
     }
     const double blurRadius = readOption(options, option::BlurRadius);
     if (blurRadius > 0.0)

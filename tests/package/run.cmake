@@ -1,17 +1,24 @@
 # Installs the module, builds the consumer project against it and runs it.
 # In: PROJECT_BUILD (build tree to install) or PROJECT_SOURCE and HOST_SDK (built here first),
-#     WORK (folder to work in), CONSUMER (its source), FLAGS (compiler flags), BUILD_TYPE.
+#     WORK (folder to work in), CONSUMER (its source: a project whose program has the name of its
+#     folder), EXPECTED (what the program prints, | for a new line), FLAGS (compiler flags),
+#     BUILD_TYPE, PAGE (optional: a Markdown page from which the source is taken first).
 
 function(run)
   execute_process(COMMAND ${ARGN} RESULT_VARIABLE status OUTPUT_VARIABLE output
-                  ERROR_VARIABLE output)
+                  ERROR_VARIABLE errors)
   if(status)
-    message(FATAL_ERROR "${ARGN}\nfailed:\n${output}")
+    message(FATAL_ERROR "${ARGN}\nfailed:\n${output}${errors}")
   endif()
   set(output "${output}" PARENT_SCOPE)
 endfunction()
 
 file(REMOVE_RECURSE ${WORK}/prefix ${WORK}/consumer)
+if(PAGE)
+  run(${CMAKE_COMMAND} -DPAGE=${PAGE} -DOUTPUT=${CONSUMER} -P ${CMAKE_CURRENT_LIST_DIR}/extract.cmake)
+endif()
+get_filename_component(program ${CONSUMER} NAME)
+string(REPLACE "|" "\n" EXPECTED "${EXPECTED}")
 if(HOST_SDK)
   set(PROJECT_BUILD ${WORK}/build)
   run(${CMAKE_COMMAND} -S ${PROJECT_SOURCE} -B ${PROJECT_BUILD} -G Ninja
@@ -24,9 +31,9 @@ if(HOST_SDK AND EXISTS ${WORK}/prefix/include/ovhost)
   message(FATAL_ERROR "the stand-in was installed beside a real host library")
 endif()
 run(${CMAKE_COMMAND} -S ${CONSUMER} -B ${WORK}/consumer -G Ninja -DCMAKE_BUILD_TYPE=${BUILD_TYPE}
-    "-DCMAKE_PREFIX_PATH=${WORK}/prefix;${HOST_SDK}" "-DCMAKE_CXX_FLAGS=${FLAGS}")
+    -DCMAKE_PREFIX_PATH=${WORK}/prefix -DOvHost_ROOT=${HOST_SDK} "-DCMAKE_CXX_FLAGS=${FLAGS}")
 run(${CMAKE_COMMAND} --build ${WORK}/consumer)
-run(${WORK}/consumer/consumer)
-if(NOT output STREQUAL "2 outlines, end 8.5\n")
-  message(FATAL_ERROR "the consumer printed: ${output}")
+run(${WORK}/consumer/${program})
+if(NOT output STREQUAL EXPECTED)
+  message(FATAL_ERROR "the program printed: ${output}")
 endif()

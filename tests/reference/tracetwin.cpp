@@ -117,8 +117,8 @@ QList<OvPolyline> TraceTwin::trace(const QImage& image) {
     const auto qtres = static_cast<float>(options["qtres"]);
     const auto ltres = static_cast<float>(options["ltres"]);
     QList<QList<TracedPath>> tracedLayers;
-    for (qsizetype k = 0; k < nodes.size(); ++k)
-        tracedLayers.append(batchtracepaths(nodes[k], ltres, qtres));
+    for (const QList<NodePath>& layer : nodes)
+        tracedLayers.append(batchtracepaths(layer, ltres, qtres));
     indexedImage.tracedata = tracedLayers;
     return getPolylines();
 }
@@ -211,8 +211,8 @@ QList<TraceTwin::Color> TraceTwin::samplepalette(int count) {
     std::sort(work.begin(), work.end(), lessThanColor);
     QList<Color> colors;
     for (int i = 0; i < count; ++i) {
-        const double k = static_cast<double>(work.size()) / static_cast<double>(count) *
-                         static_cast<double>(i);
+        const double k =
+            static_cast<double>(work.size()) / static_cast<double>(count) * static_cast<double>(i);
         colors.append(work[toInt(k)]);
     }
     return colors;
@@ -309,8 +309,8 @@ void TraceTwin::colorquantization() {
                     for (int c = 0; c < 4; ++c)
                         palette[k][c] = toByte(static_cast<int>(acc[k][c] / acc[k][4] - 128));
                 }
-                const float ratio = static_cast<float>(static_cast<double>(acc[k][4]) /
-                                                       static_cast<double>(qint64(width) * height));
+                const auto ratio = static_cast<float>(static_cast<double>(acc[k][4]) /
+                                                      static_cast<double>(qint64(width) * height));
                 if (ratioLimit > static_cast<double>(ratio) && cycle < cycles - 1)
                     palette[k] = randomColor();
             }
@@ -342,7 +342,7 @@ void TraceTwin::colorquantization() {
     indexedImage = IndexedImage(array, palette);
 }
 
-QList<TraceTwin::Grid> TraceTwin::layering() {
+QList<TraceTwin::Grid> TraceTwin::layering() const {
     const Grid& array = indexedImage.array;
     const qsizetype ah = array.size();
     const qsizetype aw = array[0].size();
@@ -437,8 +437,7 @@ QList<TraceTwin::NodePath> TraceTwin::internodes(const QList<Path>& paths) {
     return result;
 }
 
-QList<QList<TraceTwin::NodePath>>
-TraceTwin::batchinternodes(const QList<QList<Path>>& paths) {
+QList<QList<TraceTwin::NodePath>> TraceTwin::batchinternodes(const QList<QList<Path>>& paths) {
     QList<QList<NodePath>> result;
     for (const QList<Path>& layer : paths)
         result.append(internodes(layer));
@@ -553,7 +552,7 @@ QList<TraceTwin::TracedPath> TraceTwin::batchtracepaths(const QList<NodePath>& p
     return result;
 }
 
-OvVector TraceTwin::transform(const OvVector& v) {
+OvVector TraceTwin::transform(const OvVector& v) const {
     OvVector result = v;
     result.y = static_cast<double>(imageData.height) - v.y;
     return result;

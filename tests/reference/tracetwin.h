@@ -21,11 +21,11 @@ class TraceTwin {
 public:
     using Color = QList<char>;
     using Grid = QList<QList<int>>;
-    using Point = QList<int>;                ///< x, y, node type
+    using Point = QList<int>; ///< x, y, node type
     using Path = QList<Point>;
-    using Node = QList<double>;              ///< x, y, direction
+    using Node = QList<double>; ///< x, y, direction
     using NodePath = QList<Node>;
-    using Record = QList<double>;            ///< a segment of seven numbers
+    using Record = QList<double>; ///< a segment of seven numbers
     using TracedPath = QList<Record>;
 
     TraceTwin();
@@ -40,7 +40,7 @@ public:
     static bool lessThanColor(const Color& a, const Color& b);
     void blur(float radius, float delta);
     void colorquantization();
-    QList<Grid> layering();
+    QList<Grid> layering() const;
     QList<Path> pathscan(Grid layer, float pathomit);
     QList<QList<Path>> batchpathscan(const QList<Grid>& layers, float pathomit);
     QList<NodePath> internodes(const QList<Path>& paths);
@@ -49,7 +49,7 @@ public:
     TracedPath fitseq(const NodePath& path, float ltres, float qtres, int seqstart, int seqend);
     QList<TracedPath> batchtracepaths(const QList<NodePath>& paths, float ltres, float qtres);
     QList<OvPolyline> getPolylines();
-    OvVector transform(const OvVector& v);
+    OvVector transform(const OvVector& v) const;
 
     static void seedRandom(unsigned seed);
 

@@ -40,8 +40,7 @@ QList<QList<double>> toLists(const ovtrace::TracedPath& segments) {
 
 namespace {
 
-template <typename Cell>
-ovtrace::CellGrid<Cell> gridOf(const QList<QList<int>>& rows, int width) {
+template <typename Cell> ovtrace::CellGrid<Cell> gridOf(const QList<QList<int>>& rows, int width) {
     ovtrace::CellGrid<Cell> grid(width, static_cast<int>(rows.size()));
     for (int y = 0; y < rows.size(); ++y) {
         for (int x = 0; x < width; ++x)

@@ -50,10 +50,25 @@ QImage RandomInput::image(int largest) {
 
 double RandomInput::strangeNumber() {
     using Limits = std::numeric_limits<double>;
-    const QList<double> numbers{Limits::quiet_NaN(), Limits::infinity(), -Limits::infinity(),
-                                -1.0,  -0.5,   -0.0, 0.0,  0.25,         0.999999999, 1e10,
-                                -1e10, 2.1e9,  4e9,  1e38, 1e39,         1e300,       -1e300,
-                                5e-324, Limits::max()};
+    const QList<double> numbers{Limits::quiet_NaN(),
+                                Limits::infinity(),
+                                -Limits::infinity(),
+                                -1.0,
+                                -0.5,
+                                -0.0,
+                                0.0,
+                                0.25,
+                                0.999999999,
+                                1e10,
+                                -1e10,
+                                2.1e9,
+                                4e9,
+                                1e38,
+                                1e39,
+                                1e300,
+                                -1e300,
+                                5e-324,
+                                Limits::max()};
     return numbers[number(0, static_cast<int>(numbers.size()) - 1)];
 }
 
@@ -85,11 +100,11 @@ double RandomInput::optionValue(const QString& key) {
 }
 
 QList<QPair<QString, double>> RandomInput::options() {
-    static const QStringList keys{"monochrome",    "numberofcolors",      "mincolorratio",
-                                  "colorquantcycles", "colorsampling",    "blurradius",
-                                  "blurdelta",     "pathomit",            "ltres",
-                                  "qtres",         "alphathreshold",      "brightnessthreshold",
-                                  "usealpha",      "usebrightness"};
+    static const QStringList keys{
+        "monochrome",    "numberofcolors", "mincolorratio",  "colorquantcycles",
+        "colorsampling", "blurradius",     "blurdelta",      "pathomit",
+        "ltres",         "qtres",          "alphathreshold", "brightnessthreshold",
+        "usealpha",      "usebrightness"};
     QList<QPair<QString, double>> options;
     for (const QString& key : keys) {
         if (oneIn(3))

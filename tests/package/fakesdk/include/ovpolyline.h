@@ -12,8 +12,7 @@ public:
 
 class OvSpline : public OvShape {
 public:
-    void setDegree(int) {
-    }
+    void setDegree(int) {}
     void appendControlPoint(const OvVector& point) {
         points.append(point);
     }

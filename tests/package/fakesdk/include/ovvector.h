@@ -1,8 +1,7 @@
 #pragma once
 
 struct OvVector {
-    OvVector(double vx, double vy, double vz, bool isValid) : x(vx), y(vy), z(vz), valid(isValid) {
-    }
+    OvVector(double vx, double vy, double vz, bool isValid) : x(vx), y(vy), z(vz), valid(isValid) {}
     double x, y, z;
     bool valid;
 };

@@ -51,18 +51,19 @@ bool samePiece(const OvPolyline& a, const OvPolyline& b, qsizetype i) {
 
 } // namespace
 
-testing::AssertionResult samePolylines(const QList<OvPolyline>& a, const QList<OvPolyline>& b) {
+QString difference(const QList<OvPolyline>& a, const QList<OvPolyline>& b) {
     if (a.size() != b.size())
-        return testing::AssertionFailure() << a.size() << " polylines against " << b.size();
+        return QString("%1 polylines against %2").arg(a.size()).arg(b.size());
     for (qsizetype k = 0; k < a.size(); ++k) {
         if (a[k].countPieces() != b[k].countPieces())
-            return testing::AssertionFailure()
-                   << "polyline " << k << ": " << a[k].countPieces() << " pieces against "
-                   << b[k].countPieces();
+            return QString("polyline %1: %2 pieces against %3")
+                .arg(k)
+                .arg(a[k].countPieces())
+                .arg(b[k].countPieces());
         for (qsizetype i = 0; i < a[k].countPieces(); ++i) {
             if (!samePiece(a[k], b[k], i))
-                return testing::AssertionFailure() << "polyline " << k << ", piece " << i;
+                return QString("polyline %1, piece %2").arg(k).arg(i);
         }
     }
-    return testing::AssertionSuccess();
+    return {};
 }

@@ -1,0 +1,27 @@
+# Takes the code blocks out of a Markdown page: those marked cmake become CMakeLists.txt, those
+# marked cpp one after the other main.cpp. In: PAGE, OUTPUT (folder).
+
+file(READ ${PAGE} page)
+# Brackets and semicolons would be taken for list syntax below.
+string(REPLACE "[" "<open>" page "${page}")
+string(REPLACE "]" "<close>" page "${page}")
+string(REPLACE ";" "<semicolon>" page "${page}")
+foreach(pair "cmake=CMakeLists.txt" "cpp=main.cpp")
+  string(REPLACE "=" ";" pair ${pair})
+  list(GET pair 0 language)
+  list(GET pair 1 name)
+  string(REGEX MATCHALL "\n```${language}\n[^`]*\n```" blocks "${page}")
+  if(NOT blocks)
+    message(FATAL_ERROR "${PAGE} has no ${language} code")
+  endif()
+  set(code "")
+  foreach(block IN LISTS blocks)
+    string(REGEX REPLACE "^\n```${language}\n" "" block "${block}")
+    string(REGEX REPLACE "```$" "" block "${block}")
+    string(APPEND code "${block}\n")
+  endforeach()
+  string(REPLACE "<open>" "[" code "${code}")
+  string(REPLACE "<close>" "]" code "${code}")
+  string(REPLACE "<semicolon>" ";" code "${code}")
+  file(WRITE ${OUTPUT}/${name} "${code}")
+endforeach()
