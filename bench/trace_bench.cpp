@@ -1,0 +1,212 @@
+// What each stage costs, and a whole trace, by class of picture. Before anything is timed, the
+// engine's answer on a part of the picture is compared with the reference's.
+
+#include "pictures.h"
+#include "reference/compare.h"
+#include "reference/tracetwin.h"
+
+#include <blur.h>
+#include <color.h>
+#include <fitting.h>
+#include <imageload.h>
+#include <internodes.h>
+#include <layering.h>
+#include <numbers.h>
+#include <palette.h>
+#include <pathscan.h>
+#include <polylines.h>
+#include <preprocess.h>
+#include <quantization.h>
+#include <random.h>
+#include <tracebitmap.h>
+
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <cstring>
+#include <functional>
+
+using namespace ovtrace;
+
+namespace {
+
+constexpr int CheckedSide = 400;
+
+OvTraceBitmap makeTracer(const Picture& picture) {
+    OvTraceBitmap tracer;
+    for (const auto& [key, value] : picture.options)
+        tracer.setOption(key, value);
+    return tracer;
+}
+
+QList<OvPolyline> traceWithTwin(const Picture& picture, const QImage& image) {
+    TraceTwin twin;
+    for (const auto& [key, value] : picture.options)
+        twin.setOption(key, value);
+    TraceTwin::seedRandom(1);
+    return twin.trace(image);
+}
+
+bool answersRight(const Picture& picture) {
+    const QImage part = picture.image.copy(0, 0, CheckedSide, CheckedSide);
+    OvTraceBitmap tracer = makeTracer(picture);
+    OvTraceBitmap::seedRandom(1);
+    const QString where = difference(tracer.trace(part), traceWithTwin(picture, part));
+    if (!where.isEmpty())
+        std::fprintf(stderr, "%s: %s\n", picture.name.c_str(), qPrintable(where));
+    return where.isEmpty();
+}
+
+/// What the stages hand on for one picture, made once.
+struct Stages {
+    explicit Stages(const Picture& source) : picture(source) {
+        options = defaultOptions();
+        for (const auto& [key, value] : source.options)
+            options[key] = value;
+        prepared = source.image;
+        preprocess(prepared, options);
+        loaded = loadImageData(prepared);
+        start = samplepalette(loaded, 16);
+        blurred = loaded;
+        blur(blurred, 1, 2000);
+        Palette palette = start;
+        quantized =
+            std::make_unique<QuantizedImage>(colorquantization(blurred, palette, {3, 0.02}));
+        Path path;
+        PathScan scan(LayerSet(*quantized), 8);
+        while (scan.next(path) >= 0) {
+            paths.push_back(path);
+            nodes.emplace_back();
+            internodes(path, nodes.back());
+            traced.emplace_back();
+            tracepath(nodes.back(), 1, 1, traced.back());
+        }
+    }
+
+    const Picture& picture;
+    OptionMap options;
+    QImage prepared;
+    ImageData loaded;
+    Palette start;
+    ImageData blurred;
+    std::unique_ptr<QuantizedImage> quantized;
+    std::vector<Path> paths;
+    std::vector<InternodePath> nodes;
+    std::vector<TracedPath> traced;
+};
+
+void report(benchmark::State& state, const QImage& image) {
+    const double pixels = static_cast<double>(image.width()) * image.height();
+    state.counters["Mpx/s"] =
+        benchmark::Counter(pixels / 1e6, benchmark::Counter::kIsIterationInvariantRate);
+}
+
+/// Registers the benchmark `name`/<picture>; `work` is what is timed.
+void addBenchmark(const std::string& name, const Picture& picture,
+                  const std::function<void()>& work) {
+    benchmark::RegisterBenchmark((name + '/' + picture.name).c_str(), [&picture, work](
+                                                                          benchmark::State& state) {
+        for (auto iteration : state)
+            work();
+        report(state, picture.image);
+    })->Unit(benchmark::kMillisecond);
+}
+
+void addStages(const std::shared_ptr<Stages>& s) {
+    const Picture& picture = s->picture;
+    addBenchmark("memcpy", picture, [&picture] {
+        std::vector<uchar> copy(static_cast<std::size_t>(picture.image.sizeInBytes()));
+        std::memcpy(copy.data(), picture.image.constBits(), copy.size());
+        benchmark::DoNotOptimize(copy.data());
+    });
+    addBenchmark("1-preprocess", picture, [s] {
+        QImage image = s->picture.image;
+        preprocess(image, s->options);
+        benchmark::DoNotOptimize(image.constBits());
+    });
+    addBenchmark("2-load", picture,
+                 [s] { benchmark::DoNotOptimize(loadImageData(s->prepared).data.constData()); });
+    addBenchmark("3-samplepalette", picture,
+                 [s] { benchmark::DoNotOptimize(samplepalette(s->loaded, 16).data()); });
+    addBenchmark("4-blur", picture, [s] {
+        ImageData image = s->loaded;
+        blur(image, 1, 2000);
+        benchmark::DoNotOptimize(image.data.constData());
+    });
+    addBenchmark("5-quantize", picture, [s] {
+        Palette palette = s->start;
+        benchmark::DoNotOptimize(colorquantization(s->blurred, palette, {3, 0.02}).colors);
+    });
+    addBenchmark("6-pathscan", picture, [s] {
+        Path path;
+        PathScan scan(LayerSet(*s->quantized), 8);
+        while (scan.next(path) >= 0)
+            benchmark::DoNotOptimize(path.data());
+    });
+    addBenchmark("7-internodes", picture, [s] {
+        InternodePath nodes;
+        for (const Path& path : s->paths) {
+            internodes(path, nodes);
+            benchmark::DoNotOptimize(nodes.data());
+        }
+    });
+    addBenchmark("8-tracepath", picture, [s] {
+        TracedPath traced;
+        for (const InternodePath& nodes : s->nodes) {
+            tracepath(nodes, 1, 1, traced);
+            benchmark::DoNotOptimize(traced.data());
+        }
+    });
+    addBenchmark("9-polylines", picture, [s] {
+        PolylineOutput output(s->loaded.width, s->loaded.height);
+        for (const TracedPath& traced : s->traced)
+            output.add(0, traced);
+        output.finish();
+        benchmark::DoNotOptimize(output.takePolylines().size());
+    });
+}
+
+void addTraces(const Picture& picture) {
+    addBenchmark("trace", picture, [&picture] {
+        OvTraceBitmap tracer = makeTracer(picture);
+        OvTraceBitmap::seedRandom(1);
+        benchmark::DoNotOptimize(tracer.trace(picture.image).size());
+    });
+    addBenchmark("trace-256-colors", picture, [&picture] {
+        OvTraceBitmap tracer = makeTracer(picture);
+        tracer.setOption("numberofcolors", 256);
+        OvTraceBitmap::seedRandom(1);
+        benchmark::DoNotOptimize(tracer.trace(picture.image).size());
+    });
+    addBenchmark("twin", picture,
+                 [&picture] { benchmark::DoNotOptimize(traceWithTwin(picture, picture.image)); });
+}
+
+/// The same kind of picture at 1, 4, 16 and 64 megapixels.
+void addSizes(const Picture& picture) {
+    static QList<Picture> sizes;
+    for (const int megapixels : {1, 4, 16, 64})
+        sizes.append({"tiled-" + std::to_string(megapixels) + "Mpx",
+                      tiled(picture.image, megapixels * 1000000LL), picture.options});
+    for (const Picture& sized : sizes)
+        addBenchmark("size", sized, [&sized] {
+            OvTraceBitmap tracer = makeTracer(sized);
+            OvTraceBitmap::seedRandom(1);
+            benchmark::DoNotOptimize(tracer.trace(sized.image).size());
+        });
+}
+
+} // namespace
+
+int main(int argc, char* argv[]) {
+    benchmark::Initialize(&argc, argv);
+    const QList<Picture> all = pictures();
+    for (const Picture& picture : all) {
+        if (!answersRight(picture))
+            return 1;
+        addStages(std::make_shared<Stages>(picture));
+        addTraces(picture);
+    }
+    addSizes(all[1]);
+    benchmark::RunSpecifiedBenchmarks();
+}
