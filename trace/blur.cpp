@@ -1,6 +1,7 @@
 #include "blur.h"
 
 #include "blurkernels.h"
+#include "kernels/means3.h"
 #include "numbers.h"
 
 #include <algorithm>
@@ -15,6 +16,9 @@ namespace {
 
 constexpr int Channels = 4;
 constexpr int LargestLimit = 1024;
+
+/// Of two pixels: no limit above this sets anything back.
+constexpr int LargestDifference = Channels * 255;
 
 using Byte = signed char;
 
@@ -33,16 +37,43 @@ struct Taps {
     }
 };
 
+/// floor() of a mean of stored bytes.
+Byte flooredByte(double mean) {
+    const int truncated = static_cast<int>(mean);
+    return static_cast<Byte>(truncated - (mean < truncated ? 1 : 0));
+}
+
 /// Writes `size` weighted means. The sums run in the order of the taps and each product is
 /// rounded before it is added: the floor lets the last bit decide. Without taps the mean is
 /// 0 / 0, which is stored as 0.
 void writeMeans(const Taps& taps, Byte* means, qsizetype size) {
-    for (qsizetype i = 0; i < size; ++i) {
-        double sum = 0.0;
-        for (std::size_t k = 0; k < static_cast<std::size_t>(taps.count); ++k)
-            sum += static_cast<double>(taps.bytes[k][i]) * taps.weights[k];
-        means[i] = truncateToByte(std::floor(sum / taps.weightSum));
+    if (taps.count == 0) {
+        std::memset(means, 0, static_cast<std::size_t>(size));
+        return;
     }
+    // In pieces that stay in the cache, so that each tap is one simple loop.
+    constexpr qsizetype Piece = 256;
+    std::array<double, Piece> sums;
+    for (qsizetype start = 0; start < size; start += Piece) {
+        const qsizetype count = std::min(Piece, size - start);
+        sums.fill(0.0);
+        for (std::size_t k = 0; k < static_cast<std::size_t>(taps.count); ++k) {
+            const Byte* bytes = taps.bytes[k] + start;
+            const double weight = taps.weights[k];
+            for (qsizetype i = 0; i < count; ++i)
+                sums[static_cast<std::size_t>(i)] += static_cast<double>(bytes[i]) * weight;
+        }
+        for (qsizetype i = 0; i < count; ++i)
+            means[start + i] = flooredByte(sums[static_cast<std::size_t>(i)] / taps.weightSum);
+    }
+}
+
+/// writeMeans(), with a faster form for the whole kernel of radius 1.
+void blend(const Taps& taps, int radius, Byte* means, qsizetype size) {
+    if (radius == 1 && taps.count == 3)
+        means3(taps.bytes[0], taps.bytes[1], taps.bytes[2], means, size);
+    else
+        writeMeans(taps, means, size);
 }
 
 /// The taps of pixel x of a row: those of its neighbours that lie in columns 1 .. width - 1.
@@ -63,8 +94,8 @@ void blurRow(const Byte* row, Byte* blurred, int width, int radius) {
     const int firstFull = std::min(radius + 1, width);
     const int endFull = std::max(firstFull, width - radius);
     const auto writeColumns = [&](int from, int count) {
-        writeMeans(horizontalTaps(row, from, width, radius), blurred + qsizetype(from) * Channels,
-                   qsizetype(count) * Channels);
+        blend(horizontalTaps(row, from, width, radius), radius,
+              blurred + qsizetype(from) * Channels, qsizetype(count) * Channels);
     };
     for (int x = 0; x < firstFull; ++x)
         writeColumns(x, 1);
@@ -130,8 +161,14 @@ void blur(ImageData& image, float radius, float delta) {
     for (int y = 0; y < image.height; ++y) {
         for (; nextRow < image.height && nextRow <= y + r; ++nextRow)
             blurRow(pixels + rowBytes * nextRow, window.row(nextRow), image.width, r);
-        writeMeans(verticalTaps(window, y, image.height, r), blurred.data(), rowBytes);
-        keepSmallChanges(blurred.data(), pixels + rowBytes * y, image.width, limit);
+        const Taps taps = verticalTaps(window, y, image.height, r);
+        Byte* row = pixels + rowBytes * y;
+        if (limit >= LargestDifference) {
+            blend(taps, r, row, rowBytes);
+            continue;
+        }
+        blend(taps, r, blurred.data(), rowBytes);
+        keepSmallChanges(blurred.data(), row, image.width, limit);
     }
 }
 

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <bitset>
 #include <cmath>
+#include <cstring>
 
 namespace ovtrace {
 namespace {
@@ -55,30 +56,41 @@ Palette greyRamp(int count) {
     return palette;
 }
 
-/// 16 levels a channel, centred on stored 0: -8..7.
+/// Colours are sampled at 16 levels a channel.
 constexpr int CoarseStep = 16;
 
-/// The position of a stored byte's coarse level, 0..15.
-unsigned coarseLevel(char stored) {
-    return static_cast<unsigned>(static_cast<signed char>(stored) / CoarseStep + 8);
+/// The coarse levels of a pixel's four stored bytes, 0..15 each, as one number of 16 bits. The
+/// levels are those of a division by 16 that truncates toward stored 0, plus 8.
+std::uint32_t coarseKey(const char* bytes) {
+    std::uint32_t word = 0;
+    std::memcpy(&word, bytes, sizeof word);
+    // As channel values: those below 128 (stored negative) round up, the others down.
+    const std::uint32_t values = word ^ 0x80808080U;
+    const std::uint32_t below128 = ~values & 0x80808080U;
+    const std::uint32_t levels = (values + (below128 >> 7U) * 15U) >> 4U & 0x0f0f0f0fU;
+    const std::uint32_t pairs = (levels | levels >> 4U) & 0x00ff00ffU;
+    return (pairs | pairs >> 8U) & 0xffffU;
+}
+
+Color coarseColor(const char* bytes) {
+    const auto coarse = [&](std::size_t channel) {
+        return static_cast<signed char>(static_cast<signed char>(bytes[channel]) / CoarseStep *
+                                        CoarseStep);
+    };
+    return {coarse(0), coarse(1), coarse(2), coarse(3)};
 }
 
 /// The distinct coarse colours of the image in the order in which they are first seen.
 std::vector<Color> coarseColors(const ImageData& image) {
     std::bitset<65536> seen;
     std::vector<Color> colors;
-    const auto level = [](unsigned key, unsigned shift) {
-        const int coarse = static_cast<int>((key >> shift) & 15U) - 8;
-        return static_cast<signed char>(coarse * CoarseStep);
-    };
     for (qsizetype i = 0; i + 3 < image.data.size(); i += 4) {
         const char* pixel = image.data.constData() + i;
-        const unsigned key = coarseLevel(pixel[0]) << 12 | coarseLevel(pixel[1]) << 8 |
-                             coarseLevel(pixel[2]) << 4 | coarseLevel(pixel[3]);
+        const std::uint32_t key = coarseKey(pixel);
         if (seen[key])
             continue;
         seen.set(key);
-        colors.push_back({level(key, 12), level(key, 8), level(key, 4), level(key, 0)});
+        colors.push_back(coarseColor(pixel));
     }
     return colors;
 }

@@ -6,7 +6,6 @@
 #include <QImage>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 namespace ovtrace {
@@ -40,34 +39,29 @@ bool takesPixelColors(const QImage& image) {
     }
 }
 
-/// The threshold for colours of 8-bit channels, whose lightness follows from the sum of the
-/// largest and the smallest channel alone.
-class ByteThreshold {
-public:
-    explicit ByteThreshold(const Threshold& threshold) {
-        for (int sum = 0; sum < static_cast<int>(blackOrWhite.size()); ++sum) {
-            const int smaller = sum / 2;
-            const int larger = sum - smaller;
-            const bool white = threshold.isWhite(QColor(larger, smaller, smaller));
-            blackOrWhite[static_cast<std::size_t>(sum)] = white ? White : Black;
-        }
-    }
-    QRgb operator()(QRgb pixel) const {
+/// The largest sum of two 8-bit channels.
+constexpr int LargestSum = 510;
+
+/// From which sum of its largest and smallest channel on a colour of 8-bit channels turns white:
+/// its lightness follows from that sum alone and grows with it. LargestSum + 1 when none does.
+int smallestWhiteSum(const Threshold& threshold) {
+    int sum = 0;
+    while (sum <= LargestSum && !threshold.isWhite(QColor(sum - sum / 2, sum / 2, sum / 2)))
+        ++sum;
+    return sum;
+}
+
+/// 32-bit pixels whose bytes are the channels themselves.
+void preprocessRgb32(QImage& image, const Threshold& threshold) {
+    const int whiteSum = smallestWhiteSum(threshold);
+    const auto blackOrWhite = [=](QRgb pixel) {
         const int red = qRed(pixel);
         const int green = qGreen(pixel);
         const int blue = qBlue(pixel);
         const int larger = std::max(red, std::max(green, blue));
         const int smaller = std::min(red, std::min(green, blue));
-        return blackOrWhite[static_cast<std::size_t>(larger + smaller)];
-    }
-
-private:
-    std::array<QRgb, 511> blackOrWhite{};
-};
-
-/// 32-bit pixels whose bytes are the channels themselves.
-void preprocessRgb32(QImage& image, const Threshold& threshold) {
-    const ByteThreshold blackOrWhite(threshold);
+        return larger + smaller >= whiteSum ? White : Black;
+    };
     const int width = image.width();
     for (int y = 0; y < image.height(); ++y) {
         QRgb* row = reinterpret_cast<QRgb*>(image.scanLine(y));

@@ -1,19 +1,16 @@
 #include "quantization.h"
 
+#include "nearestcolor.h"
 #include "random.h"
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <cstring>
 
 namespace ovtrace {
 namespace {
 
 constexpr int Channels = 4;
-
-/// A colour this far away or farther is not considered; index 0 takes its place.
-constexpr int DistanceBound = 1024;
 
 /// The pixels that one colour got in a cycle.
 struct Share {
@@ -23,51 +20,89 @@ struct Share {
 
 using Shares = std::vector<Share>;
 
-int distance(const Color& a, const Color& b) {
-    return std::abs(a.red - b.red) + std::abs(a.green - b.green) + std::abs(a.blue - b.blue) +
-           4 * std::abs(a.alpha - b.alpha);
-}
+/// A share in the making: two sums to a word, each good for 2^24 pixels.
+struct PackedShare {
+    std::uint64_t redGreen = 0;
+    std::uint64_t blueAlpha = 0;
+    std::uint64_t pixels = 0;
 
-std::size_t nearestColor(const Palette& palette, const Color& pixel) {
-    int best = DistanceBound;
-    std::size_t index = 0;
-    for (std::size_t k = 0; k < palette.size(); ++k) {
-        const int d = distance(pixel, palette[k]);
-        if (d < best) {
-            best = d;
-            index = k;
-        }
+    void add(Color color, std::uint64_t count) {
+        const auto value = [](signed char stored) {
+            return static_cast<std::uint64_t>(static_cast<unsigned char>(stored) ^ 128U);
+        };
+        redGreen += (value(color.red) | value(color.green) << 32U) * count;
+        blueAlpha += (value(color.blue) | value(color.alpha) << 32U) * count;
+        pixels += count;
     }
-    return index;
+};
+
+constexpr std::int64_t PackedPixels = std::int64_t(1) << 24;
+
+/// Adds the packed shares to the shares and clears them.
+void unpack(std::vector<PackedShare>& packed, Shares& shares) {
+    constexpr std::uint64_t Low = 0xffffffffU;
+    for (std::size_t k = 0; k < packed.size(); ++k) {
+        const PackedShare& from = packed[k];
+        Share& to = shares[k];
+        to.sums[0] += static_cast<std::int64_t>(from.redGreen & Low);
+        to.sums[1] += static_cast<std::int64_t>(from.redGreen >> 32U);
+        to.sums[2] += static_cast<std::int64_t>(from.blueAlpha & Low);
+        to.sums[3] += static_cast<std::int64_t>(from.blueAlpha >> 32U);
+        to.pixels += static_cast<std::int64_t>(from.pixels);
+        packed[k] = {};
+    }
 }
 
-Color pixelAt(const ImageData& image, qsizetype offset) {
+Color pixelAt(const char* bytes) {
     Color color;
-    std::memcpy(&color, image.data.constData() + offset, Channels);
+    std::memcpy(&color, bytes, Channels);
     return color;
 }
 
-void addPixels(Share& share, const Color& color, std::int64_t count) {
-    share.sums[0] += count * (color.red + StoredOffset);
-    share.sums[1] += count * (color.green + StoredOffset);
-    share.sums[2] += count * (color.blue + StoredOffset);
-    share.sums[3] += count * (color.alpha + StoredOffset);
-    share.pixels += count;
+/// Calls visit(color, from, to) for each run of equal pixels of a row.
+template <typename Visit> void forEachRun(const char* row, int width, const Visit& visit) {
+    for (int from = 0; from < width;) {
+        const Color color = pixelAt(row + qsizetype(from) * Channels);
+        int to = from + 1;
+        while (to < width && pixelAt(row + qsizetype(to) * Channels) == color)
+            ++to;
+        visit(color, from, to);
+        from = to;
+    }
 }
 
-/// Assigns the pixels of one row; `cells` points at the cell of its first pixel.
+const char* rowOf(const ImageData& image, int y) {
+    return image.data.constData() + qsizetype(y) * image.width * Channels;
+}
+
+/// Assigns all pixels and returns what each colour got.
+Shares sharesOf(const ImageData& image, std::size_t colors, NearestColor& nearest) {
+    Shares shares(colors);
+    std::vector<PackedShare> packed(colors);
+    std::int64_t room = PackedPixels;
+    for (int y = 0; y < image.height; ++y) {
+        if (room < image.width) {
+            unpack(packed, shares);
+            room = PackedPixels;
+        }
+        room -= image.width;
+        forEachRun(rowOf(image, y), image.width, [&](Color color, int from, int to) {
+            packed[static_cast<std::size_t>(nearest.find(color))].add(
+                color, static_cast<std::uint64_t>(to - from));
+        });
+    }
+    unpack(packed, shares);
+    return shares;
+}
+
+/// Assigns all pixels and stores their indices.
 template <typename Cell>
-void assignRow(const ImageData& image, int y, const Palette& palette, Shares& shares, Cell* cells) {
-    const qsizetype rowOffset = qsizetype(y) * image.width * Channels;
-    for (int x = 0; x < image.width;) {
-        const Color color = pixelAt(image, rowOffset + qsizetype(x) * Channels);
-        int end = x + 1;
-        while (end < image.width && pixelAt(image, rowOffset + qsizetype(end) * Channels) == color)
-            ++end;
-        const std::size_t index = nearestColor(palette, color);
-        addPixels(shares[index], color, end - x);
-        for (; x < end; ++x)
-            cells[x] = static_cast<Cell>(index);
+void storeIndices(const ImageData& image, NearestColor& nearest, CellGrid<Cell>& grid) {
+    for (int y = 0; y < image.height; ++y) {
+        Cell* cells = grid.rowCells(y + 1) + 1;
+        forEachRun(rowOf(image, y), image.width, [&](Color color, int from, int to) {
+            std::fill(cells + from, cells + to, static_cast<Cell>(nearest.find(color)));
+        });
     }
 }
 
@@ -100,24 +135,32 @@ bool refinePalette(Palette& palette, const Shares& shares, std::int64_t pixels,
     return changed;
 }
 
-template <typename Cell> CellGrid<Cell> quantize(const ImageData& image, Palette& palette,
-                                                 const QuantizationOptions& options) {
-    CellGrid<Cell> grid(image.width, image.height);
+/// All cycles but for storing the indices of the last one.
+void refine(const ImageData& image, Palette& palette, const QuantizationOptions& options,
+            NearestColor& nearest) {
     const std::int64_t pixels = std::int64_t(image.width) * image.height;
+    nearest.setPalette(palette);
+    for (int cycle = 1; cycle < options.cycles; ++cycle) {
+        const Shares shares = sharesOf(image, palette.size(), nearest);
+        const bool last = cycle == options.cycles - 1;
+        if (!refinePalette(palette, shares, pixels, options.minColorRatio, !last))
+            break;
+        nearest.setPalette(palette);
+    }
+}
+
+template <typename Cell>
+CellGrid<Cell> quantize(const ImageData& image, Palette& palette,
+                        const QuantizationOptions& options) {
+    CellGrid<Cell> grid(image.width, image.height);
     if (options.cycles < 1 || palette.empty()) {
         for (int y = 0; y < image.height; ++y)
             std::fill_n(grid.rowCells(y + 1) + 1, image.width, Cell(0));
         return grid;
     }
-    Shares shares(palette.size());
-    for (int cycle = 0; cycle < options.cycles; ++cycle) {
-        const bool last = cycle == options.cycles - 1;
-        if (cycle > 0 && !refinePalette(palette, shares, pixels, options.minColorRatio, !last))
-            break;
-        shares.assign(palette.size(), {});
-        for (int y = 0; y < image.height; ++y)
-            assignRow(image, y, palette, shares, grid.rowCells(y + 1) + 1);
-    }
+    NearestColor nearest(std::int64_t(image.width) * image.height);
+    refine(image, palette, options, nearest);
+    storeIndices(image, nearest, grid);
     return grid;
 }
 

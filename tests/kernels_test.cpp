@@ -1,0 +1,129 @@
+#include "support/randominput.h"
+
+#include <blurkernels.h>
+#include <kernels/means3.h>
+#include <nearestcolor.h>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <vector>
+
+using namespace ovtrace;
+
+namespace {
+
+using Byte = signed char;
+
+Byte definedMean3(Byte before, Byte center, Byte after) {
+    const auto weights = blurKernel(1);
+    double sum = 0.0;
+    sum += before * weights[0];
+    sum += center * weights[1];
+    sum += after * weights[2];
+    const double weightSum = (weights[0] + weights[1]) + weights[2];
+    return static_cast<Byte>(static_cast<int>(std::floor(sum / weightSum)) & 255);
+}
+
+} // namespace
+
+TEST(Means3, WeightsSumToExactlyOne) {
+    const auto weights = blurKernel(1);
+    EXPECT_EQ((weights[0] + weights[1]) + weights[2], 1.0);
+}
+
+TEST(Means3, WholeNumbersGiveWhatDoublesGiveForEveryThreeBytes) {
+    for (int a = -128; a < 128; ++a) {
+        for (int b = -128; b < 128; ++b) {
+            for (int c = -128; c < 128; ++c) {
+                const auto before = static_cast<Byte>(a);
+                const auto center = static_cast<Byte>(b);
+                const auto after = static_cast<Byte>(c);
+                ASSERT_EQ(mean3(before, center, after), definedMean3(before, center, after))
+                    << a << ", " << b << ", " << c;
+            }
+        }
+    }
+}
+
+TEST(Means3, EveryFormWritesTheSameAndNothingElse) {
+    constexpr qsizetype Room = 160;
+    constexpr qsizetype Guard = 16;
+    constexpr Byte Untouched = 77;
+    RandomInput input(20265);
+    for (int round = 0; round < 20000; ++round) {
+        // Odd sizes, odd starts, and neighbours that are often alike or evenly spaced.
+        const qsizetype size = input.number(0, 80);
+        std::vector<Byte> bytes[3];
+        for (auto& row : bytes)
+            row.resize(Room);
+        const int spread = input.number(0, 3) * 40;
+        const int base = input.number(-128, 127 - spread);
+        for (std::size_t i = 0; i < Room; ++i) {
+            bytes[1][i] = static_cast<Byte>(base + input.number(0, spread));
+            for (const std::size_t row : {0U, 2U})
+                bytes[row][i] = input.oneIn(2) ? bytes[1][i]
+                                               : static_cast<Byte>(base + input.number(0, spread));
+        }
+        const qsizetype start = input.number(0, 15);
+        std::vector<Byte> results[2];
+        for (const VectorLevel level : {VectorLevel::Scalar, bestVectorLevel()}) {
+            forceVectorLevel(level);
+            ASSERT_EQ(vectorLevel(), level);
+            std::vector<Byte>& result = results[level == VectorLevel::Scalar ? 0 : 1];
+            result.assign(Room, Untouched);
+            means3(bytes[0].data() + start, bytes[1].data() + start, bytes[2].data() + start,
+                   result.data() + Guard + start, size);
+        }
+        forceVectorLevel(bestVectorLevel());
+        ASSERT_EQ(results[0], results[1]) << "round " << round << ", " << size << " bytes";
+        for (std::size_t i = 0; i < Room; ++i) {
+            const qsizetype place = static_cast<qsizetype>(i) - Guard - start;
+            if (place < 0 || place >= size) {
+                ASSERT_EQ(results[1][i], Untouched) << i;
+            }
+        }
+    }
+}
+
+TEST(NearestColor, IsTheFirstOfTheNearestForEveryKindOfPalette) {
+    RandomInput input(20266);
+    for (int round = 0; round < 400; ++round) {
+        QList<QList<char>> lists;
+        do
+            lists = input.palette(input.oneIn(4) ? 300 : 20);
+        while (lists.isEmpty());
+        Palette palette = toPalette(lists);
+        const bool opaque = input.oneIn(2);
+        const bool close = input.oneIn(3);
+        for (Color& color : palette) {
+            if (opaque)
+                color.alpha = 127;
+            if (close)
+                color.red = color.green = static_cast<Byte>(color.blue / 8);
+        }
+        // All three sizes of boxes.
+        NearestColor nearest(QList<std::int64_t>{1000, 100000, 10000000}[round % 3]);
+        nearest.setPalette(palette);
+        for (int i = 0; i < 400; ++i) {
+            const auto byte = [&] { return static_cast<Byte>(input.number(-128, 127)); };
+            Color pixel{byte(), byte(), byte(), opaque && !input.oneIn(9) ? Byte(126) : byte()};
+            if (input.oneIn(3))
+                pixel = palette[static_cast<std::size_t>(
+                    input.number(0, static_cast<int>(palette.size()) - 1))];
+            int best = 1024;
+            int index = 0;
+            for (std::size_t k = 0; k < palette.size(); ++k) {
+                const Color& c = palette[k];
+                const int d = std::abs(pixel.red - c.red) + std::abs(pixel.green - c.green) +
+                              std::abs(pixel.blue - c.blue) + 4 * std::abs(pixel.alpha - c.alpha);
+                if (d < best) {
+                    best = d;
+                    index = static_cast<int>(k);
+                }
+            }
+            ASSERT_EQ(nearest.find(pixel), index) << "round " << round;
+        }
+    }
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "vectorlevel.h"
+
+#include <QtGlobal>
+
+namespace ovtrace {
+
+/// Floored weighted means of three stored bytes each, with the blur kernel of radius 1.
+///
+/// means[i] is floor((before[i] * w0 + center[i] * w1) + after[i] * w0) in doubles, each product
+/// and each sum rounded, for w0 = 0.27901 and w1 = 0.44198, whose sum 2 w0 + w1 is exactly 1. It is
+/// computed in whole numbers: the exact mean is center + 0.27901 u with u = before + after -
+/// 2 center. Unless u is 0 it is at least 0.00095 away from a whole number, far more than the
+/// rounding errors, so that it can be floored as it is. When u is 0 the exact mean is the center
+/// itself and rounding decides between it and one less: a table holds what it does.
+///
+/// `means` overlaps none of the three; all have `size` bytes.
+void means3(const signed char* before, const signed char* center, const signed char* after,
+            signed char* means, qsizetype size);
+
+/// The vector form, and the scalar form for one byte.
+void means3Sse2(const signed char* before, const signed char* center, const signed char* after,
+                signed char* means, qsizetype size);
+signed char mean3(signed char before, signed char center, signed char after);
+
+/// What rounding takes off a mean of equally spaced bytes (before + after = 2 center): 0 or 1.
+signed char means3Drop(signed char before, signed char center);
+
+/// 0.27901 in units of 1 / 65536, rounded down: its products with -512 .. 512, floored to whole
+/// numbers, are those of 0.27901 itself.
+inline constexpr int Means3Weight = 18285;
+
+} // namespace ovtrace

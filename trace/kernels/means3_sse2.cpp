@@ -1,0 +1,113 @@
+#include "means3.h"
+
+#if defined(__SSE2__) || defined(_M_X64)
+
+#include <bit>
+#include <emmintrin.h>
+
+namespace ovtrace {
+namespace {
+
+using Byte = signed char;
+
+__m128i load(const Byte* bytes) {
+    return _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
+}
+
+void store(Byte* bytes, __m128i value) {
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(bytes), value);
+}
+
+unsigned laneBits(__m128i mask) {
+    return static_cast<unsigned>(_mm_movemask_epi8(mask));
+}
+
+constexpr unsigned AllLanes = 0xffff;
+
+/// Eight of the bytes as 16-bit numbers, with their sign.
+__m128i lowHalf(__m128i bytes) {
+    return _mm_srai_epi16(_mm_unpacklo_epi8(bytes, bytes), 8);
+}
+__m128i highHalf(__m128i bytes) {
+    return _mm_srai_epi16(_mm_unpackhi_epi8(bytes, bytes), 8);
+}
+
+struct Means {
+    __m128i mean;   ///< before rounding takes anything off
+    __m128i isEven; ///< where before + after = 2 center
+};
+
+Means eightMeans(__m128i before, __m128i center, __m128i after) {
+    const __m128i u = _mm_sub_epi16(_mm_add_epi16(before, after), _mm_add_epi16(center, center));
+    const __m128i share = _mm_mulhi_epi16(u, _mm_set1_epi16(Means3Weight));
+    return {_mm_add_epi16(center, share), _mm_cmpeq_epi16(u, _mm_setzero_si128())};
+}
+
+/// What rounding takes off bytes whose neighbours are alike; remembers the last 16 of them.
+class FlatMeans {
+public:
+    __m128i operator()(__m128i bytes) {
+        if (laneBits(_mm_cmpeq_epi8(bytes, known)) != AllLanes) {
+            alignas(16) Byte lanes[16];
+            _mm_store_si128(reinterpret_cast<__m128i*>(lanes), bytes);
+            for (Byte& lane : lanes)
+                lane = static_cast<Byte>(lane - means3Drop(lane, lane));
+            means = _mm_load_si128(reinterpret_cast<const __m128i*>(lanes));
+            known = bytes;
+        }
+        return means;
+    }
+
+private:
+    // Zero bytes lose nothing.
+    __m128i known = _mm_setzero_si128();
+    __m128i means = _mm_setzero_si128();
+};
+
+} // namespace
+
+void means3Sse2(const Byte* before, const Byte* center, const Byte* after, Byte* means,
+                qsizetype size) {
+    if (size < 16)
+        return;
+    FlatMeans flatMeans;
+    // Alpha seldom changes: where it is as at the start, its loss is known.
+    const __m128i alpha = _mm_set1_epi32(static_cast<int>(0xff000000U));
+    const __m128i usualAlpha = _mm_set1_epi8(center[3]);
+    const __m128i alphaDrop = _mm_set1_epi8(means3Drop(center[3], center[3]));
+    for (qsizetype i = 0; i < size; i += 16) {
+        const __m128i a = load(before + i);
+        const __m128i b = load(center + i);
+        const __m128i c = load(after + i);
+        const __m128i sameBefore = _mm_cmpeq_epi8(a, b);
+        if (laneBits(_mm_and_si128(sameBefore, _mm_cmpeq_epi8(b, c))) == AllLanes) {
+            store(means + i, flatMeans(b));
+            continue;
+        }
+        const Means low = eightMeans(lowHalf(a), lowHalf(b), lowHalf(c));
+        const Means high = eightMeans(highHalf(a), highHalf(b), highHalf(c));
+        const __m128i isEven = _mm_packs_epi16(low.isEven, high.isEven);
+        const __m128i isUsualAlpha = _mm_and_si128(
+            _mm_and_si128(isEven, alpha), _mm_and_si128(sameBefore, _mm_cmpeq_epi8(b, usualAlpha)));
+        const __m128i mean = _mm_packs_epi16(low.mean, high.mean);
+        unsigned open = laneBits(isEven) & ~laneBits(isUsualAlpha);
+        store(means + i, _mm_sub_epi8(mean, _mm_and_si128(isUsualAlpha, alphaDrop)));
+        for (; open != 0; open &= open - 1) {
+            const qsizetype lane = i + std::countr_zero(open);
+            means[lane] = static_cast<Byte>(means[lane] - means3Drop(before[lane], center[lane]));
+        }
+    }
+}
+
+} // namespace ovtrace
+
+#else
+
+namespace ovtrace {
+
+void means3Sse2(const signed char*, const signed char*, const signed char*, signed char*,
+                qsizetype) {}
+
+} // namespace ovtrace
+
+#endif
