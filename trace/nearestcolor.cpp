@@ -9,65 +9,37 @@ namespace {
 
 constexpr int Channels = 4;
 
-/// A colour this far away or farther is not considered; index 0 takes its place.
-constexpr int DistanceBound = 1024;
-
-/// Boxes of 32, 8 and 4 values a channel.
-constexpr unsigned CoarseBits = 3;
-constexpr unsigned MiddleBits = 5;
-constexpr unsigned FineBits = 6;
-
 /// From this many colours on, boxes are worked out in two steps, from coarse to fine.
-constexpr std::size_t LargePalette = 32;
-
-/// Small boxes pay only when many pixels are looked up.
-unsigned bitsFor(std::int64_t pixels) {
-    if (pixels < 20000)
-        return CoarseBits;
-    return pixels < 1000000 ? MiddleBits : FineBits;
-}
+constexpr std::size_t LargePalette = 8;
 
 int weight(int channel) {
     return channel == 3 ? 4 : 1;
 }
 
-int channelOf(const Color& color, int channel) {
-    switch (channel) {
-    case 0:
-        return color.red + StoredOffset;
-    case 1:
-        return color.green + StoredOffset;
-    case 2:
-        return color.blue + StoredOffset;
-    default:
-        return color.alpha + StoredOffset;
-    }
-}
-
-int distance(const Color& a, const Color& b) {
-    return std::abs(a.red - b.red) + std::abs(a.green - b.green) + std::abs(a.blue - b.blue) +
-           4 * std::abs(a.alpha - b.alpha);
+int channelOf(std::uint32_t word, int channel) {
+    return static_cast<int>(word >> (8 * channel) & 255U);
 }
 
 } // namespace
 
-NearestColor::NearestColor(std::int64_t pixels) : bits(bitsFor(pixels)) {}
-
 void NearestColor::setPalette(const Palette& newPalette) {
-    palette = &newPalette;
-    entries.assign(std::size_t(1) << (3 * bits + AlphaBits), 0);
-    lists.assign(1, 0); // no list begins at 0: its entry would look unknown
+    palette.clear();
+    for (const Color& color : newPalette)
+        palette.push_back(channelWord(color));
+    entries.assign(std::size_t(1) << (3 * FineBits + AlphaBits), Unknown);
+    blocks.clear();
+    known.clear();
     all.resize(newPalette.size());
     std::iota(all.begin(), all.end(), 0);
     coarse.clear();
-    if (bits > CoarseBits && newPalette.size() >= LargePalette)
+    if (newPalette.size() >= LargePalette)
         coarse.resize(std::size_t(1) << (3 * CoarseBits + AlphaBits));
 }
 
-NearestColor::Box NearestColor::boundsOf(Color pixel, unsigned boxBits) {
+NearestColor::Box NearestColor::boundsOf(std::uint32_t pixel, unsigned boxBits) {
     Box box{};
     for (int c = 0; c < Channels; ++c) {
-        const int size = 256 >> (c == 3 ? AlphaBits : static_cast<int>(boxBits));
+        const int size = 256 >> (c == 3 ? AlphaBits : boxBits);
         box.low[c] = channelOf(pixel, c) / size * size;
         box.high[c] = box.low[c] + size - 1;
     }
@@ -77,8 +49,8 @@ NearestColor::Box NearestColor::boundsOf(Color pixel, unsigned boxBits) {
 /// Whether colour a is preferred to colour b for every pixel in the box. The difference of the
 /// two distances is a sum over channels; each is largest at one of the channel's bounds.
 bool NearestColor::beatsEverywhere(std::int32_t a, std::int32_t b, const Box& box) const {
-    const Color& colorA = (*palette)[static_cast<std::size_t>(a)];
-    const Color& colorB = (*palette)[static_cast<std::size_t>(b)];
+    const std::uint32_t colorA = palette[static_cast<std::size_t>(a)];
+    const std::uint32_t colorB = palette[static_cast<std::size_t>(b)];
     int largest = 0;
     for (int c = 0; c < Channels; ++c) {
         const int valueA = channelOf(colorA, c);
@@ -94,10 +66,10 @@ bool NearestColor::beatsEverywhere(std::int32_t a, std::int32_t b, const Box& bo
 /// the middle of the box.
 NearestColor::Candidates NearestColor::candidates(const Candidates& among, const Box& box) const {
     const auto fromMiddle = [&](std::int32_t k) {
+        const std::uint32_t color = palette[static_cast<std::size_t>(k)];
         int sum = 0;
         for (int c = 0; c < Channels; ++c)
-            sum += weight(c) * std::abs(2 * channelOf((*palette)[static_cast<std::size_t>(k)], c) -
-                                        box.low[c] - box.high[c]);
+            sum += weight(c) * std::abs(2 * channelOf(color, c) - box.low[c] - box.high[c]);
         return sum;
     };
     std::int32_t middle = among.front();
@@ -117,53 +89,36 @@ NearestColor::Candidates NearestColor::candidates(const Candidates& among, const
     return found;
 }
 
-const NearestColor::Candidates& NearestColor::coarseCandidates(Color pixel) {
-    Candidates& found = coarse[boxOf(pixel, CoarseBits)];
+const NearestColor::Candidates& NearestColor::coarseCandidates(std::uint32_t pixel) {
+    Candidates& found = coarse[boxOf<CoarseBits>(pixel)];
     if (found.empty())
         found = candidates(all, boundsOf(pixel, CoarseBits));
     return found;
 }
 
-void NearestColor::fillBox(Color pixel) {
-    const Box box = boundsOf(pixel, bits);
-    const Candidates found = candidates(coarse.empty() ? all : coarseCandidates(pixel), box);
-    std::int32_t& entry = entries[boxOf(pixel, bits)];
-    // A lone colour is the nearest everywhere in the box, if it is near enough.
-    if (found.size() == 1 && !mayBeTooFar(found.front(), box)) {
-        entry = found.front() + 1;
-        return;
-    }
-    entry = -static_cast<std::int32_t>(lists.size());
-    lists.push_back(static_cast<std::int32_t>(found.size()));
-    lists.insert(lists.end(), found.begin(), found.end());
-}
-
-bool NearestColor::mayBeTooFar(std::int32_t color, const Box& box) const {
-    int farthest = 0;
-    for (int c = 0; c < Channels; ++c) {
-        const int v = channelOf((*palette)[static_cast<std::size_t>(color)], c);
-        farthest += weight(c) * std::max(std::abs(box.low[c] - v), std::abs(box.high[c] - v));
-    }
-    return farthest >= DistanceBound;
-}
-
-int NearestColor::findInBox(Color pixel) {
-    std::int32_t& entry = entries[boxOf(pixel, bits)];
-    if (entry == 0)
-        fillBox(pixel);
-    if (entry > 0)
-        return entry - 1;
-    const std::int32_t* list = &lists[static_cast<std::size_t>(-entry)];
-    int best = DistanceBound;
-    int index = 0;
-    for (std::int32_t i = 1; i <= list[0]; ++i) {
-        const int d = distance(pixel, (*palette)[static_cast<std::size_t>(list[i])]);
-        if (d < best) {
-            best = d;
-            index = list[i];
+std::int32_t NearestColor::appendBlocks(const Candidates& colors) {
+    const auto first = static_cast<std::int32_t>(blocks.size());
+    for (std::size_t i = 0; i < colors.size(); i += ColorBlock::Size) {
+        ColorBlock block;
+        for (std::size_t place = 0; place < ColorBlock::Size; ++place) {
+            const std::int32_t k = colors[std::min(i + place, colors.size() - 1)];
+            block.colors[place] = spreadColor(palette[static_cast<std::size_t>(k)]);
+            block.indices[place] = k;
         }
+        block.continues = i + ColorBlock::Size < colors.size();
+        blocks.push_back(block);
     }
-    return index;
+    return first;
+}
+
+std::int32_t NearestColor::fillBox(std::uint32_t pixel) {
+    const Candidates found =
+        candidates(coarse.empty() ? all : coarseCandidates(pixel), boundsOf(pixel, FineBits));
+    const auto [place, isNew] = known.try_emplace(found, 0);
+    if (isNew)
+        place->second = appendBlocks(found);
+    entries[boxOf<FineBits>(pixel)] = place->second;
+    return place->second;
 }
 
 } // namespace ovtrace

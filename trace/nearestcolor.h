@@ -1,8 +1,10 @@
 #pragma once
 
 #include "color.h"
+#include "kernels/colorblock.h"
 
 #include <cstdint>
+#include <map>
 #include <vector>
 
 namespace ovtrace {
@@ -11,20 +13,29 @@ namespace ovtrace {
 ///
 /// The distance is the sum of the absolute channel differences, alpha counting four times. A pixel
 /// at a distance of 1024 or more from every colour gets index 0. The colour space is cut into
-/// small boxes; what colours can be the nearest somewhere in a box is worked out when the first
-/// pixel falls into it, and often only one can. So the size of the palette matters little.
+/// boxes; which colours can be the nearest somewhere in a box is worked out when the first pixel
+/// falls into it. They are few, so that the size of the palette matters little.
 class NearestColor {
 public:
-    /// For about `pixels` look-ups; few of them make larger boxes.
-    explicit NearestColor(std::int64_t pixels);
+    /// Looks for the colours of this palette from now on.
+    void setPalette(const Palette& newPalette);
 
-    /// Uses `palette`, which must stay as it is until the next call.
-    void setPalette(const Palette& palette);
-
-    /// The index of the colour nearest to the pixel, given as its four stored bytes in memory.
-    int find(Color pixel) {
-        const std::int32_t entry = entries[boxOf(pixel, bits)];
-        return entry > 0 ? entry - 1 : findInBox(pixel);
+    /// The index of the colour nearest to the pixel, a channelWord().
+    template <VectorLevel Level> int find(std::uint32_t pixel) {
+        std::int32_t entry = entries[boxOf<FineBits>(pixel)];
+        if (entry == Unknown)
+            entry = fillBox(pixel);
+        const std::uint64_t spread = spreadColor(pixel);
+        const ColorBlock* block = blocks.data() + entry;
+        unsigned best = DistanceBound;
+        int index = 0;
+        for (bool more = true; more; ++block) {
+            const unsigned key = nearestInBlock<Level>(*block, spread);
+            index = key >> 2U < best ? block->indices[key & 3U] : index;
+            best = key >> 2U < best ? key >> 2U : best;
+            more = block->continues;
+        }
+        return index;
     }
 
 private:
@@ -36,35 +47,35 @@ private:
         int high[4];
     };
 
-    static constexpr int AlphaBits = 2;
+    /// A colour this far away or farther is not considered; index 0 takes its place.
+    static constexpr unsigned DistanceBound = 1024;
+    static constexpr std::int32_t Unknown = -1;
 
-    /// The channel value of a stored byte.
-    static unsigned value(signed char stored) {
-        return static_cast<unsigned char>(stored) ^ 128U;
+    /// Boxes of 64 values of alpha and of 32 or 8 values of the other channels.
+    static constexpr unsigned AlphaBits = 2;
+    static constexpr unsigned CoarseBits = 3;
+    static constexpr unsigned FineBits = 5;
+
+    /// The box that the pixel lies in when `Bits` of each of red, green and blue count.
+    template <unsigned Bits> static std::size_t boxOf(std::uint32_t pixel) {
+        constexpr unsigned Mask = (1U << Bits) - 1U;
+        return (pixel >> (32U - AlphaBits) << 3U * Bits) |
+               (pixel >> (8U - Bits) & Mask) << 2U * Bits | (pixel >> (16U - Bits) & Mask) << Bits |
+               (pixel >> (24U - Bits) & Mask);
     }
-    /// The box that the pixel lies in when `boxBits` of each of red, green and blue count.
-    static std::size_t boxOf(Color pixel, unsigned boxBits) {
-        const unsigned shift = 8U - boxBits;
-        return (value(pixel.alpha) >> (8U - AlphaBits) << 3U * boxBits) |
-               (value(pixel.red) >> shift << 2U * boxBits) |
-               (value(pixel.green) >> shift << boxBits) | (value(pixel.blue) >> shift);
-    }
-    static Box boundsOf(Color pixel, unsigned boxBits);
-    int findInBox(Color pixel);
-    void fillBox(Color pixel);
-    const Candidates& coarseCandidates(Color pixel);
+    static Box boundsOf(std::uint32_t pixel, unsigned boxBits);
+    std::int32_t fillBox(std::uint32_t pixel);
+    std::int32_t appendBlocks(const Candidates& colors);
+    const Candidates& coarseCandidates(std::uint32_t pixel);
     bool beatsEverywhere(std::int32_t a, std::int32_t b, const Box& box) const;
-    bool mayBeTooFar(std::int32_t color, const Box& box) const;
     Candidates candidates(const Candidates& among, const Box& box) const;
 
-    unsigned bits; ///< of each of red, green and blue that tell boxes apart
-    const Palette* palette = nullptr;
-    /// By box: 0 when nothing is known, the index + 1 when only one colour can be the nearest,
-    /// else minus the place in `lists` of a count and as many indices.
-    std::vector<std::int32_t> entries;
-    std::vector<std::int32_t> lists;
-    Candidates all;                 ///< every colour
-    std::vector<Candidates> coarse; ///< by larger box, where large palettes are halved first
+    std::vector<std::uint32_t> palette;       ///< channelWord()s
+    std::vector<std::int32_t> entries;        ///< by box: the first block of its colours
+    std::vector<ColorBlock> blocks;           ///< what the entries point at
+    std::map<Candidates, std::int32_t> known; ///< the first block of each set of colours so far
+    Candidates all;                           ///< every colour
+    std::vector<Candidates> coarse;           ///< by larger box: what its boxes choose from
 };
 
 } // namespace ovtrace

@@ -26,12 +26,9 @@ struct PackedShare {
     std::uint64_t blueAlpha = 0;
     std::uint64_t pixels = 0;
 
-    void add(Color color, std::uint64_t count) {
-        const auto value = [](signed char stored) {
-            return static_cast<std::uint64_t>(static_cast<unsigned char>(stored) ^ 128U);
-        };
-        redGreen += (value(color.red) | value(color.green) << 32U) * count;
-        blueAlpha += (value(color.blue) | value(color.alpha) << 32U) * count;
+    void add(std::uint32_t pixel, std::uint64_t count) {
+        redGreen += ((pixel & 0xffU) | std::uint64_t(pixel & 0xff00U) << 24U) * count;
+        blueAlpha += ((pixel >> 16U & 0xffU) | std::uint64_t(pixel & 0xff000000U) << 8U) * count;
         pixels += count;
     }
 };
@@ -53,29 +50,34 @@ void unpack(std::vector<PackedShare>& packed, Shares& shares) {
     }
 }
 
-Color pixelAt(const char* bytes) {
-    Color color;
-    std::memcpy(&color, bytes, Channels);
-    return color;
+/// Whether the four pixels from `pixels` on all equal the one before them.
+bool fourRepeat(const char* pixels) {
+    std::array<std::uint64_t, 2> before;
+    std::array<std::uint64_t, 2> four;
+    std::memcpy(before.data(), pixels - Channels, sizeof before);
+    std::memcpy(four.data(), pixels, sizeof four);
+    return ((before[0] ^ four[0]) | (before[1] ^ four[1])) == 0;
 }
 
-/// Calls visit(color, from, to) for each run of equal pixels of a row.
-template <typename Visit> void forEachRun(const char* row, int width, const Visit& visit) {
-    for (int from = 0; from < width;) {
-        const Color color = pixelAt(row + qsizetype(from) * Channels);
-        int to = from + 1;
-        while (to < width && pixelAt(row + qsizetype(to) * Channels) == color)
-            ++to;
-        visit(color, from, to);
-        from = to;
+/// Calls visit(pixel, index, x, count) for the pixels of row y from left to right. Neighbours that
+/// are alike come together where four or more of them are; tests one by one would cost too much.
+template <VectorLevel Level, typename Visit>
+void assignRow(const ImageData& image, int y, NearestColor& nearest, const Visit& visit) {
+    const int width = image.width;
+    const char* row = image.data.constData() + qsizetype(y) * width * Channels;
+    for (int x = 0; x < width;) {
+        const std::uint32_t pixel = channelWord(row + qsizetype(x) * Channels);
+        const auto index = static_cast<std::size_t>(nearest.find<Level>(pixel));
+        int end = x + 1;
+        while (end + 4 <= width && fourRepeat(row + qsizetype(end) * Channels))
+            end += 4;
+        visit(pixel, index, x, end - x);
+        x = end;
     }
 }
 
-const char* rowOf(const ImageData& image, int y) {
-    return image.data.constData() + qsizetype(y) * image.width * Channels;
-}
-
 /// Assigns all pixels and returns what each colour got.
+template <VectorLevel Level>
 Shares sharesOf(const ImageData& image, std::size_t colors, NearestColor& nearest) {
     Shares shares(colors);
     std::vector<PackedShare> packed(colors);
@@ -86,23 +88,24 @@ Shares sharesOf(const ImageData& image, std::size_t colors, NearestColor& neares
             room = PackedPixels;
         }
         room -= image.width;
-        forEachRun(rowOf(image, y), image.width, [&](Color color, int from, int to) {
-            packed[static_cast<std::size_t>(nearest.find(color))].add(
-                color, static_cast<std::uint64_t>(to - from));
-        });
+        assignRow<Level>(image, y, nearest,
+                         [&](std::uint32_t pixel, std::size_t index, int, int count) {
+                             packed[index].add(pixel, static_cast<std::uint64_t>(count));
+                         });
     }
     unpack(packed, shares);
     return shares;
 }
 
 /// Assigns all pixels and stores their indices.
-template <typename Cell>
+template <VectorLevel Level, typename Cell>
 void storeIndices(const ImageData& image, NearestColor& nearest, CellGrid<Cell>& grid) {
     for (int y = 0; y < image.height; ++y) {
         Cell* cells = grid.rowCells(y + 1) + 1;
-        forEachRun(rowOf(image, y), image.width, [&](Color color, int from, int to) {
-            std::fill(cells + from, cells + to, static_cast<Cell>(nearest.find(color)));
-        });
+        assignRow<Level>(image, y, nearest,
+                         [&](std::uint32_t, std::size_t index, int x, int count) {
+                             std::fill_n(cells + x, count, static_cast<Cell>(index));
+                         });
     }
 }
 
@@ -135,32 +138,34 @@ bool refinePalette(Palette& palette, const Shares& shares, std::int64_t pixels,
     return changed;
 }
 
-/// All cycles but for storing the indices of the last one.
-void refine(const ImageData& image, Palette& palette, const QuantizationOptions& options,
-            NearestColor& nearest) {
+/// All cycles; the last one stores its indices in the grid.
+template <VectorLevel Level, typename Cell> void runCycles(const ImageData& image, Palette& palette,
+                                                           const QuantizationOptions& options,
+                                                           CellGrid<Cell>& grid) {
     const std::int64_t pixels = std::int64_t(image.width) * image.height;
+    NearestColor nearest;
     nearest.setPalette(palette);
     for (int cycle = 1; cycle < options.cycles; ++cycle) {
-        const Shares shares = sharesOf(image, palette.size(), nearest);
+        const Shares shares = sharesOf<Level>(image, palette.size(), nearest);
         const bool last = cycle == options.cycles - 1;
         if (!refinePalette(palette, shares, pixels, options.minColorRatio, !last))
             break;
         nearest.setPalette(palette);
     }
+    storeIndices<Level>(image, nearest, grid);
 }
 
-template <typename Cell>
-CellGrid<Cell> quantize(const ImageData& image, Palette& palette,
-                        const QuantizationOptions& options) {
+template <typename Cell> CellGrid<Cell> quantize(const ImageData& image, Palette& palette,
+                                                 const QuantizationOptions& options) {
     CellGrid<Cell> grid(image.width, image.height);
     if (options.cycles < 1 || palette.empty()) {
         for (int y = 0; y < image.height; ++y)
             std::fill_n(grid.rowCells(y + 1) + 1, image.width, Cell(0));
-        return grid;
+    } else if (vectorLevel() == VectorLevel::Sse2) {
+        runCycles<VectorLevel::Sse2>(image, palette, options, grid);
+    } else {
+        runCycles<VectorLevel::Scalar>(image, palette, options, grid);
     }
-    NearestColor nearest(std::int64_t(image.width) * image.height);
-    refine(image, palette, options, nearest);
-    storeIndices(image, nearest, grid);
     return grid;
 }
 
