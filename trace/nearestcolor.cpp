@@ -62,6 +62,17 @@ bool NearestColor::beatsEverywhere(std::int32_t a, std::int32_t b, const Box& bo
     return a < b ? largest <= 0 : largest < 0;
 }
 
+/// Whether some pixel in the box is so far from the colour that index 0 takes its place.
+bool NearestColor::mayBeTooFar(std::int32_t color, const Box& box) const {
+    unsigned farthest = 0;
+    for (int c = 0; c < Channels; ++c) {
+        const int v = channelOf(palette[static_cast<std::size_t>(color)], c);
+        farthest += static_cast<unsigned>(
+            weight(c) * std::max(std::abs(box.low[c] - v), std::abs(box.high[c] - v)));
+    }
+    return farthest >= DistanceBound;
+}
+
 /// Those of `among` (ascending) that some pixel in the box may prefer to the colour nearest to
 /// the middle of the box.
 NearestColor::Candidates NearestColor::candidates(const Candidates& among, const Box& box) const {
@@ -112,13 +123,18 @@ std::int32_t NearestColor::appendBlocks(const Candidates& colors) {
 }
 
 std::int32_t NearestColor::fillBox(std::uint32_t pixel) {
-    const Candidates found =
-        candidates(coarse.empty() ? all : coarseCandidates(pixel), boundsOf(pixel, FineBits));
-    const auto [place, isNew] = known.try_emplace(found, 0);
-    if (isNew)
-        place->second = appendBlocks(found);
-    entries[boxOf<FineBits>(pixel)] = place->second;
-    return place->second;
+    const Box box = boundsOf(pixel, FineBits);
+    const Candidates found = candidates(coarse.empty() ? all : coarseCandidates(pixel), box);
+    std::int32_t& entry = entries[boxOf<FineBits>(pixel)];
+    if (found.size() == 1 && !mayBeTooFar(found.front(), box)) {
+        entry = found.front();
+    } else {
+        const auto [place, isNew] = known.try_emplace(found, 0);
+        if (isNew)
+            place->second = -FirstBlock - appendBlocks(found);
+        entry = place->second;
+    }
+    return entry;
 }
 
 } // namespace ovtrace

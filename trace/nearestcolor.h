@@ -25,8 +25,10 @@ public:
         std::int32_t entry = entries[boxOf<FineBits>(pixel)];
         if (entry == Unknown)
             entry = fillBox(pixel);
+        if (entry >= 0)
+            return entry;
         const std::uint64_t spread = spreadColor(pixel);
-        const ColorBlock* block = blocks.data() + entry;
+        const ColorBlock* block = blocks.data() - entry - FirstBlock;
         unsigned best = DistanceBound;
         int index = 0;
         for (bool more = true; more; ++block) {
@@ -50,6 +52,8 @@ private:
     /// A colour this far away or farther is not considered; index 0 takes its place.
     static constexpr unsigned DistanceBound = 1024;
     static constexpr std::int32_t Unknown = -1;
+    /// What an entry for block 0 is below 0.
+    static constexpr std::int32_t FirstBlock = 2;
 
     /// Boxes of 64 values of alpha and of 32 or 8 values of the other channels.
     static constexpr unsigned AlphaBits = 2;
@@ -68,6 +72,7 @@ private:
     std::int32_t appendBlocks(const Candidates& colors);
     const Candidates& coarseCandidates(std::uint32_t pixel);
     bool beatsEverywhere(std::int32_t a, std::int32_t b, const Box& box) const;
+    bool mayBeTooFar(std::int32_t color, const Box& box) const;
     Candidates candidates(const Candidates& among, const Box& box) const;
 
     std::vector<std::uint32_t> palette;       ///< channelWord()s

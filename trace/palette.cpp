@@ -4,6 +4,7 @@
 #include "random.h"
 
 #include <algorithm>
+#include <array>
 #include <bitset>
 #include <cmath>
 #include <cstring>
@@ -82,15 +83,23 @@ Color coarseColor(const char* bytes) {
 
 /// The distinct coarse colours of the image in the order in which they are first seen.
 std::vector<Color> coarseColors(const ImageData& image) {
+    constexpr std::size_t Piece = 512;
+    std::array<std::uint16_t, Piece> keys;
     std::bitset<65536> seen;
     std::vector<Color> colors;
-    for (qsizetype i = 0; i + 3 < image.data.size(); i += 4) {
-        const char* pixel = image.data.constData() + i;
-        const std::uint32_t key = coarseKey(pixel);
-        if (seen[key])
-            continue;
-        seen.set(key);
-        colors.push_back(coarseColor(pixel));
+    const char* pixels = image.data.constData();
+    for (std::size_t left = static_cast<std::size_t>(image.data.size()) / 4; left > 0;) {
+        const std::size_t count = std::min(left, Piece);
+        for (std::size_t i = 0; i < count; ++i)
+            keys[i] = static_cast<std::uint16_t>(coarseKey(pixels + i * 4));
+        for (std::size_t i = 0; i < count; ++i) {
+            if (seen[keys[i]])
+                continue;
+            seen.set(keys[i]);
+            colors.push_back(coarseColor(pixels + i * 4));
+        }
+        pixels += count * 4;
+        left -= count;
     }
     return colors;
 }

@@ -1,5 +1,6 @@
 #include "quantization.h"
 
+#include "colorhistogram.h"
 #include "nearestcolor.h"
 #include "random.h"
 
@@ -59,54 +60,115 @@ bool fourRepeat(const char* pixels) {
     return ((before[0] ^ four[0]) | (before[1] ^ four[1])) == 0;
 }
 
-/// Calls visit(pixel, index, x, count) for the pixels of row y from left to right. Neighbours that
-/// are alike come together where four or more of them are; tests one by one would cost too much.
-template <VectorLevel Level, typename Visit>
-void assignRow(const ImageData& image, int y, NearestColor& nearest, const Visit& visit) {
+/// Calls visit(pixel, x, count) for the pixels of row y from left to right. Neighbours that are
+/// alike come together where four or more of them are; tests one by one would cost too much.
+template <typename Visit> void visitRow(const ImageData& image, int y, const Visit& visit) {
     const int width = image.width;
     const char* row = image.data.constData() + qsizetype(y) * width * Channels;
     for (int x = 0; x < width;) {
         const std::uint32_t pixel = channelWord(row + qsizetype(x) * Channels);
-        const auto index = static_cast<std::size_t>(nearest.find<Level>(pixel));
         int end = x + 1;
         while (end + 4 <= width && fourRepeat(row + qsizetype(end) * Channels))
             end += 4;
-        visit(pixel, index, x, end - x);
+        visit(pixel, x, end - x);
         x = end;
     }
 }
 
-/// Assigns all pixels and returns what each colour got.
-template <VectorLevel Level>
-Shares sharesOf(const ImageData& image, std::size_t colors, NearestColor& nearest) {
-    Shares shares(colors);
-    std::vector<PackedShare> packed(colors);
-    std::int64_t room = PackedPixels;
-    for (int y = 0; y < image.height; ++y) {
-        if (room < image.width) {
-            unpack(packed, shares);
-            room = PackedPixels;
-        }
-        room -= image.width;
-        assignRow<Level>(image, y, nearest,
-                         [&](std::uint32_t pixel, std::size_t index, int, int count) {
-                             packed[index].add(pixel, static_cast<std::uint64_t>(count));
-                         });
-    }
-    unpack(packed, shares);
-    return shares;
-}
-
-/// Assigns all pixels and stores their indices.
-template <VectorLevel Level, typename Cell>
-void storeIndices(const ImageData& image, NearestColor& nearest, CellGrid<Cell>& grid) {
+/// Stores the index of every pixel; find(pixel) says which.
+template <typename Cell, typename Find>
+void storeIndices(const ImageData& image, CellGrid<Cell>& grid, const Find& find) {
     for (int y = 0; y < image.height; ++y) {
         Cell* cells = grid.rowCells(y + 1) + 1;
-        assignRow<Level>(image, y, nearest,
-                         [&](std::uint32_t, std::size_t index, int x, int count) {
-                             std::fill_n(cells + x, count, static_cast<Cell>(index));
-                         });
+        visitRow(image, y, [&](std::uint32_t pixel, int x, int count) {
+            std::fill_n(cells + x, count, static_cast<Cell>(find(pixel)));
+        });
     }
+}
+
+/// The pixels of an image, one by one: what is left when they have too many colours.
+template <VectorLevel Level> class SinglePixels {
+public:
+    explicit SinglePixels(const ImageData& image) : image(image) {}
+
+    /// Assigns all pixels and returns what each of the colours got.
+    Shares assign(std::size_t colors, NearestColor& nearest) const {
+        Shares shares(colors);
+        std::vector<PackedShare> packed(colors);
+        std::int64_t room = PackedPixels;
+        for (int y = 0; y < image.height; ++y) {
+            if (room < image.width) {
+                unpack(packed, shares);
+                room = PackedPixels;
+            }
+            room -= image.width;
+            visitRow(image, y, [&](std::uint32_t pixel, int, int count) {
+                packed[static_cast<std::size_t>(nearest.find<Level>(pixel))].add(
+                    pixel, static_cast<std::uint64_t>(count));
+            });
+        }
+        unpack(packed, shares);
+        return shares;
+    }
+
+    template <typename Cell> void store(NearestColor& nearest, CellGrid<Cell>& grid) {
+        storeIndices(image, grid, [&](std::uint32_t pixel) { return nearest.find<Level>(pixel); });
+    }
+
+private:
+    const ImageData& image;
+};
+
+/// The pixels of an image, counted by colour.
+template <VectorLevel Level> class CountedPixels {
+public:
+    CountedPixels(const ImageData& image, ColorHistogram& histogram)
+        : image(image), histogram(histogram), entries(histogram.entries()) {}
+
+    Shares assign(std::size_t colors, NearestColor& nearest) const {
+        Shares shares(colors);
+        for (const ColorHistogram::Entry& entry : entries) {
+            Share& share = shares[static_cast<std::size_t>(nearest.find<Level>(entry.color))];
+            for (std::size_t c = 0; c < Channels; ++c)
+                share.sums[c] += std::int64_t(entry.color >> 8 * c & 255U) * entry.count;
+            share.pixels += entry.count;
+        }
+        return shares;
+    }
+
+    template <typename Cell> void store(NearestColor& nearest, CellGrid<Cell>& grid) {
+        for (const ColorHistogram::Entry& entry : entries) {
+            const int index = nearest.find<Level>(entry.color);
+            histogram.setValue(entry.color, static_cast<std::uint32_t>(index));
+        }
+        storeIndices(image, grid, [this](std::uint32_t pixel) { return histogram.value(pixel); });
+    }
+
+private:
+    const ImageData& image;
+    ColorHistogram& histogram;
+    std::vector<ColorHistogram::Entry> entries;
+};
+
+/// Counts the colours of the image; false when they are too many to be worth it.
+bool countColors(const ImageData& image, ColorHistogram& histogram) {
+    bool counted = true;
+    for (int y = 0; y < image.height && counted; ++y) {
+        visitRow(image, y, [&](std::uint32_t pixel, int, int count) {
+            counted = counted && histogram.add(pixel, static_cast<std::uint32_t>(count));
+        });
+    }
+    return counted;
+}
+
+/// How many colours are worth counting in an image of so many pixels. None in one whose counts
+/// might not fit their 32 bits.
+std::size_t countableColors(std::int64_t pixels) {
+    constexpr std::int64_t LargestCount = 0xffffffff;
+    constexpr std::int64_t Fewest = 4096;
+    constexpr std::int64_t Most = 1 << 19;
+    return pixels < LargestCount ? static_cast<std::size_t>(std::clamp(pixels / 8, Fewest, Most))
+                                 : 0;
 }
 
 void moveToMean(Color& color, const Share& share) {
@@ -139,20 +201,30 @@ bool refinePalette(Palette& palette, const Shares& shares, std::int64_t pixels,
 }
 
 /// All cycles; the last one stores its indices in the grid.
-template <VectorLevel Level, typename Cell> void runCycles(const ImageData& image, Palette& palette,
-                                                           const QuantizationOptions& options,
-                                                           CellGrid<Cell>& grid) {
-    const std::int64_t pixels = std::int64_t(image.width) * image.height;
+template <typename Pixels, typename Cell> void runCycles(Pixels pixels, Palette& palette,
+                                                         const QuantizationOptions& options,
+                                                         CellGrid<Cell>& grid) {
+    const std::int64_t pixelCount = std::int64_t(grid.width) * grid.height;
     NearestColor nearest;
     nearest.setPalette(palette);
     for (int cycle = 1; cycle < options.cycles; ++cycle) {
-        const Shares shares = sharesOf<Level>(image, palette.size(), nearest);
+        const Shares shares = pixels.assign(palette.size(), nearest);
         const bool last = cycle == options.cycles - 1;
-        if (!refinePalette(palette, shares, pixels, options.minColorRatio, !last))
+        if (!refinePalette(palette, shares, pixelCount, options.minColorRatio, !last))
             break;
         nearest.setPalette(palette);
     }
-    storeIndices<Level>(image, nearest, grid);
+    pixels.store(nearest, grid);
+}
+
+template <VectorLevel Level, typename Cell> void runCycles(const ImageData& image, Palette& palette,
+                                                           const QuantizationOptions& options,
+                                                           CellGrid<Cell>& grid) {
+    ColorHistogram histogram(countableColors(std::int64_t(image.width) * image.height));
+    if (countColors(image, histogram))
+        runCycles(CountedPixels<Level>(image, histogram), palette, options, grid);
+    else
+        runCycles(SinglePixels<Level>(image), palette, options, grid);
 }
 
 template <typename Cell> CellGrid<Cell> quantize(const ImageData& image, Palette& palette,

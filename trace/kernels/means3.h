@@ -4,6 +4,9 @@
 
 #include <QtGlobal>
 
+#include <array>
+#include <cstddef>
+
 namespace ovtrace {
 
 /// Floored weighted means of three stored bytes each, with the blur kernel of radius 1.
@@ -19,13 +22,34 @@ namespace ovtrace {
 void means3(const signed char* before, const signed char* center, const signed char* after,
             signed char* means, qsizetype size);
 
-/// The vector form, and the scalar form for one byte.
-void means3Sse2(const signed char* before, const signed char* center, const signed char* after,
-                signed char* means, qsizetype size);
-signed char mean3(signed char before, signed char center, signed char after);
-
 /// What rounding takes off a mean of equally spaced bytes (before + after = 2 center): 0 or 1.
-signed char means3Drop(signed char before, signed char center);
+class Means3Drops {
+public:
+    Means3Drops();
+
+    signed char operator()(signed char before, signed char center) const {
+        return drops[index(before, center)];
+    }
+
+    /// The one table there is.
+    static const Means3Drops& instance();
+
+private:
+    static std::size_t index(signed char before, signed char center) {
+        return static_cast<std::size_t>(static_cast<unsigned char>(before)) << 8U |
+               static_cast<unsigned char>(center);
+    }
+
+    std::array<signed char, 65536> drops{};
+};
+
+/// The vector form, for a multiple of 16 bytes.
+void means3Sse2(const signed char* before, const signed char* center, const signed char* after,
+                signed char* means, qsizetype size, const Means3Drops& drops);
+
+/// The scalar form, for one byte.
+signed char mean3(signed char before, signed char center, signed char after,
+                  const Means3Drops& drops);
 
 /// 0.27901 in units of 1 / 65536, rounded down: its products with -512 .. 512, floored to whole
 /// numbers, are those of 0.27901 itself.

@@ -46,12 +46,13 @@ Means eightMeans(__m128i before, __m128i center, __m128i after) {
 /// What rounding takes off bytes whose neighbours are alike; remembers the last 16 of them.
 class FlatMeans {
 public:
+    explicit FlatMeans(const Means3Drops& drops) : drops(drops) {}
     __m128i operator()(__m128i bytes) {
         if (laneBits(_mm_cmpeq_epi8(bytes, known)) != AllLanes) {
             alignas(16) Byte lanes[16];
             _mm_store_si128(reinterpret_cast<__m128i*>(lanes), bytes);
             for (Byte& lane : lanes)
-                lane = static_cast<Byte>(lane - means3Drop(lane, lane));
+                lane = static_cast<Byte>(lane - drops(lane, lane));
             means = _mm_load_si128(reinterpret_cast<const __m128i*>(lanes));
             known = bytes;
         }
@@ -59,6 +60,7 @@ public:
     }
 
 private:
+    const Means3Drops& drops;
     // Zero bytes lose nothing.
     __m128i known = _mm_setzero_si128();
     __m128i means = _mm_setzero_si128();
@@ -67,14 +69,14 @@ private:
 } // namespace
 
 void means3Sse2(const Byte* before, const Byte* center, const Byte* after, Byte* means,
-                qsizetype size) {
+                qsizetype size, const Means3Drops& drops) {
     if (size < 16)
         return;
-    FlatMeans flatMeans;
+    FlatMeans flatMeans(drops);
     // Alpha seldom changes: where it is as at the start, its loss is known.
     const __m128i alpha = _mm_set1_epi32(static_cast<int>(0xff000000U));
     const __m128i usualAlpha = _mm_set1_epi8(center[3]);
-    const __m128i alphaDrop = _mm_set1_epi8(means3Drop(center[3], center[3]));
+    const __m128i alphaDrop = _mm_set1_epi8(drops(center[3], center[3]));
     for (qsizetype i = 0; i < size; i += 16) {
         const __m128i a = load(before + i);
         const __m128i b = load(center + i);
@@ -94,7 +96,7 @@ void means3Sse2(const Byte* before, const Byte* center, const Byte* after, Byte*
         store(means + i, _mm_sub_epi8(mean, _mm_and_si128(isUsualAlpha, alphaDrop)));
         for (; open != 0; open &= open - 1) {
             const qsizetype lane = i + std::countr_zero(open);
-            means[lane] = static_cast<Byte>(means[lane] - means3Drop(before[lane], center[lane]));
+            means[lane] = static_cast<Byte>(means[lane] - drops(before[lane], center[lane]));
         }
     }
 }
