@@ -24,6 +24,8 @@ public:
     void appendVertex(const OvVector& vertex, double bulge = 0.0, double startWidth = 0.0,
                       double endWidth = 0.0) {
         Data& data = *d;
+        if (data.pieces.empty())
+            data.reserveFirst();
         const std::array parameters{bulge, startWidth, endWidth};
         const bool plain =
             isPlanar(vertex) && isPlusZero(bulge) && isPlusZero(startWidth) && isPlusZero(endWidth);
@@ -127,6 +129,13 @@ private:
         std::vector<double> numbers;
         std::vector<std::shared_ptr<const OvShape>> shapes;
         OvVector end = OvVector::invalid();
+
+        /// Room for an outline of usual size, which then needs no growing step by step.
+        void reserveFirst() {
+            constexpr std::size_t Pieces = 14;
+            pieces.reserve(Pieces);
+            numbers.reserve(Pieces * 2);
+        }
     };
 
     static bool isPlusZero(double value) {

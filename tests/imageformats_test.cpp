@@ -1,7 +1,9 @@
+#include "reference/compare.h"
 #include "reference/tracetwin.h"
 
 #include <imageload.h>
 #include <preprocess.h>
+#include <tracebitmap.h>
 
 #include <QColor>
 #include <QImage>
@@ -64,6 +66,26 @@ TEST_P(EveryFormat, TurnsBlackAndWhiteAsItsPixelsSay) {
             EXPECT_EQ(image.format(), GetParam());
             EXPECT_EQ(image, expected) << "threshold " << threshold;
             EXPECT_EQ(options, twin.options);
+        }
+    }
+}
+
+TEST_P(EveryFormat, TracesLikeTheReference) {
+    // Heights around the number of rows that are prepared at a time.
+    for (const int height : {15, 16, 17, 33}) {
+        const QImage image = makeImage(23, height);
+        for (const double monochrome : {0.0, 1.0}) {
+            OvTraceBitmap tracer;
+            TraceTwin twin;
+            for (const char* key : {"monochrome", "usebrightness"}) {
+                tracer.setOption(key, monochrome);
+                twin.setOption(key, monochrome);
+            }
+            OvTraceBitmap::seedRandom(1);
+            const auto traced = tracer.trace(image);
+            TraceTwin::seedRandom(1);
+            EXPECT_EQ(difference(traced, twin.trace(image)), QString());
+            EXPECT_FALSE(traced.isEmpty());
         }
     }
 }

@@ -14,6 +14,18 @@ template <typename Number> void append(QByteArray& text, Number value) {
 } // namespace
 
 void appendNumber(QByteArray& text, double value) {
+    // Most coordinates of a drawing are whole or half pixels: those need no search for digits.
+    constexpr double LargestSimple = 1e6;
+    const double doubled = value * 2.0;
+    if (doubled >= 1.0 && doubled < LargestSimple) {
+        const int halves = static_cast<int>(doubled);
+        if (static_cast<double>(halves) == doubled) {
+            append(text, halves / 2);
+            if (halves % 2 != 0)
+                text.append(".5", 2);
+            return;
+        }
+    }
     append(text, value);
 }
 

@@ -6,6 +6,10 @@
 
 namespace {
 
+/// What a path and a piece of it take on average, at a guess.
+constexpr qsizetype PathBytes = 48;
+constexpr qsizetype PieceBytes = 20;
+
 /// Writes path data, whose y axis points down, from drawing coordinates.
 class PathData {
 public:
@@ -68,6 +72,10 @@ QByteArray SvgWriter::write(const Drawing& drawing) const {
                      "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" +
                      width + "\" height=\"" + height + "\" viewBox=\"0 0 " + width + ' ' + height +
                      "\">\n";
+    qsizetype pieces = 0;
+    for (const OvPolyline& polyline : drawing.polylines)
+        pieces += polyline.countPieces();
+    svg.reserve(svg.size() + drawing.polylines.size() * PathBytes + pieces * PieceBytes);
     QList<QByteArray> fills;
     for (const QColor& color : drawing.palette)
         fills.append(fillAttributes(color));

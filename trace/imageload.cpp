@@ -57,17 +57,21 @@ void loadRow(const QImage& image, int y, char* stored) {
 
 } // namespace
 
+void appendPixels(const QImage& image, QList<char>& data) {
+    // Through a small buffer: the large list is written once, never zeroed first.
+    QList<char> row(qsizetype(4) * image.width());
+    for (int y = 0; y < image.height(); ++y) {
+        loadRow(image, y, row.data());
+        data.append(row);
+    }
+}
+
 ImageData loadImageData(const QImage& image) {
     ImageData loaded;
     loaded.width = image.width();
     loaded.height = image.height();
-    // Row by row through a small buffer: the large list is written once, never zeroed first.
-    QList<char> row(qsizetype(4) * image.width());
-    loaded.data.reserve(row.size() * image.height());
-    for (int y = 0; y < image.height(); ++y) {
-        loadRow(image, y, row.data());
-        loaded.data.append(row);
-    }
+    loaded.data.reserve(qsizetype(4) * loaded.width * loaded.height);
+    appendPixels(image, loaded.data);
     return loaded;
 }
 

@@ -1,13 +1,12 @@
 #include "palette.h"
 
 #include "numbers.h"
+#include "pixelruns.h"
 #include "random.h"
 
 #include <algorithm>
-#include <array>
 #include <bitset>
 #include <cmath>
-#include <cstring>
 
 namespace ovtrace {
 namespace {
@@ -60,46 +59,36 @@ Palette greyRamp(int count) {
 /// Colours are sampled at 16 levels a channel.
 constexpr int CoarseStep = 16;
 
-/// The coarse levels of a pixel's four stored bytes, 0..15 each, as one number of 16 bits. The
-/// levels are those of a division by 16 that truncates toward stored 0, plus 8.
-std::uint32_t coarseKey(const char* bytes) {
-    std::uint32_t word = 0;
-    std::memcpy(&word, bytes, sizeof word);
-    // As channel values: those below 128 (stored negative) round up, the others down.
-    const std::uint32_t values = word ^ 0x80808080U;
-    const std::uint32_t below128 = ~values & 0x80808080U;
-    const std::uint32_t levels = (values + (below128 >> 7U) * 15U) >> 4U & 0x0f0f0f0fU;
+/// The coarse levels of a pixel's channels, 0..15 each, as one number of 16 bits. The levels are
+/// those of dividing stored bytes by 16, truncated toward stored 0, plus 8: channel values below
+/// 128 (stored negative) round up, the others down.
+std::uint32_t coarseKey(std::uint32_t pixel) {
+    const std::uint32_t below128 = ~pixel & 0x80808080U;
+    const std::uint32_t levels = (pixel + (below128 >> 7U) * 15U) >> 4U & 0x0f0f0f0fU;
     const std::uint32_t pairs = (levels | levels >> 4U) & 0x00ff00ffU;
     return (pairs | pairs >> 8U) & 0xffffU;
 }
 
-Color coarseColor(const char* bytes) {
-    const auto coarse = [&](std::size_t channel) {
-        return static_cast<signed char>(static_cast<signed char>(bytes[channel]) / CoarseStep *
-                                        CoarseStep);
+Color coarseColor(std::uint32_t key) {
+    const auto channel = [key](unsigned place) {
+        const int level = static_cast<int>(key >> 4U * place & 15U);
+        return static_cast<signed char>((level - 8) * CoarseStep);
     };
-    return {coarse(0), coarse(1), coarse(2), coarse(3)};
+    return {channel(0), channel(1), channel(2), channel(3)};
 }
 
 /// The distinct coarse colours of the image in the order in which they are first seen.
 std::vector<Color> coarseColors(const ImageData& image) {
-    constexpr std::size_t Piece = 512;
-    std::array<std::uint16_t, Piece> keys;
     std::bitset<65536> seen;
     std::vector<Color> colors;
-    const char* pixels = image.data.constData();
-    for (std::size_t left = static_cast<std::size_t>(image.data.size()) / 4; left > 0;) {
-        const std::size_t count = std::min(left, Piece);
-        for (std::size_t i = 0; i < count; ++i)
-            keys[i] = static_cast<std::uint16_t>(coarseKey(pixels + i * 4));
-        for (std::size_t i = 0; i < count; ++i) {
-            if (seen[keys[i]])
-                continue;
-            seen.set(keys[i]);
-            colors.push_back(coarseColor(pixels + i * 4));
-        }
-        pixels += count * 4;
-        left -= count;
+    for (int y = 0; y < image.height; ++y) {
+        visitRow(image, y, [&](std::uint32_t pixel, int, int) {
+            const std::uint32_t key = coarseKey(pixel);
+            if (seen[key])
+                return;
+            seen.set(key);
+            colors.push_back(coarseColor(key));
+        });
     }
     return colors;
 }

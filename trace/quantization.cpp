@@ -2,11 +2,11 @@
 
 #include "colorhistogram.h"
 #include "nearestcolor.h"
+#include "pixelruns.h"
 #include "random.h"
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 
 namespace ovtrace {
 namespace {
@@ -48,30 +48,6 @@ void unpack(std::vector<PackedShare>& packed, Shares& shares) {
         to.sums[3] += static_cast<std::int64_t>(from.blueAlpha >> 32U);
         to.pixels += static_cast<std::int64_t>(from.pixels);
         packed[k] = {};
-    }
-}
-
-/// Whether the four pixels from `pixels` on all equal the one before them.
-bool fourRepeat(const char* pixels) {
-    std::array<std::uint64_t, 2> before;
-    std::array<std::uint64_t, 2> four;
-    std::memcpy(before.data(), pixels - Channels, sizeof before);
-    std::memcpy(four.data(), pixels, sizeof four);
-    return ((before[0] ^ four[0]) | (before[1] ^ four[1])) == 0;
-}
-
-/// Calls visit(pixel, x, count) for the pixels of row y from left to right. Neighbours that are
-/// alike come together where four or more of them are; tests one by one would cost too much.
-template <typename Visit> void visitRow(const ImageData& image, int y, const Visit& visit) {
-    const int width = image.width;
-    const char* row = image.data.constData() + qsizetype(y) * width * Channels;
-    for (int x = 0; x < width;) {
-        const std::uint32_t pixel = channelWord(row + qsizetype(x) * Channels);
-        int end = x + 1;
-        while (end + 4 <= width && fourRepeat(row + qsizetype(end) * Channels))
-            end += 4;
-        visit(pixel, x, end - x);
-        x = end;
     }
 }
 

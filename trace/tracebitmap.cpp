@@ -17,7 +17,8 @@
 
 #include <QImage>
 
-#include <cmath>
+#include <algorithm>
+#include <new>
 
 using namespace ovtrace;
 
@@ -55,10 +56,7 @@ QList<OvPolyline> OvTraceBitmap::trace(const QImage& image) {
     polylineLayers.clear();
     if (image.isNull() || image.width() == 0 || image.height() == 0)
         return {};
-    QImage prepared = image;
-    preprocess(prepared);
-    loadImageData(prepared);
-    prepared = QImage(); // a changed copy is of no more use: its memory serves the next stages
+    loadPreprocessed(image);
     colorquantization();
 
     const LayerSet layers(*indexedImage);
@@ -93,10 +91,22 @@ QImage OvTraceBitmap::getPreprocessed(const QImage& image) {
     return copy;
 }
 
-void OvTraceBitmap::loadImageData(const QImage& image) {
-    imageData = {}; // the last trace's pixels go before the new ones come
+void OvTraceBitmap::loadPreprocessed(const QImage& image) {
+    // The last trace's pixels go before the new ones come.
     indexedImage.reset();
-    imageData = ovtrace::loadImageData(image);
+    imageData = {};
+    imageData.width = image.width();
+    imageData.height = image.height();
+    imageData.data.reserve(qsizetype(4) * image.width() * image.height());
+    // A few rows at a time: preprocessing changes a copy that stays in the cache.
+    constexpr int Rows = 16;
+    for (int y = 0; y < image.height(); y += Rows) {
+        QImage rows = image.copy(0, y, image.width(), std::min(Rows, image.height() - y));
+        if (rows.isNull())
+            throw std::bad_alloc(); // the size is right, so it is memory that was missing
+        preprocess(rows);
+        appendPixels(rows, imageData.data);
+    }
 }
 
 void OvTraceBitmap::blur(float radius, float delta) {

@@ -70,7 +70,7 @@ public:
 private:
     friend class TraceBitmapProbe; ///< the tests' view of the members
 
-    void loadImageData(const QImage& image);
+    void loadPreprocessed(const QImage& image);
     void blur(float radius, float delta);
     void colorquantization();
 
