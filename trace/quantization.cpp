@@ -57,7 +57,10 @@ void storeIndices(const ImageData& image, CellGrid<Cell>& grid, const Find& find
     for (int y = 0; y < image.height; ++y) {
         Cell* cells = grid.rowCells(y + 1) + 1;
         visitRow(image, y, [&](std::uint32_t pixel, int x, int count) {
-            std::fill_n(cells + x, count, static_cast<Cell>(find(pixel)));
+            const auto index = static_cast<Cell>(find(pixel));
+            cells[x] = index;
+            if (count > 1)
+                std::fill_n(cells + x + 1, count - 1, index);
         });
     }
 }

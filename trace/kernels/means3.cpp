@@ -2,6 +2,7 @@
 
 #include "blurkernels.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace ovtrace {
@@ -18,8 +19,13 @@ Means3Drops::Means3Drops() {
             double sum = before * weights[0];
             sum += center * weights[1];
             sum += after * weights[2];
+            const int drop = center - static_cast<int>(std::floor(sum));
+            if (drop == 0)
+                continue;
             drops[index(static_cast<Byte>(before), static_cast<Byte>(center))] =
-                static_cast<Byte>(center - static_cast<int>(std::floor(sum)));
+                static_cast<Byte>(drop);
+            lowest = std::min(lowest, center);
+            highest = std::max(highest, center);
         }
     }
 }

@@ -31,6 +31,14 @@ public:
         return drops[index(before, center)];
     }
 
+    /// The least and the greatest center from which anything is ever taken off.
+    int lowestCenter() const {
+        return lowest;
+    }
+    int highestCenter() const {
+        return highest;
+    }
+
     /// The one table there is.
     static const Means3Drops& instance();
 
@@ -41,6 +49,8 @@ private:
     }
 
     std::array<signed char, 65536> drops{};
+    int lowest = 127;
+    int highest = -128;
 };
 
 /// The vector form, for a multiple of 16 bytes.

@@ -73,27 +73,23 @@ void means3Sse2(const Byte* before, const Byte* center, const Byte* after, Byte*
     if (size < 16)
         return;
     FlatMeans flatMeans(drops);
-    // Alpha seldom changes: where it is as at the start, its loss is known.
-    const __m128i alpha = _mm_set1_epi32(static_cast<int>(0xff000000U));
-    const __m128i usualAlpha = _mm_set1_epi8(center[3]);
-    const __m128i alphaDrop = _mm_set1_epi8(drops(center[3], center[3]));
+    const __m128i belowDrops = _mm_set1_epi8(static_cast<char>(drops.lowestCenter() - 1));
+    const __m128i aboveDrops = _mm_set1_epi8(static_cast<char>(drops.highestCenter() + 1));
     for (qsizetype i = 0; i < size; i += 16) {
         const __m128i a = load(before + i);
         const __m128i b = load(center + i);
         const __m128i c = load(after + i);
-        const __m128i sameBefore = _mm_cmpeq_epi8(a, b);
-        if (laneBits(_mm_and_si128(sameBefore, _mm_cmpeq_epi8(b, c))) == AllLanes) {
+        if (laneBits(_mm_and_si128(_mm_cmpeq_epi8(a, b), _mm_cmpeq_epi8(b, c))) == AllLanes) {
             store(means + i, flatMeans(b));
             continue;
         }
         const Means low = eightMeans(lowHalf(a), lowHalf(b), lowHalf(c));
         const Means high = eightMeans(highHalf(a), highHalf(b), highHalf(c));
+        store(means + i, _mm_packs_epi16(low.mean, high.mean));
         const __m128i isEven = _mm_packs_epi16(low.isEven, high.isEven);
-        const __m128i isUsualAlpha = _mm_and_si128(
-            _mm_and_si128(isEven, alpha), _mm_and_si128(sameBefore, _mm_cmpeq_epi8(b, usualAlpha)));
-        const __m128i mean = _mm_packs_epi16(low.mean, high.mean);
-        unsigned open = laneBits(isEven) & ~laneBits(isUsualAlpha);
-        store(means + i, _mm_sub_epi8(mean, _mm_and_si128(isUsualAlpha, alphaDrop)));
+        const __m128i mayDrop =
+            _mm_and_si128(_mm_cmpgt_epi8(b, belowDrops), _mm_cmplt_epi8(b, aboveDrops));
+        unsigned open = laneBits(_mm_and_si128(isEven, mayDrop));
         for (; open != 0; open &= open - 1) {
             const qsizetype lane = i + std::countr_zero(open);
             means[lane] = static_cast<Byte>(means[lane] - drops(before[lane], center[lane]));
