@@ -17,7 +17,8 @@ namespace {
 /// The fuzzer's bytes, taken from the front; zeros after the end.
 class Input {
 public:
-    Input(const std::uint8_t* bytes, std::size_t size) : bytes(bytes), left(size) {}
+    Input(const std::uint8_t* bytes, std::size_t size) : bytes(bytes), left(size) {
+    }
     bool isEmpty() const {
         return left == 0;
     }

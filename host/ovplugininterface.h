@@ -24,7 +24,8 @@ public:
     /// Ends the plug-in's use; `remove` is true when it is being removed for good.
     virtual void uninit(bool remove) = 0;
     virtual void postInit(InitStatus status) = 0;
-    virtual void initScriptExtensions(OvScriptHandler& /*handler*/) {}
+    virtual void initScriptExtensions(OvScriptHandler& /*handler*/) {
+    }
     virtual void initTranslations() = 0;
     virtual OvPluginInfo getPluginInfo() = 0;
 };

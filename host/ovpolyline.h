@@ -18,7 +18,8 @@
 /// that long outlines stay compact; any other shape is kept as a clone.
 class OvPolyline final : public OvShape {
 public:
-    OvPolyline() : d(new Data) {}
+    OvPolyline() : d(new Data) {
+    }
 
     /// Appends a vertex, joined to the previous point by a straight piece when `bulge` is 0.
     void appendVertex(const OvVector& vertex, double bulge = 0.0, double startWidth = 0.0,

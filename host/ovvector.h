@@ -8,7 +8,8 @@ class OvVector {
 public:
     constexpr OvVector() = default;
     constexpr OvVector(double x, double y, double z = 0.0, bool valid = true)
-        : x(x), y(y), z(z), valid(valid) {}
+        : x(x), y(y), z(z), valid(valid) {
+    }
 
     static constexpr OvVector invalid() {
         return {0.0, 0.0, 0.0, false};

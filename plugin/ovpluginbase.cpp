@@ -4,13 +4,17 @@
 
 // NOLINTNEXTLINE(modernize-pass-by-value): the signature is the host's.
 OvPluginBase::OvPluginBase(const QString& id, const QString& scriptPath)
-    : id(id), scriptPath(scriptPath) {}
+    : id(id), scriptPath(scriptPath) {
+}
 
-void OvPluginBase::uninit(bool /*remove*/) {}
+void OvPluginBase::uninit(bool /*remove*/) {
+}
 
-void OvPluginBase::postInit(InitStatus /*status*/) {}
+void OvPluginBase::postInit(InitStatus /*status*/) {
+}
 
-void OvPluginBase::initTranslations() {}
+void OvPluginBase::initTranslations() {
+}
 
 OvPluginInfo OvPluginBase::getPluginInfo() {
     OvPluginInfo info;

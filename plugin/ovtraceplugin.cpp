@@ -2,7 +2,8 @@
 
 #include <QDebug>
 
-OvTracePlugin::OvTracePlugin() : OvPluginBase(QStringLiteral("TRACE"), QString()) {}
+OvTracePlugin::OvTracePlugin() : OvPluginBase(QStringLiteral("TRACE"), QString()) {
+}
 
 bool OvTracePlugin::init() {
     qDebug("OvTracePlugin::init");

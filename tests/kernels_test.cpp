@@ -8,6 +8,7 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <numeric>
 #include <vector>
 
 using namespace ovtrace;
@@ -33,19 +34,27 @@ TEST(Means3, WeightsSumToExactlyOne) {
     EXPECT_EQ((weights[0] + weights[1]) + weights[2], 1.0);
 }
 
-TEST(Means3, WholeNumbersGiveWhatDoublesGiveForEveryThreeBytes) {
-    const Means3Drops& drops = Means3Drops::instance();
+TEST(Means3, EveryFormGivesWhatDoublesGiveForEveryThreeBytes) {
+    std::vector<Byte> before(256);
+    std::vector<Byte> center(256);
+    std::vector<Byte> after(256);
+    std::vector<Byte> expected(256);
+    std::vector<Byte> means(256);
+    std::iota(after.begin(), after.end(), Byte(-128));
     for (int a = -128; a < 128; ++a) {
+        before.assign(256, static_cast<Byte>(a));
         for (int b = -128; b < 128; ++b) {
-            for (int c = -128; c < 128; ++c) {
-                const auto before = static_cast<Byte>(a);
-                const auto center = static_cast<Byte>(b);
-                const auto after = static_cast<Byte>(c);
-                ASSERT_EQ(mean3(before, center, after, drops), definedMean3(before, center, after))
-                    << a << ", " << b << ", " << c;
+            center.assign(256, static_cast<Byte>(b));
+            for (std::size_t i = 0; i < 256; ++i)
+                expected[i] = definedMean3(before[i], center[i], after[i]);
+            for (const VectorLevel level : {VectorLevel::Scalar, bestVectorLevel()}) {
+                forceVectorLevel(level);
+                means3(before.data(), center.data(), after.data(), means.data(), 256);
+                ASSERT_EQ(means, expected) << a << ", " << b;
             }
         }
     }
+    forceVectorLevel(bestVectorLevel());
 }
 
 TEST(Means3, EveryFormWritesTheSameAndNothingElse) {

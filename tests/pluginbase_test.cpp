@@ -6,7 +6,8 @@ namespace {
 
 class PlainPlugin : public OvPluginBase {
 public:
-    PlainPlugin() : OvPluginBase(QStringLiteral("PLAIN"), QStringLiteral("/scripts")) {}
+    PlainPlugin() : OvPluginBase(QStringLiteral("PLAIN"), QStringLiteral("/scripts")) {
+    }
     bool init() override {
         return true;
     }

@@ -7,6 +7,7 @@
 #include <blur.h>
 #include <fitting.h>
 #include <internodes.h>
+#include <kernels/vectorlevel.h>
 #include <layering.h>
 #include <palette.h>
 #include <pathscan.h>
@@ -82,7 +83,23 @@ QString describe(const QImage& image, const Options& options) {
 
 } // namespace
 
-TEST(Twin, TracesRandomImagesAlike) {
+/// Every form of the pixel kernels, forced.
+class EveryLevel : public testing::TestWithParam<ovtrace::VectorLevel> {
+protected:
+    void SetUp() override {
+        ovtrace::forceVectorLevel(GetParam());
+        ASSERT_EQ(ovtrace::vectorLevel(), GetParam());
+    }
+    void TearDown() override {
+        ovtrace::forceVectorLevel(ovtrace::bestVectorLevel());
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(Twin, EveryLevel,
+                         testing::Values(ovtrace::VectorLevel::Scalar, ovtrace::bestVectorLevel()),
+                         [](const auto& test) { return test.index == 0 ? "Scalar" : "Best"; });
+
+TEST_P(EveryLevel, TracesRandomImagesAlike) {
     RandomInput input(20260);
     qsizetype outlines = 0;
     for (int round = 0; round < 6000; ++round) {
@@ -118,7 +135,7 @@ TEST(Twin, MakesTheSamePalettes) {
     }
 }
 
-TEST(Twin, BlursAlike) {
+TEST_P(EveryLevel, BlursAlike) {
     RandomInput input(20262);
     TraceTwin twin;
     for (int round = 0; round < 1500; ++round) {
@@ -133,7 +150,7 @@ TEST(Twin, BlursAlike) {
     }
 }
 
-TEST(Twin, QuantizesAlike) {
+TEST_P(EveryLevel, QuantizesAlike) {
     RandomInput input(20263);
     for (int round = 0; round < 800; ++round) {
         TraceTwin twin;
@@ -200,7 +217,7 @@ TEST(Twin, LayersScansAndFitsAlike) {
     }
 }
 
-TEST(Twin, TracesRealImagesAlike) {
+TEST_P(EveryLevel, TracesRealImagesAlike) {
     const QString folder = qEnvironmentVariable("OVTRACE_CORPUS", OVTRACE_SAMPLES);
     constexpr qint64 LargestImage = 300000;
     const QList<Options> optionSets{

@@ -67,8 +67,9 @@ QColor parseColor(const QString& word) {
                        : QColor::fromRgba((value >> 8) | (value & 255U) << 24);
 }
 
-template <typename Choice> Choice choose(const QString& option, const QString& word,
-                                         const QList<QPair<QString, Choice>>& choices) {
+template <typename Choice>
+Choice choose(const QString& option, const QString& word,
+              const QList<QPair<QString, Choice>>& choices) {
     QStringList names;
     for (const auto& [name, choice] : choices) {
         if (name == word)

@@ -11,7 +11,8 @@
 /// What is wrong with the command line, as a text for the user.
 class UsageError : public std::runtime_error {
 public:
-    explicit UsageError(const QString& message) : std::runtime_error(message.toStdString()) {}
+    explicit UsageError(const QString& message) : std::runtime_error(message.toStdString()) {
+    }
 };
 
 /// How an image is handed to the tracer, and with which options.

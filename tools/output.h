@@ -5,7 +5,8 @@
 /// Where results go: the standard output, or files that appear whole or not at all.
 class Output {
 public:
-    explicit Output(const Arguments& arguments) : arguments(arguments) {}
+    explicit Output(const Arguments& arguments) : arguments(arguments) {
+    }
 
     /// Takes the result for an image. Throws FileError when it cannot be written.
     void add(const QString& imageName, const QByteArray& result);

@@ -13,7 +13,8 @@ constexpr qsizetype PieceBytes = 20;
 /// Writes path data, whose y axis points down, from drawing coordinates.
 class PathData {
 public:
-    PathData(QByteArray& svg, double height) : svg(svg), height(height) {}
+    PathData(QByteArray& svg, double height) : svg(svg), height(height) {
+    }
 
     void append(const OvPolyline& polyline) {
         command('M', {polyline.getStartPoint()});

@@ -8,7 +8,8 @@
 /// A file that cannot be read or written, as a text for the user.
 class FileError : public std::runtime_error {
 public:
-    explicit FileError(const QString& message) : std::runtime_error(message.toStdString()) {}
+    explicit FileError(const QString& message) : std::runtime_error(message.toStdString()) {
+    }
 };
 
 /// Reads and traces one image file. Throws FileError when it is no image that can be read.

@@ -53,10 +53,9 @@ void writeMeans(const Taps& taps, Byte* means, qsizetype size) {
     }
     // In pieces that stay in the cache, so that each tap is one simple loop.
     constexpr qsizetype Piece = 256;
-    std::array<double, Piece> sums;
     for (qsizetype start = 0; start < size; start += Piece) {
         const qsizetype count = std::min(Piece, size - start);
-        sums.fill(0.0);
+        std::array<double, Piece> sums{};
         for (std::size_t k = 0; k < static_cast<std::size_t>(taps.count); ++k) {
             const Byte* bytes = taps.bytes[k] + start;
             const double weight = taps.weights[k];
@@ -121,7 +120,8 @@ class RowWindow {
 public:
     RowWindow(int width, int radius)
         : rowBytes(qsizetype(width) * Channels), rowCount(2 * radius + 1),
-          bytes(static_cast<std::size_t>(rowBytes * rowCount)) {}
+          bytes(static_cast<std::size_t>(rowBytes * rowCount)) {
+    }
     Byte* row(int y) {
         return bytes.data() + rowBytes * (y % rowCount);
     }

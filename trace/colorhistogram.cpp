@@ -9,7 +9,8 @@ constexpr unsigned FirstPlaceBits = 10;
 
 ColorHistogram::ColorHistogram(std::size_t largestSize)
     : largestSize(largestSize), shift(32 - FirstPlaceBits),
-      places(std::size_t(1) << FirstPlaceBits) {}
+      places(std::size_t(1) << FirstPlaceBits) {
+}
 
 std::vector<ColorHistogram::Entry> ColorHistogram::entries() const {
     std::vector<Entry> used;

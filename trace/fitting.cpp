@@ -23,7 +23,8 @@ public:
           last(nodes[index(sequence.end)]),
           // Node 0 after the last node, as seen from a sequence that closes the outline.
           innerEnd(sequence.end > start ? sequence.end : static_cast<int>(nodes.size())),
-          length(sequence.end == start ? 0.0 : innerEnd - start) {}
+          length(sequence.end == start ? 0.0 : innerEnd - start) {
+    }
 
     /// The nodes' distances from evenly spaced points on the chord. A sequence from node 0 to
     /// node 0 has length 0: its errors are NaN, which exceed no tolerance.

@@ -3,4 +3,5 @@
 ImageData::ImageData() = default;
 
 ImageData::ImageData(int width, int height, QList<char>& data)
-    : width(width), height(height), data(data) {}
+    : width(width), height(height), data(data) {
+}

@@ -13,7 +13,8 @@ namespace ovtrace {
 class LayerSet {
 public:
     /// Views `image`, which must outlive the view.
-    explicit LayerSet(const QuantizedImage& image) : image(&image) {}
+    explicit LayerSet(const QuantizedImage& image) : image(&image) {
+    }
 
     int count() const {
         return image->colors;

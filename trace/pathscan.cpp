@@ -95,6 +95,12 @@ constexpr auto makeTurns() {
 }
 constexpr auto Turns = makeTurns();
 
+// A boundary's first node in raster order has the colour in the lower right cell alone, or a
+// hole's first cell there; at a saddle, the walk before has left that. Both walks begin as if they
+// had arrived upwards.
+static_assert(PathDirections[LowerRight] == Up && HoleStarts[LowerRight] == 0);
+static_assert(PathDirections[15 - LowerRight] == Up && HoleStarts[15 - LowerRight] == 1);
+
 /// Zeroed bytes that cost nothing until they are touched.
 struct FreeDeleter {
     void operator()(std::uint8_t* bytes) const {

@@ -9,8 +9,8 @@ namespace ovtrace {
 
 /// Whether the four pixels of four stored bytes from `pixels` on all equal the one before them.
 inline bool fourRepeat(const char* pixels) {
-    std::array<std::uint64_t, 2> before;
-    std::array<std::uint64_t, 2> four;
+    std::array<std::uint64_t, 2> before{};
+    std::array<std::uint64_t, 2> four{};
     std::memcpy(before.data(), pixels - 4, sizeof before);
     std::memcpy(four.data(), pixels, sizeof four);
     return ((before[0] ^ four[0]) | (before[1] ^ four[1])) == 0;

@@ -15,7 +15,8 @@ OvVector transform(const OvVector& point, int height);
 class PolylineOutput {
 public:
     /// For an image of the given size, in pixels.
-    PolylineOutput(int width, int height) : width(width), height(height) {}
+    PolylineOutput(int width, int height) : width(width), height(height) {
+    }
 
     /// Adds the outline of a layer; one without segments is skipped.
     void add(int layer, const TracedPath& path);

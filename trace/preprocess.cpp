@@ -17,7 +17,8 @@ constexpr QRgb Black = 0xff000000U;
 /// Which colours turn white.
 class Threshold {
 public:
-    Threshold(bool useBrightness, int limit) : useBrightness(useBrightness), limit(limit) {}
+    Threshold(bool useBrightness, int limit) : useBrightness(useBrightness), limit(limit) {
+    }
     bool isWhite(const QColor& color) const {
         return useBrightness && color.lightness() > limit;
     }

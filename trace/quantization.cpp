@@ -68,7 +68,8 @@ void storeIndices(const ImageData& image, CellGrid<Cell>& grid, const Find& find
 /// The pixels of an image, one by one: what is left when they have too many colours.
 template <VectorLevel Level> class SinglePixels {
 public:
-    explicit SinglePixels(const ImageData& image) : image(image) {}
+    explicit SinglePixels(const ImageData& image) : image(image) {
+    }
 
     /// Assigns all pixels and returns what each of the colours got.
     Shares assign(std::size_t colors, NearestColor& nearest) const {
@@ -102,7 +103,8 @@ private:
 template <VectorLevel Level> class CountedPixels {
 public:
     CountedPixels(const ImageData& image, ColorHistogram& histogram)
-        : image(image), histogram(histogram), entries(histogram.entries()) {}
+        : image(image), histogram(histogram), entries(histogram.entries()) {
+    }
 
     Shares assign(std::size_t colors, NearestColor& nearest) const {
         Shares shares(colors);
@@ -180,9 +182,9 @@ bool refinePalette(Palette& palette, const Shares& shares, std::int64_t pixels,
 }
 
 /// All cycles; the last one stores its indices in the grid.
-template <typename Pixels, typename Cell> void runCycles(Pixels pixels, Palette& palette,
-                                                         const QuantizationOptions& options,
-                                                         CellGrid<Cell>& grid) {
+template <typename Pixels, typename Cell>
+void runCycles(Pixels pixels, Palette& palette, const QuantizationOptions& options,
+               CellGrid<Cell>& grid) {
     const std::int64_t pixelCount = std::int64_t(grid.width) * grid.height;
     NearestColor nearest;
     nearest.setPalette(palette);
@@ -196,9 +198,9 @@ template <typename Pixels, typename Cell> void runCycles(Pixels pixels, Palette&
     pixels.store(nearest, grid);
 }
 
-template <VectorLevel Level, typename Cell> void runCycles(const ImageData& image, Palette& palette,
-                                                           const QuantizationOptions& options,
-                                                           CellGrid<Cell>& grid) {
+template <VectorLevel Level, typename Cell>
+void runCycles(const ImageData& image, Palette& palette, const QuantizationOptions& options,
+               CellGrid<Cell>& grid) {
     ColorHistogram histogram(countableColors(std::int64_t(image.width) * image.height));
     if (countColors(image, histogram))
         runCycles(CountedPixels<Level>(image, histogram), palette, options, grid);
@@ -206,8 +208,9 @@ template <VectorLevel Level, typename Cell> void runCycles(const ImageData& imag
         runCycles(SinglePixels<Level>(image), palette, options, grid);
 }
 
-template <typename Cell> CellGrid<Cell> quantize(const ImageData& image, Palette& palette,
-                                                 const QuantizationOptions& options) {
+template <typename Cell>
+CellGrid<Cell> quantize(const ImageData& image, Palette& palette,
+                        const QuantizationOptions& options) {
     CellGrid<Cell> grid(image.width, image.height);
     if (options.cycles < 1 || palette.empty()) {
         for (int y = 0; y < image.height; ++y)

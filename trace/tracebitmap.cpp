@@ -22,7 +22,8 @@
 
 using namespace ovtrace;
 
-OvTraceBitmap::OvTraceBitmap() : options(defaultOptions()) {}
+OvTraceBitmap::OvTraceBitmap() : options(defaultOptions()) {
+}
 
 OvTraceBitmap::OvTraceBitmap(const OvTraceBitmap& other) = default;
 OvTraceBitmap& OvTraceBitmap::operator=(const OvTraceBitmap& other) = default;

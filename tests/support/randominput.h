@@ -10,7 +10,8 @@
 /// A source of random images and options; the same seed gives the same sequence everywhere.
 class RandomInput {
 public:
-    explicit RandomInput(unsigned seed) : generator(seed) {}
+    explicit RandomInput(unsigned seed) : generator(seed) {
+    }
 
     /// A whole number in [low, high].
     int number(int low, int high);

@@ -46,7 +46,8 @@ Means eightMeans(__m128i before, __m128i center, __m128i after) {
 /// What rounding takes off bytes whose neighbours are alike; remembers the last 16 of them.
 class FlatMeans {
 public:
-    explicit FlatMeans(const Means3Drops& drops) : drops(drops) {}
+    explicit FlatMeans(const Means3Drops& drops) : drops(drops) {
+    }
     __m128i operator()(__m128i bytes) {
         if (laneBits(_mm_cmpeq_epi8(bytes, known)) != AllLanes) {
             alignas(16) Byte lanes[16];
@@ -103,8 +104,9 @@ void means3Sse2(const Byte* before, const Byte* center, const Byte* after, Byte*
 
 namespace ovtrace {
 
-void means3Sse2(const signed char*, const signed char*, const signed char*, signed char*,
-                qsizetype) {}
+void means3Sse2(const signed char*, const signed char*, const signed char*, signed char*, qsizetype,
+                const Means3Drops&) {
+}
 
 } // namespace ovtrace
 

@@ -24,7 +24,8 @@ public:
     virtual bool init() = 0;
     virtual void uninit(bool remove) = 0;
     virtual void postInit(InitStatus status) = 0;
-    virtual void initScriptExtensions(OvScriptHandler&) {}
+    virtual void initScriptExtensions(OvScriptHandler&) {
+    }
     virtual void initTranslations() = 0;
     virtual OvPluginInfo getPluginInfo() = 0;
 };

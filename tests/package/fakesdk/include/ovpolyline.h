@@ -12,7 +12,8 @@ public:
 
 class OvSpline : public OvShape {
 public:
-    void setDegree(int) {}
+    void setDegree(int) {
+    }
     void appendControlPoint(const OvVector& point) {
         points.append(point);
     }

@@ -1,0 +1,103 @@
+// Whole processes side by side: ovtrace and potrace turn the same 1-bit picture into SVG, and
+// ovtrace traces photographs. Prints medians and ratios as a Markdown table.
+//
+// Usage: process_bench OVTRACE RUNS BITMAP... [-- PHOTO...]
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QImage>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <cstdio>
+#include <stdexcept>
+#include <vector>
+
+namespace {
+
+double secondsOf(const QString& program, const QStringList& arguments) {
+    QElapsedTimer timer;
+    QProcess process;
+    timer.start();
+    process.start(program, arguments);
+    process.waitForFinished(-1);
+    const double seconds = static_cast<double>(timer.nsecsElapsed()) / 1e9;
+    if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0)
+        throw std::runtime_error((program + " has failed").toStdString());
+    return seconds;
+}
+
+double median(std::vector<double> values) {
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+class Comparison {
+public:
+    Comparison(const QString& ovtrace, int runs) : ovtrace(ovtrace), runs(runs) {
+    }
+
+    void bitmap(const QString& name) const {
+        const QString pbm = folder.filePath("picture.pbm");
+        const QImage image(name);
+        if (!image.convertToFormat(QImage::Format_Mono).save(pbm, "PBM"))
+            throw std::runtime_error(name.toStdString() + " cannot be made a bitmap");
+        std::vector<double> ours;
+        std::vector<double> theirs;
+        for (int i = 0; i < runs; ++i) {
+            theirs.push_back(secondsOf("potrace", {"-s", "-o", folder.filePath("p.svg"), pbm}));
+            ours.push_back(
+                secondsOf(ovtrace, {"--mode", "bw", "-o", folder.filePath("o.svg"), pbm}));
+        }
+        std::printf("| %s | %.1f | %.3f | %.3f | %.2f |\n", qPrintable(QFileInfo(name).fileName()),
+                    megapixels(image), median(ours), median(theirs), median(ours) / median(theirs));
+    }
+
+    void photo(const QString& name) const {
+        const QImage image(name);
+        std::vector<double> ours;
+        for (int i = 0; i < runs; ++i)
+            ours.push_back(secondsOf(ovtrace, {"-o", folder.filePath("o.svg"), name}));
+        std::printf("| %s | %.1f | %.3f | – | %.1f Mpx/s |\n",
+                    qPrintable(QFileInfo(name).fileName()), megapixels(image), median(ours),
+                    megapixels(image) / median(ours));
+    }
+
+private:
+    static double megapixels(const QImage& image) {
+        return static_cast<double>(image.width()) * image.height() / 1e6;
+    }
+
+    QString ovtrace;
+    int runs;
+    QTemporaryDir folder;
+};
+
+} // namespace
+
+int main(int argc, char* argv[]) {
+    if (argc < 4) {
+        std::fprintf(stderr, "usage: process_bench OVTRACE RUNS BITMAP... [-- PHOTO...]\n");
+        return 2;
+    }
+    const Comparison comparison(QString::fromLocal8Bit(argv[1]),
+                                QString::fromLocal8Bit(argv[2]).toInt());
+    std::printf("| picture | Mpx | ovtrace, s | potrace, s | ratio |\n|---|---|---|---|---|\n");
+    bool photos = false;
+    try {
+        for (int i = 3; i < argc; ++i) {
+            const QString name = QString::fromLocal8Bit(argv[i]);
+            if (name == "--")
+                photos = true;
+            else if (photos)
+                comparison.photo(name);
+            else
+                comparison.bitmap(name);
+        }
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s\n", error.what());
+        return 1;
+    }
+}
