@@ -36,15 +36,39 @@ public:
     void setValue(std::uint32_t color, std::uint32_t value) {
         places[placeOf(color)].count = value + 1; // still in use
     }
-    /// That number.
-    std::uint32_t value(std::uint32_t color) const {
-        return places[placeOf(color)].count - 1;
+
+    /// Gives those numbers back. A small value of its own, which a loop can keep in registers
+    /// while it writes bytes; valid until colours are added.
+    class Values {
+    public:
+        std::uint32_t operator()(std::uint32_t color) const {
+            std::size_t place = color * Scatter >> shift;
+            while (places[place].color != color || places[place].count == 0)
+                place = (place + 1) & mask;
+            return places[place].count - 1;
+        }
+
+    private:
+        friend class ColorHistogram;
+        Values(const Entry* places, std::size_t mask, unsigned shift)
+            : places(places), mask(mask), shift(shift) {
+        }
+
+        const Entry* places;
+        std::size_t mask;
+        unsigned shift;
+    };
+    Values values() const {
+        return {places.data(), places.size() - 1, shift};
     }
 
 private:
+    /// Spreads colours over the places: 2^32 divided by the golden ratio.
+    static constexpr std::uint32_t Scatter = 0x9e3779b1U;
+
     /// Where the colour is, or the unused place where it belongs.
     std::size_t placeOf(std::uint32_t color) const {
-        std::size_t place = color * 0x9e3779b1U >> shift;
+        std::size_t place = color * Scatter >> shift;
         while (places[place].count != 0 && places[place].color != color)
             place = (place + 1) & (places.size() - 1);
         return place;

@@ -46,10 +46,16 @@ constexpr int LargestSum = 510;
 /// From which sum of its largest and smallest channel on a colour of 8-bit channels turns white:
 /// its lightness follows from that sum alone and grows with it. LargestSum + 1 when none does.
 int smallestWhiteSum(const Threshold& threshold) {
-    int sum = 0;
-    while (sum <= LargestSum && !threshold.isWhite(QColor(sum - sum / 2, sum / 2, sum / 2)))
-        ++sum;
-    return sum;
+    int low = 0;
+    int high = LargestSum + 1;
+    while (low < high) {
+        const int sum = (low + high) / 2;
+        if (threshold.isWhite(QColor(sum - sum / 2, sum / 2, sum / 2)))
+            high = sum;
+        else
+            low = sum + 1;
+    }
+    return low;
 }
 
 /// 32-bit pixels whose bytes are the channels themselves.

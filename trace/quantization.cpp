@@ -53,7 +53,7 @@ void unpack(std::vector<PackedShare>& packed, Shares& shares) {
 
 /// Stores the index of every pixel; find(pixel) says which.
 template <typename Cell, typename Find>
-void storeIndices(const ImageData& image, CellGrid<Cell>& grid, const Find& find) {
+void storeIndices(const ImageData& image, CellGrid<Cell>& grid, Find find) {
     for (int y = 0; y < image.height; ++y) {
         Cell* cells = grid.rowCells(y + 1) + 1;
         visitRow(image, y, [&](std::uint32_t pixel, int x, int count) {
@@ -122,7 +122,7 @@ public:
             const int index = nearest.find<Level>(entry.color);
             histogram.setValue(entry.color, static_cast<std::uint32_t>(index));
         }
-        storeIndices(image, grid, [this](std::uint32_t pixel) { return histogram.value(pixel); });
+        storeIndices(image, grid, histogram.values());
     }
 
 private:
