@@ -73,9 +73,10 @@ bool NearestColor::mayBeTooFar(std::int32_t color, const Box& box) const {
     return farthest >= DistanceBound;
 }
 
-/// Those of `among` (ascending) that some pixel in the box may prefer to the colour nearest to
-/// the middle of the box.
-NearestColor::Candidates NearestColor::candidates(const Candidates& among, const Box& box) const {
+/// Stores those of `among` (ascending) that some pixel in the box may prefer to the colour nearest
+/// to the middle of the box.
+void NearestColor::chooseCandidates(const Candidates& among, const Box& box,
+                                    Candidates& found) const {
     const auto fromMiddle = [&](std::int32_t k) {
         const std::uint32_t color = palette[static_cast<std::size_t>(k)];
         int sum = 0;
@@ -92,18 +93,17 @@ NearestColor::Candidates NearestColor::candidates(const Candidates& among, const
             middle = k;
         }
     }
-    Candidates found;
+    found.clear();
     for (const std::int32_t k : among) {
         if (k == middle || !beatsEverywhere(middle, k, box))
             found.push_back(k);
     }
-    return found;
 }
 
 const NearestColor::Candidates& NearestColor::coarseCandidates(std::uint32_t pixel) {
     Candidates& found = coarse[boxOf<CoarseBits>(pixel)];
     if (found.empty())
-        found = candidates(all, boundsOf(pixel, CoarseBits));
+        chooseCandidates(all, boundsOf(pixel, CoarseBits), found);
     return found;
 }
 
@@ -124,14 +124,14 @@ std::int32_t NearestColor::appendBlocks(const Candidates& colors) {
 
 std::int32_t NearestColor::fillBox(std::uint32_t pixel) {
     const Box box = boundsOf(pixel, FineBits);
-    const Candidates found = candidates(coarse.empty() ? all : coarseCandidates(pixel), box);
+    chooseCandidates(coarse.empty() ? all : coarseCandidates(pixel), box, chosen);
     std::int32_t& entry = entries[boxOf<FineBits>(pixel)];
-    if (found.size() == 1 && !mayBeTooFar(found.front(), box)) {
-        entry = found.front();
+    if (chosen.size() == 1 && !mayBeTooFar(chosen.front(), box)) {
+        entry = chosen.front();
     } else {
-        const auto [place, isNew] = known.try_emplace(found, 0);
+        const auto [place, isNew] = known.try_emplace(chosen, 0);
         if (isNew)
-            place->second = -FirstBlock - appendBlocks(found);
+            place->second = -FirstBlock - appendBlocks(chosen);
         entry = place->second;
     }
     return entry;

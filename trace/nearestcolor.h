@@ -4,7 +4,7 @@
 #include "kernels/colorblock.h"
 
 #include <cstdint>
-#include <map>
+#include <unordered_map>
 #include <vector>
 
 namespace ovtrace {
@@ -43,6 +43,15 @@ public:
 private:
     using Candidates = std::vector<std::int32_t>;
 
+    struct CandidatesHash {
+        std::size_t operator()(const Candidates& colors) const {
+            std::size_t hash = colors.size();
+            for (const std::int32_t k : colors)
+                hash = hash * 31U + static_cast<std::size_t>(k);
+            return hash;
+        }
+    };
+
     /// A box's bounds in channel values 0..255, for red, green, blue and alpha.
     struct Box {
         int low[4];
@@ -73,14 +82,16 @@ private:
     const Candidates& coarseCandidates(std::uint32_t pixel);
     bool beatsEverywhere(std::int32_t a, std::int32_t b, const Box& box) const;
     bool mayBeTooFar(std::int32_t color, const Box& box) const;
-    Candidates candidates(const Candidates& among, const Box& box) const;
+    void chooseCandidates(const Candidates& among, const Box& box, Candidates& found) const;
 
-    std::vector<std::uint32_t> palette;       ///< channelWord()s
-    std::vector<std::int32_t> entries;        ///< by box: the first block of its colours
-    std::vector<ColorBlock> blocks;           ///< what the entries point at
-    std::map<Candidates, std::int32_t> known; ///< the first block of each set of colours so far
-    Candidates all;                           ///< every colour
-    std::vector<Candidates> coarse;           ///< by larger box: what its boxes choose from
+    std::vector<std::uint32_t> palette; ///< channelWord()s
+    std::vector<std::int32_t> entries;  ///< by box: the first block of its colours
+    std::vector<ColorBlock> blocks;     ///< what the entries point at
+    /// What the entry is for each set of colours so far.
+    std::unordered_map<Candidates, std::int32_t, CandidatesHash> known;
+    Candidates chosen;              ///< for the box at hand
+    Candidates all;                 ///< every colour
+    std::vector<Candidates> coarse; ///< by larger box: what its boxes choose from
 };
 
 } // namespace ovtrace

@@ -23,7 +23,7 @@ Means3Drops::Means3Drops() {
             if (drop == 0)
                 continue;
             drops[index(static_cast<Byte>(before), static_cast<Byte>(center))] =
-                static_cast<Byte>(drop);
+                static_cast<std::uint8_t>(drop);
             lowest = std::min(lowest, center);
             highest = std::max(highest, center);
         }

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 
 namespace ovtrace {
 
@@ -28,7 +29,12 @@ public:
     Means3Drops();
 
     signed char operator()(signed char before, signed char center) const {
-        return drops[index(before, center)];
+        return static_cast<signed char>(drops[index(before, center)]);
+    }
+
+    /// The entry for the place before * 256 + center, each as an unsigned byte.
+    std::uint64_t at(std::uint16_t place) const {
+        return drops[place];
     }
 
     /// The least and the greatest center from which anything is ever taken off.
@@ -48,7 +54,7 @@ private:
                static_cast<unsigned char>(center);
     }
 
-    std::array<signed char, 65536> drops{};
+    std::array<std::uint8_t, 65536> drops{};
     int lowest = 127;
     int highest = -128;
 };

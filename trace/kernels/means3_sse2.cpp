@@ -2,7 +2,8 @@
 
 #if defined(__SSE2__) || defined(_M_X64)
 
-#include <bit>
+#include <array>
+#include <cstdint>
 #include <emmintrin.h>
 
 namespace ovtrace {
@@ -41,6 +42,21 @@ Means eightMeans(__m128i before, __m128i center, __m128i after) {
     const __m128i u = _mm_sub_epi16(_mm_add_epi16(before, after), _mm_add_epi16(center, center));
     const __m128i share = _mm_mulhi_epi16(u, _mm_set1_epi16(Means3Weight));
     return {_mm_add_epi16(center, share), _mm_cmpeq_epi16(u, _mm_setzero_si128())};
+}
+
+/// The table's entries for 16 pairs of bytes.
+__m128i allDrops(__m128i before, __m128i center, const Means3Drops& drops) {
+    alignas(16) std::array<std::uint16_t, 16> places;
+    auto* halves = reinterpret_cast<__m128i*>(places.data());
+    _mm_store_si128(halves, _mm_unpacklo_epi8(center, before));
+    _mm_store_si128(halves + 1, _mm_unpackhi_epi8(center, before));
+    // Put together in words: bytes stored one by one could not be loaded as a vector at once.
+    std::array<std::uint64_t, 2> words{};
+    for (unsigned lane = 0; lane < 8; ++lane) {
+        words[0] |= drops.at(places[lane]) << 8U * lane;
+        words[1] |= drops.at(places[lane + 8]) << 8U * lane;
+    }
+    return _mm_set_epi64x(static_cast<long long>(words[1]), static_cast<long long>(words[0]));
 }
 
 /// What rounding takes off bytes whose neighbours are alike; remembers the last 16 of them.
@@ -86,15 +102,14 @@ void means3Sse2(const Byte* before, const Byte* center, const Byte* after, Byte*
         }
         const Means low = eightMeans(lowHalf(a), lowHalf(b), lowHalf(c));
         const Means high = eightMeans(highHalf(a), highHalf(b), highHalf(c));
-        store(means + i, _mm_packs_epi16(low.mean, high.mean));
-        const __m128i isEven = _mm_packs_epi16(low.isEven, high.isEven);
+        const __m128i mean = _mm_packs_epi16(low.mean, high.mean);
         const __m128i mayDrop =
             _mm_and_si128(_mm_cmpgt_epi8(b, belowDrops), _mm_cmplt_epi8(b, aboveDrops));
-        unsigned open = laneBits(_mm_and_si128(isEven, mayDrop));
-        for (; open != 0; open &= open - 1) {
-            const qsizetype lane = i + std::countr_zero(open);
-            means[lane] = static_cast<Byte>(means[lane] - drops(before[lane], center[lane]));
-        }
+        const __m128i open = _mm_and_si128(_mm_packs_epi16(low.isEven, high.isEven), mayDrop);
+        if (laneBits(open) == 0)
+            store(means + i, mean);
+        else
+            store(means + i, _mm_sub_epi8(mean, _mm_and_si128(open, allDrops(a, b, drops))));
     }
 }
 
