@@ -46,7 +46,7 @@ Means eightMeans(__m128i before, __m128i center, __m128i after) {
 
 /// The table's entries for 16 pairs of bytes.
 __m128i allDrops(__m128i before, __m128i center, const Means3Drops& drops) {
-    alignas(16) std::array<std::uint16_t, 16> places;
+    alignas(16) std::array<std::uint16_t, 16> places{};
     auto* halves = reinterpret_cast<__m128i*>(places.data());
     _mm_store_si128(halves, _mm_unpacklo_epi8(center, before));
     _mm_store_si128(halves + 1, _mm_unpackhi_epi8(center, before));
