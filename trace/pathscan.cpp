@@ -178,8 +178,11 @@ private:
     void findCandidates() {
         const Cell* cells = grid.rowCells(row);
         const Cell* above = cells - grid.stride;
-        for (qsizetype x = 1; x < grid.stride; ++x)
-            candidates[static_cast<std::size_t>(x)] =
+        // Everything in locals: a byte written may be any object's, as far as a compiler can tell.
+        std::uint8_t* found = candidates.data();
+        const qsizetype stride = grid.stride;
+        for (qsizetype x = 1; x < stride; ++x)
+            found[x] =
                 static_cast<std::uint8_t>((cells[x] != cells[x - 1]) & (cells[x] != above[x]));
         column = 0;
     }
