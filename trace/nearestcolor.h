@@ -85,8 +85,10 @@ private:
     void chooseCandidates(const Candidates& among, const Box& box, Candidates& found) const;
 
     std::vector<std::uint32_t> palette; ///< channelWord()s
-    std::vector<std::int32_t> entries;  ///< by box: the first block of its colours
-    std::vector<ColorBlock> blocks;     ///< what the entries point at
+    /// By box: Unknown, the index of the one colour that is the nearest everywhere in it, or
+    /// -FirstBlock minus the first block of its colours.
+    std::vector<std::int32_t> entries;
+    std::vector<ColorBlock> blocks;
     /// What the entry is for each set of colours so far.
     std::unordered_map<Candidates, std::int32_t, CandidatesHash> known;
     Candidates chosen;              ///< for the box at hand
