@@ -11,7 +11,6 @@
 #include <imageload.h>
 #include <internodes.h>
 #include <layering.h>
-#include <numbers.h>
 #include <palette.h>
 #include <pathscan.h>
 #include <polylines.h>

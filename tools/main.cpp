@@ -34,7 +34,7 @@ int fail(const char* message, int status) {
 }
 
 /// Errors reach the user once, as the program's own line; a debug line is no business of his.
-void showWarningsAlone(QtMsgType type, const QMessageLogContext&, const QString& message) {
+void showErrorsAlone(QtMsgType type, const QMessageLogContext&, const QString& message) {
     if (type == QtCriticalMsg || type == QtFatalMsg)
         std::fprintf(stderr, "ovtrace: %s\n", qPrintable(message));
 }
@@ -56,7 +56,7 @@ int main(int argc, char* argv[]) {
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName("ovtrace");
     QCoreApplication::setApplicationVersion(OVTRACE_VERSION);
-    qInstallMessageHandler(showWarningsAlone);
+    qInstallMessageHandler(showErrorsAlone);
     QImageReader::setAllocationLimit(AllocationLimitMegabytes);
     try {
         run(parseArguments(QCoreApplication::arguments()));

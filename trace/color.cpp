@@ -1,7 +1,6 @@
 #include "color.h"
 
 namespace ovtrace {
-
 namespace {
 
 Color toColor(const QList<char>& bytes) {
