@@ -42,10 +42,7 @@ public:
     class Values {
     public:
         std::uint32_t operator()(std::uint32_t color) const {
-            std::size_t place = color * Scatter >> shift;
-            while (places[place].color != color || places[place].count == 0)
-                place = (place + 1) & mask;
-            return places[place].count - 1;
+            return places[probe(places, mask, shift, color)].count - 1;
         }
 
     private:
@@ -67,11 +64,15 @@ private:
     static constexpr std::uint32_t Scatter = 0x9e3779b1U;
 
     /// Where the colour is, or the unused place where it belongs.
-    std::size_t placeOf(std::uint32_t color) const {
+    static std::size_t probe(const Entry* places, std::size_t mask, unsigned shift,
+                             std::uint32_t color) {
         std::size_t place = color * Scatter >> shift;
         while (places[place].count != 0 && places[place].color != color)
-            place = (place + 1) & (places.size() - 1);
+            place = (place + 1) & mask;
         return place;
+    }
+    std::size_t placeOf(std::uint32_t color) const {
+        return probe(places.data(), places.size() - 1, shift, color);
     }
     bool insert(Entry& place, Entry entry);
     void grow();
