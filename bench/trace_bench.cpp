@@ -14,7 +14,6 @@
 #include <palette.h>
 #include <pathscan.h>
 #include <polylines.h>
-#include <preprocess.h>
 #include <quantization.h>
 #include <random.h>
 #include <tracebitmap.h>
@@ -56,17 +55,27 @@ bool answersRight(const Picture& picture) {
     return where.isEmpty();
 }
 
+OptionMap optionsOf(const Picture& picture) {
+    OptionMap options = defaultOptions();
+    for (const auto& [key, value] : picture.options)
+        options[key] = value;
+    return options;
+}
+
+PixelImage copyOf(const PixelImage& image) {
+    PixelImage copy(image.width, image.height, image.channels);
+    std::memcpy(copy.row(0), image.row(0),
+                static_cast<std::size_t>(image.rowBytes()) *
+                    static_cast<std::size_t>(image.height));
+    return copy;
+}
+
 /// What the stages hand on for one picture, made once.
 struct Stages {
-    explicit Stages(const Picture& source) : picture(source) {
-        options = defaultOptions();
-        for (const auto& [key, value] : source.options)
-            options[key] = value;
-        prepared = source.image;
-        preprocess(prepared, options);
-        loaded = loadImageData(prepared);
+    explicit Stages(const Picture& source)
+        : picture(source), options(optionsOf(source)), loaded(loadPixels(source.image, options)),
+          blurred(loadPixels(source.image, options)) {
         start = samplepalette(loaded, 16);
-        blurred = loaded;
         blur(blurred, 1, 2000);
         Palette palette = start;
         quantized =
@@ -84,10 +93,9 @@ struct Stages {
 
     const Picture& picture;
     OptionMap options;
-    QImage prepared;
-    ImageData loaded;
+    PixelImage loaded;
     Palette start;
-    ImageData blurred;
+    PixelImage blurred;
     std::unique_ptr<QuantizedImage> quantized;
     std::vector<Path> paths;
     std::vector<InternodePath> nodes;
@@ -118,45 +126,41 @@ void addStages(const std::shared_ptr<Stages>& s) {
         std::memcpy(copy.data(), picture.image.constBits(), copy.size());
         benchmark::DoNotOptimize(copy.data());
     });
-    addBenchmark("1-preprocess", picture, [s] {
-        QImage image = s->picture.image;
-        preprocess(image, s->options);
-        benchmark::DoNotOptimize(image.constBits());
+    addBenchmark("1-load", picture, [s] {
+        benchmark::DoNotOptimize(loadPixels(s->picture.image, s->options).row(0));
     });
-    addBenchmark("2-load", picture,
-                 [s] { benchmark::DoNotOptimize(loadImageData(s->prepared).data.constData()); });
-    addBenchmark("3-samplepalette", picture,
+    addBenchmark("2-samplepalette", picture,
                  [s] { benchmark::DoNotOptimize(samplepalette(s->loaded, 16).data()); });
-    addBenchmark("4-blur", picture, [s] {
-        ImageData image = s->loaded;
+    addBenchmark("3-blur", picture, [s] {
+        PixelImage image = copyOf(s->loaded);
         blur(image, 1, 2000);
-        benchmark::DoNotOptimize(image.data.constData());
+        benchmark::DoNotOptimize(image.row(0));
     });
-    addBenchmark("5-quantize", picture, [s] {
+    addBenchmark("4-quantize", picture, [s] {
         Palette palette = s->start;
         benchmark::DoNotOptimize(colorquantization(s->blurred, palette, {3, 0.02}).colors);
     });
-    addBenchmark("6-pathscan", picture, [s] {
+    addBenchmark("5-pathscan", picture, [s] {
         Path path;
         PathScan scan(LayerSet(*s->quantized), 8);
         while (scan.next(path) >= 0)
             benchmark::DoNotOptimize(path.data());
     });
-    addBenchmark("7-internodes", picture, [s] {
+    addBenchmark("6-internodes", picture, [s] {
         InternodePath nodes;
         for (const Path& path : s->paths) {
             internodes(path, nodes);
             benchmark::DoNotOptimize(nodes.data());
         }
     });
-    addBenchmark("8-tracepath", picture, [s] {
+    addBenchmark("7-tracepath", picture, [s] {
         TracedPath traced;
         for (const InternodePath& nodes : s->nodes) {
             tracepath(nodes, 1, 1, traced);
             benchmark::DoNotOptimize(traced.data());
         }
     });
-    addBenchmark("9-polylines", picture, [s] {
+    addBenchmark("8-polylines", picture, [s] {
         PolylineOutput output(s->loaded.width, s->loaded.height);
         for (const TracedPath& traced : s->traced)
             output.add(0, traced);

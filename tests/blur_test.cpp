@@ -12,7 +12,7 @@ using namespace ovtrace;
 namespace {
 
 /// A row of greys with steps between them, repeated on every row but slightly brighter.
-ImageData stepped(int width, int height) {
+PixelImage stepped(int width, int height) {
     QList<QList<char>> pixels;
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x) {
@@ -23,12 +23,13 @@ ImageData stepped(int width, int height) {
     return imageOf(width, height, pixels);
 }
 
-QList<char> blurred(ImageData image, float radius, float delta) {
-    blur(image, radius, delta);
-    return image.data;
+QList<char> blurred(const PixelImage& image, float radius, float delta) {
+    PixelImage copy = toPixels(image.width, image.height, toBytes(image));
+    blur(copy, radius, delta);
+    return toBytes(copy);
 }
 
-ImageData uniform(int width, int height, char value) {
+PixelImage uniform(int width, int height, char value) {
     return imageOf(width, height,
                    QList<QList<char>>(qsizetype(width) * height, {value, value, value, value}));
 }
@@ -55,24 +56,24 @@ TEST(BlurKernels, HaveTheirWeights) {
 }
 
 TEST(Blur, FloorsAndCapsTheRadius) {
-    const ImageData image = stepped(30, 20);
-    EXPECT_EQ(blurred(image, 0.9F, 1024), image.data);
-    EXPECT_EQ(blurred(image, -3.0F, 1024), image.data);
-    EXPECT_NE(blurred(image, 1.0F, 1024), image.data);
+    const PixelImage image = stepped(30, 20);
+    EXPECT_EQ(blurred(image, 0.9F, 1024), toBytes(image));
+    EXPECT_EQ(blurred(image, -3.0F, 1024), toBytes(image));
+    EXPECT_NE(blurred(image, 1.0F, 1024), toBytes(image));
     EXPECT_EQ(blurred(image, 1.9F, 1024), blurred(image, 1.0F, 1024));
     EXPECT_EQ(blurred(image, 7.5F, 1024), blurred(image, 5.0F, 1024));
     EXPECT_NE(blurred(image, 5.0F, 1024), blurred(image, 4.0F, 1024));
 }
 
 TEST(Blur, RadiusThatNoIntHoldsDoesNothing) {
-    const ImageData image = stepped(10, 10);
+    const PixelImage image = stepped(10, 10);
     for (const float radius :
          {std::numeric_limits<float>::infinity(), 3e9F, std::numeric_limits<float>::quiet_NaN()})
-        EXPECT_EQ(blurred(image, radius, 1024), image.data);
+        EXPECT_EQ(blurred(image, radius, 1024), toBytes(image));
 }
 
 TEST(Blur, DeltaCountsByItsSize) {
-    const ImageData image = stepped(30, 20);
+    const PixelImage image = stepped(30, 20);
     EXPECT_EQ(blurred(image, 2, -10.0F), blurred(image, 2, 10.0F));
     EXPECT_EQ(blurred(image, 2, 10.9F), blurred(image, 2, 10.0F));
     EXPECT_NE(blurred(image, 2, 10.0F), blurred(image, 2, 1024.0F));
@@ -80,23 +81,23 @@ TEST(Blur, DeltaCountsByItsSize) {
 }
 
 TEST(Blur, DeltaZeroSetsEveryChangeBack) {
-    const ImageData image = stepped(30, 20);
-    EXPECT_EQ(blurred(image, 3, 0.0F), image.data);
+    const PixelImage image = stepped(30, 20);
+    EXPECT_EQ(blurred(image, 3, 0.0F), toBytes(image));
 }
 
 TEST(Blur, DeltaThatNoIntHoldsSetsEveryPixelBack) {
-    const ImageData image = stepped(30, 20);
-    EXPECT_EQ(blurred(image, 3, std::numeric_limits<float>::quiet_NaN()), image.data);
-    EXPECT_EQ(blurred(image, 3, 3e9F), image.data);
+    const PixelImage image = stepped(30, 20);
+    EXPECT_EQ(blurred(image, 3, std::numeric_limits<float>::quiet_NaN()), toBytes(image));
+    EXPECT_EQ(blurred(image, 3, 3e9F), toBytes(image));
 }
 
 TEST(Blur, UniformImageMayDropByOneStep) {
     // 3 * 0.27901 + 3 * 0.44198 + 3 * 0.27901 is just below 3 and is floored; then 2 is exact.
     EXPECT_EQ(3 * 0.27901 + 3 * 0.44198 + 3 * 0.27901, 2.9999999999999996);
-    const ImageData image = uniform(9, 9, 3);
+    const PixelImage image = uniform(9, 9, 3);
     const QList<char> result = blurred(image, 1, 1024);
     EXPECT_EQ(firstChannel(result, 9, 4, 4), 2);
-    EXPECT_EQ(blurred(image, 1, 3), image.data) << "four channels by one are more than 3";
+    EXPECT_EQ(blurred(image, 1, 3), toBytes(image)) << "four channels by one are more than 3";
 }
 
 TEST(Blur, ColumnZeroTakesNoPartInItsOwnMean) {

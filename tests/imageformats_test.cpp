@@ -1,5 +1,6 @@
 #include "reference/compare.h"
 #include "reference/tracetwin.h"
+#include "support/conversions.h"
 
 #include <imageload.h>
 #include <preprocess.h>
@@ -37,6 +38,11 @@ protected:
     }
 };
 
+PixelImage load(const QImage& image) {
+    OptionMap none;
+    return loadPixels(image, none);
+}
+
 } // namespace
 
 TEST_P(EveryFormat, LoadsAsItsPixelsSay) {
@@ -45,10 +51,10 @@ TEST_P(EveryFormat, LoadsAsItsPixelsSay) {
         ASSERT_EQ(image.format(), GetParam());
         TraceTwin twin;
         twin.loadImageData(image);
-        const ImageData loaded = loadImageData(image);
+        const PixelImage loaded = load(image);
         EXPECT_EQ(loaded.width, twin.imageData.width);
         EXPECT_EQ(loaded.height, twin.imageData.height);
-        EXPECT_EQ(loaded.data, twin.imageData.data);
+        EXPECT_EQ(toBytes(loaded), twin.imageData.data);
     }
 }
 
@@ -67,6 +73,20 @@ TEST_P(EveryFormat, TurnsBlackAndWhiteAsItsPixelsSay) {
             EXPECT_EQ(image, expected) << "threshold " << threshold;
             EXPECT_EQ(options, twin.options);
         }
+    }
+}
+
+TEST_P(EveryFormat, LoadsBlackAndWhiteAsItsPixelsSay) {
+    // Heights around the number of rows that are prepared at a time.
+    for (const int height : {1, 15, 16, 17, 33}) {
+        TraceTwin twin;
+        twin.setOption("usebrightness", 1.0);
+        OptionMap options = twin.options;
+        const QImage image = makeImage(23, height);
+        QImage prepared = image.copy();
+        twin.preprocess(prepared);
+        twin.loadImageData(prepared);
+        EXPECT_EQ(toBytes(loadPixels(image, options)), twin.imageData.data);
     }
 }
 
@@ -99,15 +119,28 @@ TEST(ImageLoad, StoresChannelValuesMinus128) {
     QImage image(2, 1, QImage::Format_RGB32);
     image.setPixel(0, 0, qRgb(255, 255, 255));
     image.setPixel(1, 0, qRgb(0, 0, 0));
-    const ImageData loaded = loadImageData(image);
-    EXPECT_EQ(loaded.data.size(), 8);
-    EXPECT_EQ(loaded.data, QList<char>({127, 127, 127, 127, -128, -128, -128, 127}));
+    EXPECT_EQ(toBytes(load(image)), QList<char>({127, 127, 127, 127, -128, -128, -128, 127}));
+}
+
+TEST(ImageLoad, StoresNoMoreChannelsThanThePixelsNeed) {
+    QImage image(5, 3, QImage::Format_ARGB32);
+    image.fill(qRgb(7, 7, 7));
+    EXPECT_EQ(load(image).channels, Channels::Grey);
+    image.setPixel(4, 2, qRgb(7, 8, 7));
+    EXPECT_EQ(load(image).channels, Channels::Opaque);
+    image.setPixel(4, 2, qRgb(7, 7, 8));
+    EXPECT_EQ(load(image).channels, Channels::Opaque);
+    image.setPixel(4, 1, qRgba(7, 7, 7, 254));
+    EXPECT_EQ(load(image).channels, Channels::All);
+    EXPECT_EQ(load(image.convertToFormat(QImage::Format_RGB32)).channels, Channels::Opaque);
+    OptionMap monochrome{{"monochrome", 1.0}};
+    EXPECT_EQ(loadPixels(image, monochrome).channels, Channels::Grey);
 }
 
 TEST(ImageLoad, OpaqueRedPixel) {
     QImage image(1, 1, QImage::Format_ARGB32);
     image.setPixel(0, 0, qRgb(255, 0, 0));
-    EXPECT_EQ(loadImageData(image).data, QList<char>({127, -128, -128, 127}));
+    EXPECT_EQ(toBytes(load(image)), QList<char>({127, -128, -128, 127}));
 }
 
 TEST(ImageLoad, ReadsRowsThatAreNotContiguous) {
@@ -119,5 +152,5 @@ TEST(ImageLoad, ReadsRowsThatAreNotContiguous) {
                        QImage::Format_ARGB32);
     TraceTwin twin;
     twin.loadImageData(image);
-    EXPECT_EQ(loadImageData(image).data, twin.imageData.data);
+    EXPECT_EQ(toBytes(load(image)), twin.imageData.data);
 }

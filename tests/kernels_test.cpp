@@ -134,7 +134,7 @@ TEST(NearestColor, IsTheFirstOfTheNearestForEveryKindOfPalette) {
             }
             ASSERT_EQ(nearest.find<VectorLevel::Scalar>(channelWord(pixel)), index)
                 << "round " << round;
-            ASSERT_EQ(nearest.find<VectorLevel::Sse2>(channelWord(pixel)), index)
+            ASSERT_EQ(nearest.find<VectorLevel::Ssse3>(channelWord(pixel)), index)
                 << "round " << round;
         }
     }

@@ -95,17 +95,17 @@ TEST(GeneratedPalette, OneColorIsOpaqueBlackAndNoneIsEmpty) {
 }
 
 TEST(SampledPalette, OneColorFillsEveryEntry) {
-    const ImageData image = imageOf(2, 2, QList<QList<char>>(4, {-17, 17, 100, 127}));
+    const PixelImage image = imageOf(2, 2, QList<QList<char>>(4, {-17, 17, 100, 127}));
     EXPECT_EQ(samplepalette(image, 5), Palette(5, Color{-16, 16, 96, 112}));
 }
 
 TEST(SampledPalette, CoarsensTowardTheMiddle) {
-    const ImageData image = imageOf(2, 1, {{15, 15, 15, 15}, {-15, -15, -15, -15}});
+    const PixelImage image = imageOf(2, 1, {{15, 15, 15, 15}, {-15, -15, -15, -15}});
     EXPECT_EQ(samplepalette(image, 2), Palette(2, Color{0, 0, 0, 0}));
 }
 
 TEST(SampledPalette, SpreadsThePicksOverFewerColors) {
-    const ImageData image =
+    const PixelImage image =
         imageOf(3, 1, {{64, 64, 64, 112}, {-128, -128, -128, 112}, {0, 0, 0, 112}});
     const Color dark{-128, -128, -128, 112};
     const Color middle{0, 0, 0, 112};
@@ -116,8 +116,8 @@ TEST(SampledPalette, SpreadsThePicksOverFewerColors) {
 }
 
 TEST(SampledPalette, NothingToSampleIsEmpty) {
-    EXPECT_TRUE(samplepalette(ImageData(), 4).empty());
-    const ImageData image = imageOf(1, 1, {{0, 0, 0, 0}});
+    EXPECT_TRUE(samplepalette(PixelImage(0, 0, Channels::All), 4).empty());
+    const PixelImage image = imageOf(1, 1, {{0, 0, 0, 0}});
     EXPECT_TRUE(samplepalette(image, 0).empty());
     EXPECT_TRUE(samplepalette(image, -1).empty());
 }

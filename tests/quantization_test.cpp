@@ -16,7 +16,7 @@ const QList<char> BlackPixel{-128, -128, -128, 127};
 const QList<char> WhitePixel{127, 127, 127, 127};
 
 /// Three black pixels and a white one.
-ImageData mostlyBlack() {
+PixelImage mostlyBlack() {
     return imageOf(2, 2, {BlackPixel, BlackPixel, BlackPixel, WhitePixel});
 }
 
@@ -65,7 +65,7 @@ TEST(Quantization, ColorsMoveToTheMeanOfTheirPixels) {
 }
 
 TEST(Quantization, ColorOfTransparentPixelsAloneStays) {
-    const ImageData image = imageOf(2, 1, {{10, 20, 30, -128}, {12, 22, 32, -128}});
+    const PixelImage image = imageOf(2, 1, {{10, 20, 30, -128}, {12, 22, 32, -128}});
     const Color start{50, 50, 50, -128};
     Palette palette{start};
     colorquantization(image, palette, {3, 0.0});
@@ -109,7 +109,7 @@ TEST(Quantization, AColorTooFarFromAllGetsIndexZero) {
 }
 
 TEST(Quantization, AlphaCountsFourTimes) {
-    const ImageData image = imageOf(1, 1, {{0, 0, 0, 0}});
+    const PixelImage image = imageOf(1, 1, {{0, 0, 0, 0}});
     Palette palette{{0, 0, 0, 10}, {39, 0, 0, 0}};
     EXPECT_EQ(inner(colorquantization(image, palette, {1, 0.0})), (QList<QList<int>>{{1}}));
     Palette tied{{0, 0, 0, 10}, {40, 0, 0, 0}};

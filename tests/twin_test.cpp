@@ -6,6 +6,7 @@
 
 #include <blur.h>
 #include <fitting.h>
+#include <imageload.h>
 #include <internodes.h>
 #include <kernels/vectorlevel.h>
 #include <layering.h>
@@ -58,7 +59,7 @@ public:
             return testing::AssertionFailure() << "layers differ";
         if (TraceBitmapProbe::options(engine).keys() != twin.options.keys())
             return testing::AssertionFailure() << "option keys differ";
-        if (TraceBitmapProbe::imageData(engine).data != twin.imageData.data)
+        if (toBytes(*TraceBitmapProbe::imageData(engine)) != twin.imageData.data)
             return testing::AssertionFailure() << "image data differ";
         if (toLists(TraceBitmapProbe::indexedImage(engine)->indices) != twin.indexedImage.array)
             return testing::AssertionFailure() << "indices differ";
@@ -120,13 +121,27 @@ TEST_P(EveryLevel, TracesRandomImagesAlike) {
     EXPECT_GT(outlines, 20000) << "too few outlines to prove anything";
 }
 
+namespace {
+
+/// A random image as loaded by the twin and, with all channels or no more than it needs, returned.
+ovtrace::PixelImage loadBoth(TraceTwin& twin, RandomInput& input, int largest) {
+    const QImage image = input.image(largest);
+    twin.loadImageData(image);
+    if (input.oneIn(4))
+        return toPixels(image.width(), image.height(), twin.imageData.data);
+    ovtrace::OptionMap none;
+    return ovtrace::loadPixels(image, none);
+}
+
+} // namespace
+
 TEST(Twin, MakesTheSamePalettes) {
     RandomInput input(20261);
     TraceTwin twin;
     for (int round = 0; round < 300; ++round) {
-        twin.loadImageData(input.image(40));
+        const ovtrace::PixelImage image = loadBoth(twin, input, 40);
         const int colors = input.number(-1, 300);
-        EXPECT_EQ(ovtrace::toColorLists(ovtrace::samplepalette(twin.imageData, colors)),
+        EXPECT_EQ(ovtrace::toColorLists(ovtrace::samplepalette(image, colors)),
                   twin.samplepalette(colors));
         ovtrace::seedRandom(static_cast<unsigned>(round));
         TraceTwin::seedRandom(static_cast<unsigned>(round));
@@ -139,13 +154,12 @@ TEST_P(EveryLevel, BlursAlike) {
     RandomInput input(20262);
     TraceTwin twin;
     for (int round = 0; round < 1500; ++round) {
-        twin.loadImageData(input.image(48));
-        ImageData image = twin.imageData;
+        ovtrace::PixelImage image = loadBoth(twin, input, 48);
         const auto radius = static_cast<float>(input.number(0, 24)) / 4.0F;
         const auto delta = static_cast<float>(input.oneIn(2) ? input.number(-60, 60) : 1024);
         ovtrace::blur(image, radius, delta);
         twin.blur(radius, delta);
-        ASSERT_EQ(image.data, twin.imageData.data)
+        ASSERT_EQ(toBytes(image), twin.imageData.data)
             << image.width << " x " << image.height << ", radius " << radius << ", delta " << delta;
     }
 }
@@ -154,7 +168,7 @@ TEST_P(EveryLevel, QuantizesAlike) {
     RandomInput input(20263);
     for (int round = 0; round < 800; ++round) {
         TraceTwin twin;
-        twin.loadImageData(input.image(32));
+        const ovtrace::PixelImage image = loadBoth(twin, input, 32);
         do
             twin.palette = input.palette(input.oneIn(5) ? 400 : 30);
         while (twin.palette.isEmpty());
@@ -165,7 +179,7 @@ TEST_P(EveryLevel, QuantizesAlike) {
         twin.setOption("blurradius", 0.0);
         ovtrace::Palette palette = ovtrace::toPalette(twin.palette);
         ovtrace::seedRandom(static_cast<unsigned>(round));
-        const auto quantized = ovtrace::colorquantization(twin.imageData, palette, {cycles, ratio});
+        const auto quantized = ovtrace::colorquantization(image, palette, {cycles, ratio});
         TraceTwin::seedRandom(static_cast<unsigned>(round));
         twin.colorquantization();
         ASSERT_EQ(toLists(quantized.indices), twin.indexedImage.array) << "round " << round;

@@ -2,6 +2,7 @@
 
 #include "blurkernels.h"
 #include "kernels/means3.h"
+#include "kernels/prefetch.h"
 #include "numbers.h"
 
 #include <algorithm>
@@ -14,11 +15,10 @@
 namespace ovtrace {
 namespace {
 
-constexpr int Channels = 4;
 constexpr int LargestLimit = 1024;
 
 /// Of two pixels: no limit above this sets anything back.
-constexpr int LargestDifference = Channels * 255;
+constexpr int LargestDifference = 4 * 255;
 
 using Byte = signed char;
 
@@ -75,51 +75,86 @@ void blend(const Taps& taps, int radius, Byte* means, qsizetype size) {
         writeMeans(taps, means, size);
 }
 
+/// A row of stored pixels.
+struct Row {
+    int width; ///< pixels
+    int pixelBytes;
+};
+
 /// The taps of pixel x of a row: those of its neighbours that lie in columns 1 .. width - 1.
-Taps horizontalTaps(const Byte* row, int x, int width, int radius) {
+Taps horizontalTaps(const Byte* bytes, const Row& row, int x, int radius) {
     const std::span<const double> kernel = blurKernel(radius);
     Taps taps;
     for (int k = -radius; k <= radius; ++k) {
         const int column = x + k;
-        if (column > 0 && column < width)
-            taps.add(row + qsizetype(column) * Channels,
+        if (column > 0 && column < row.width)
+            taps.add(bytes + qsizetype(column) * row.pixelBytes,
                      kernel[static_cast<std::size_t>(k + radius)]);
     }
     return taps;
 }
 
-void blurRow(const Byte* row, Byte* blurred, int width, int radius) {
+void blurRow(const Byte* bytes, Byte* blurred, const Row& row, int radius) {
     // Columns firstFull .. endFull - 1 have all their neighbours: one call does them together.
-    const int firstFull = std::min(radius + 1, width);
-    const int endFull = std::max(firstFull, width - radius);
+    const int firstFull = std::min(radius + 1, row.width);
+    const int endFull = std::max(firstFull, row.width - radius);
     const auto writeColumns = [&](int from, int count) {
-        blend(horizontalTaps(row, from, width, radius), radius,
-              blurred + qsizetype(from) * Channels, qsizetype(count) * Channels);
+        blend(horizontalTaps(bytes, row, from, radius), radius,
+              blurred + qsizetype(from) * row.pixelBytes, qsizetype(count) * row.pixelBytes);
     };
     for (int x = 0; x < firstFull; ++x)
         writeColumns(x, 1);
     if (firstFull < endFull)
         writeColumns(firstFull, endFull - firstFull);
-    for (int x = endFull; x < width; ++x)
+    for (int x = endFull; x < row.width; ++x)
         writeColumns(x, 1);
 }
 
+/// Whether opaque pixels stay opaque in a row or column of `size` pixels: the mean of equal bytes
+/// may be one less at the borders, where only some of the weights count.
+bool staysOpaque(int size, int radius) {
+    constexpr Byte Opaque = 127;
+    // Long enough to have every combination of neighbours that a longer one has.
+    const int length = std::min(size, 4 * radius + 4);
+    const std::vector<Byte> alphas(static_cast<std::size_t>(length), Opaque);
+    std::vector<Byte> blurred(alphas.size());
+    blurRow(alphas.data(), blurred.data(), {length, 1}, radius);
+    return blurred == alphas;
+}
+
+/// The same pixels with all their channels stored.
+PixelImage withAllChannels(const PixelImage& image) {
+    PixelImage result(image.width, image.height, Channels::All);
+    withChannels(image.channels, [&]<Channels channels>() {
+        for (int y = 0; y < image.height; ++y) {
+            for (qsizetype x = 0; x < image.width; ++x)
+                storePixel<Channels::All>(
+                    result.row(y) + x * result.pixelBytes(),
+                    pixelWord<channels>(image.row(y) + x * image.pixelBytes()));
+        }
+    });
+    return result;
+}
+
 /// Takes over each blurred pixel that differs from its original by at most `limit` in all.
-void keepSmallChanges(const Byte* blurred, Byte* original, int width, int limit) {
-    for (qsizetype i = 0; i < qsizetype(width) * Channels; i += Channels) {
+void keepSmallChanges(const Byte* blurred, Byte* original, const Row& row, int limit) {
+    // One stored byte stands for three channels.
+    const int weight = row.pixelBytes == 1 ? 3 : 1;
+    const qsizetype size = qsizetype(row.width) * row.pixelBytes;
+    for (qsizetype i = 0; i < size; i += row.pixelBytes) {
         int difference = 0;
-        for (qsizetype c = i; c < i + Channels; ++c)
-            difference += std::abs(blurred[c] - original[c]);
+        for (qsizetype c = i; c < i + row.pixelBytes; ++c)
+            difference += weight * std::abs(blurred[c] - original[c]);
         if (difference <= limit)
-            std::memcpy(original + i, blurred + i, Channels);
+            std::copy_n(blurred + i, row.pixelBytes, original + i);
     }
 }
 
 /// The horizontally blurred rows around the current one, each row computed once.
 class RowWindow {
 public:
-    RowWindow(int width, int radius)
-        : rowBytes(qsizetype(width) * Channels), rowCount(2 * radius + 1),
+    RowWindow(qsizetype rowBytes, int radius)
+        : rowBytes(rowBytes), rowCount(2 * radius + 1),
           bytes(static_cast<std::size_t>(rowBytes * rowCount)) {
     }
     Byte* row(int y) {
@@ -146,29 +181,35 @@ Taps verticalTaps(RowWindow& window, int y, int height, int radius) {
 
 } // namespace
 
-void blur(ImageData& image, float radius, float delta) {
+void blur(PixelImage& image, float radius, float delta) {
     const int wholeRadius = floorToInt(static_cast<double>(radius));
     if (wholeRadius < 1)
         return;
     const int r = std::min(wholeRadius, MaxBlurRadius);
     const int limit = std::min(truncateToInt(static_cast<double>(std::fabs(delta))), LargestLimit);
-    const qsizetype rowBytes = qsizetype(image.width) * Channels;
-    Byte* pixels = reinterpret_cast<Byte*>(image.data.data());
-    RowWindow window(image.width, r);
+    if (image.channels != Channels::All &&
+        !(staysOpaque(image.width, r) && staysOpaque(image.height, r)))
+        image = withAllChannels(image);
+    const Row shape{image.width, static_cast<int>(image.pixelBytes())};
+    const qsizetype rowBytes = image.rowBytes();
+    const auto bytesOf = [&](int y) { return reinterpret_cast<Byte*>(image.row(y)); };
+    RowWindow window(rowBytes, r);
     std::vector<Byte> blurred(static_cast<std::size_t>(rowBytes));
     int nextRow = 0;
     // In place: when row y is replaced, the horizontal pass has gone past it already.
     for (int y = 0; y < image.height; ++y) {
-        for (; nextRow < image.height && nextRow <= y + r; ++nextRow)
-            blurRow(pixels + rowBytes * nextRow, window.row(nextRow), image.width, r);
+        for (; nextRow < image.height && nextRow <= y + r; ++nextRow) {
+            if (nextRow + 1 < image.height)
+                prefetch(bytesOf(nextRow + 1), rowBytes);
+            blurRow(bytesOf(nextRow), window.row(nextRow), shape, r);
+        }
         const Taps taps = verticalTaps(window, y, image.height, r);
-        Byte* row = pixels + rowBytes * y;
         if (limit >= LargestDifference) {
-            blend(taps, r, row, rowBytes);
+            blend(taps, r, bytesOf(y), rowBytes);
             continue;
         }
         blend(taps, r, blurred.data(), rowBytes);
-        keepSmallChanges(blurred.data(), row, image.width, limit);
+        keepSmallChanges(blurred.data(), bytesOf(y), shape, limit);
     }
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "imagedata.h"
+#include "pixelimage.h"
 
 namespace ovtrace {
 
@@ -9,6 +9,6 @@ namespace ovtrace {
 /// `radius` is floored to whole pixels: below 1 nothing happens, above 5 counts as 5. A pixel
 /// whose four channels together would change by more than |delta| (at most 1024) keeps its
 /// colour. Column 0 and row 0 never contribute to a mean, not even to their own.
-void blur(ImageData& image, float radius, float delta);
+void blur(PixelImage& image, float radius, float delta);
 
 } // namespace ovtrace

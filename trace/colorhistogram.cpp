@@ -3,43 +3,50 @@
 namespace ovtrace {
 namespace {
 
-constexpr unsigned FirstPlaceBits = 10;
+constexpr unsigned FirstHashBits = 6;
 
 } // namespace
 
-ColorHistogram::ColorHistogram(std::size_t largestSize)
-    : largestSize(largestSize), shift(32 - FirstPlaceBits),
-      places(std::size_t(1) << FirstPlaceBits) {
+ColorHistogram::ColorHistogram(std::size_t largestCells)
+    : largestCells(largestCells), cells{0}, counters((largestCells + 1) * BlockSize),
+      opaque(std::size_t(1) << 3 * CellBits), hashed(std::size_t(1) << FirstHashBits),
+      hashedShift(32 - FirstHashBits) {
+}
+
+std::uint32_t ColorHistogram::addBlock(std::uint32_t color) {
+    const std::uint32_t cell = color & ~PlaceMask;
+    const auto block = static_cast<std::uint32_t>(cells.size()) * BlockSize;
+    cells.push_back(cell);
+    if (color >> 24U == 255U) {
+        opaque[opaqueCell(color)] = block;
+        return block;
+    }
+    if (++hashedCells * 2 > hashed.size())
+        growHashed();
+    hashed[hashedPlaceOf(cell)] = {cell, block};
+    return block;
+}
+
+void ColorHistogram::growHashed() {
+    std::vector<HashedCell> smaller(hashed.size() * 2);
+    smaller.swap(hashed);
+    --hashedShift;
+    for (const HashedCell& used : smaller) {
+        if (used.block != NoBlock)
+            hashed[hashedPlaceOf(used.cell)] = used;
+    }
 }
 
 std::vector<ColorHistogram::Entry> ColorHistogram::entries() const {
     std::vector<Entry> used;
-    used.reserve(size);
-    for (const Entry& entry : places) {
-        if (entry.count != 0)
-            used.push_back(entry);
+    for (std::size_t block = 1; block < cells.size(); ++block) {
+        for (std::uint32_t place = 0; place < BlockSize; ++place) {
+            const std::uint32_t count = counters[block * BlockSize + place];
+            if (count != 0)
+                used.push_back({cells[block] | colorInCell(place), count});
+        }
     }
     return used;
-}
-
-bool ColorHistogram::insert(Entry& place, Entry entry) {
-    if (size == largestSize)
-        return false;
-    ++size;
-    place = entry;
-    if (size * 2 > places.size())
-        grow();
-    return true;
-}
-
-void ColorHistogram::grow() {
-    std::vector<Entry> smaller(places.size() * 2);
-    smaller.swap(places);
-    --shift;
-    for (const Entry& entry : smaller) {
-        if (entry.count != 0)
-            places[placeOf(entry.color)] = entry;
-    }
 }
 
 } // namespace ovtrace

@@ -1,6 +1,8 @@
 #pragma once
 
-#include <cstdint>
+#include "lazyarray.h"
+#include "pixelimage.h"
+
 #include <vector>
 
 namespace ovtrace {
@@ -9,24 +11,32 @@ namespace ovtrace {
 ///
 /// Even a photograph has far fewer colours than pixels: what is worked out once a colour need not
 /// be worked out again for every pixel. Colours are channelWord()s.
+///
+/// The colour space is cut into cells of 4 x 4 x 4 colours of one alpha. A cell that occurs gets a
+/// block of counters, side by side: colours that are alike, as those of neighbouring pixels are,
+/// are counted near each other in memory. The blocks of opaque cells are found by a directory of
+/// all such cells, the others by a hash table.
 class ColorHistogram {
 public:
     struct Entry {
-        std::uint32_t color = 0;
-        std::uint32_t count = 0; ///< occurrences; 0 marks an unused place
+        std::uint32_t color;
+        std::uint32_t count; ///< occurrences, at least 1
     };
 
-    /// Holds up to `largestSize` colours.
-    explicit ColorHistogram(std::size_t largestSize);
+    /// Holds the colours of up to `largestCells` cells.
+    explicit ColorHistogram(std::size_t largestCells);
 
-    /// Counts `count` more occurrences. False when there would be too many colours.
-    bool add(std::uint32_t color, std::uint32_t count) {
-        Entry& entry = places[placeOf(color)];
-        if (entry.count != 0) {
-            entry.count += count;
-            return true;
+    /// Counts `count` more occurrences of a colour, opaque unless the channels are all. False when
+    /// there would be too many cells.
+    template <Channels channels> bool add(std::uint32_t color, std::uint32_t count) {
+        std::uint32_t block = blockOf<channels>(color);
+        if (block == NoBlock) {
+            if (cells.size() > largestCells)
+                return false;
+            block = addBlock(color);
         }
-        return insert(entry, {color, count});
+        counters[block + placeInCell(color)] += count;
+        return true;
     }
 
     /// The distinct colours with their counts, in no particular order.
@@ -34,53 +44,64 @@ public:
 
     /// Replaces the count of a colour that has been counted by a number of the caller's.
     void setValue(std::uint32_t color, std::uint32_t value) {
-        places[placeOf(color)].count = value + 1; // still in use
+        counters[blockOf<Channels::All>(color) + placeInCell(color)] = value;
     }
-
-    /// Gives those numbers back. A small value of its own, which a loop can keep in registers
-    /// while it writes bytes; valid until colours are added.
-    class Values {
-    public:
-        std::uint32_t operator()(std::uint32_t color) const {
-            return places[probe(places, mask, shift, color)].count - 1;
-        }
-
-    private:
-        friend class ColorHistogram;
-        Values(const Entry* places, std::size_t mask, unsigned shift)
-            : places(places), mask(mask), shift(shift) {
-        }
-
-        const Entry* places;
-        std::size_t mask;
-        unsigned shift;
-    };
-    Values values() const {
-        return {places.data(), places.size() - 1, shift};
+    /// Gives that number back.
+    template <Channels channels> std::uint32_t value(std::uint32_t color) const {
+        return counters[blockOf<channels>(color) + placeInCell(color)];
     }
 
 private:
-    /// Spreads colours over the places: 2^32 divided by the golden ratio.
-    static constexpr std::uint32_t Scatter = 0x9e3779b1U;
+    static constexpr unsigned PlaceBits = 2; ///< of each colour channel, within a cell
+    static constexpr unsigned CellBits = 8 - PlaceBits;
+    static constexpr std::uint32_t BlockSize = 1U << 3 * PlaceBits;
+    /// The first counter of no block: that of block 0, which is never used.
+    static constexpr std::uint32_t NoBlock = 0;
+    static constexpr std::uint32_t PlaceMask = ((1U << PlaceBits) - 1U) * 0x010101U;
 
-    /// Where the colour is, or the unused place where it belongs.
-    static std::size_t probe(const Entry* places, std::size_t mask, unsigned shift,
-                             std::uint32_t color) {
-        std::size_t place = color * Scatter >> shift;
-        while (places[place].count != 0 && places[place].color != color)
-            place = (place + 1) & mask;
+    static std::uint32_t placeInCell(std::uint32_t color) {
+        const std::uint32_t low = color & PlaceMask;
+        return (low | low >> (8U - PlaceBits) | low >> 2U * (8U - PlaceBits)) & (BlockSize - 1U);
+    }
+    /// The channel bits of the colour at that place.
+    static std::uint32_t colorInCell(std::uint32_t place) {
+        return (place | place << (8U - PlaceBits) | place << 2U * (8U - PlaceBits)) & PlaceMask;
+    }
+    static std::uint32_t opaqueCell(std::uint32_t color) {
+        constexpr std::uint32_t Mask = (1U << CellBits) - 1U;
+        return (color >> PlaceBits & Mask) | (color >> 2U * PlaceBits & Mask << CellBits) |
+               (color >> 3U * PlaceBits & Mask << 2U * CellBits);
+    }
+    /// The block's first counter, or NoBlock.
+    template <Channels channels> std::uint32_t blockOf(std::uint32_t color) const {
+        if (channels == Channels::All && color >> 24U != 255U)
+            return hashed[hashedPlaceOf(color & ~PlaceMask)].block;
+        return opaque[opaqueCell(color)];
+    }
+    std::uint32_t addBlock(std::uint32_t color);
+
+    /// A place of the hash table, unused with no block.
+    struct HashedCell {
+        std::uint32_t cell = 0;
+        std::uint32_t block = NoBlock;
+    };
+    /// Where the cell is, or the unused place where it belongs.
+    std::size_t hashedPlaceOf(std::uint32_t cell) const {
+        constexpr std::uint32_t Scatter = 0x9e3779b1U; // 2^32 divided by the golden ratio
+        std::size_t place = cell * Scatter >> hashedShift;
+        while (hashed[place].block != NoBlock && hashed[place].cell != cell)
+            place = (place + 1) & (hashed.size() - 1);
         return place;
     }
-    std::size_t placeOf(std::uint32_t color) const {
-        return probe(places.data(), places.size() - 1, shift, color);
-    }
-    bool insert(Entry& place, Entry entry);
-    void grow();
+    void growHashed();
 
-    std::size_t largestSize;
-    std::size_t size = 0;
-    unsigned shift;
-    std::vector<Entry> places; ///< a power of two of them, at most half in use
+    std::size_t largestCells;
+    std::vector<std::uint32_t> cells;  ///< by block: the first colour of its cell
+    LazyArray<std::uint32_t> counters; ///< by block and place in the cell
+    LazyArray<std::uint32_t> opaque;   ///< by cell: its block
+    std::vector<HashedCell> hashed;    ///< a power of two of places, at most half in use
+    unsigned hashedShift;
+    std::size_t hashedCells = 0;
 };
 
 } // namespace ovtrace

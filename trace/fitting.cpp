@@ -141,15 +141,19 @@ void fitseq(const InternodePath& nodes, float ltres, float qtres, int start, int
     if (end < 0 || end >= static_cast<int>(nodes.size()))
         return;
     // A stack of its own in place of recursion, which a long outline could take very deep.
-    std::vector<Sequence> pending{{start, end}};
-    while (!pending.empty()) {
-        const Sequence sequence = pending.back();
-        pending.pop_back();
+    std::vector<Sequence> pending;
+    Sequence sequence{start, end};
+    for (;;) {
         const int split = fitOrSplit(SequenceFitter(nodes, sequence), static_cast<double>(ltres),
                                      static_cast<double>(qtres), traced);
         if (split >= 0) {
             pending.push_back({split, sequence.end});
-            pending.push_back({sequence.start, split});
+            sequence.end = split;
+        } else if (!pending.empty()) {
+            sequence = pending.back();
+            pending.pop_back();
+        } else {
+            return;
         }
     }
 }

@@ -1,78 +1,216 @@
 #include "imageload.h"
 
+#include "kernels/prefetch.h"
+#include "preprocess.h"
+
 #include <QImage>
 
-#include <bit>
-#include <cstring>
+#include <algorithm>
+#include <array>
+#include <new>
 
 namespace ovtrace {
 namespace {
 
-/// Flips the top bit of each channel: value 0..255 becomes value - 128 in a signed byte.
-constexpr QRgb StoredFlip = 0x80808080U;
+constexpr QRgb Alpha = 0xff000000U;
 
-void storePixel(char* stored, QRgb pixel) {
-    const QRgb flipped = pixel ^ StoredFlip;
-    if constexpr (std::endian::native == std::endian::little) {
-        // Red and blue change places: ARGB words lie in memory as blue, green, red, alpha.
-        const QRgb word =
-            (flipped & 0xff00ff00U) | (flipped >> 16 & 0xffU) | (flipped & 0xffU) << 16;
-        std::memcpy(stored, &word, sizeof word);
-    } else {
-        stored[0] = static_cast<char>(qRed(flipped));
-        stored[1] = static_cast<char>(qGreen(flipped));
-        stored[2] = static_cast<char>(qBlue(flipped));
-        stored[3] = static_cast<char>(qAlpha(flipped));
+constexpr char StoredWhite = 127;
+constexpr char StoredBlack = -128;
+
+/// A QRgb as a channelWord(): red and blue change places.
+std::uint32_t toWord(QRgb pixel) {
+    return (pixel & 0xff00ff00U) | (pixel >> 16U & 0xffU) | (pixel & 0xffU) << 16U;
+}
+
+/// Asks for the row after row y, if there is one.
+void prefetchNextRow(const QImage& image, int y) {
+    if (y + 1 < image.height())
+        prefetch(image.constScanLine(y + 1), image.bytesPerLine());
+}
+
+const QRgb* wordsOf(const QImage& image, int y) {
+    return reinterpret_cast<const QRgb*>(image.constScanLine(y));
+}
+
+/// What the pixels or colours seen so far need to have stored.
+class ChannelNeeds {
+public:
+    void look(const QRgb* pixels, qsizetype count) {
+        for (qsizetype i = 0; i < count; ++i) {
+            differences |= pixels[i] ^ pixels[i] >> 8U;
+            alphas &= pixels[i];
+        }
     }
+    bool color() const {
+        return (differences & 0xffffU) != 0;
+    }
+    bool alpha() const {
+        return (alphas & Alpha) != Alpha;
+    }
+
+private:
+    QRgb differences = 0; ///< between neighbouring channels, in the two lower bytes
+    QRgb alphas = Alpha;
+};
+
+Channels channelsOf(const ChannelNeeds& needs, bool mayHaveAlpha) {
+    if (mayHaveAlpha && needs.alpha())
+        return Channels::All;
+    return needs.color() ? Channels::Opaque : Channels::Grey;
 }
 
-/// A row of a format whose scan lines hold what pixel() returns, but for the alpha in `opaque`.
-void loadRowRgb32(const uchar* line, int width, QRgb opaque, char* stored) {
-    const QRgb* row = reinterpret_cast<const QRgb*>(line);
-    for (int x = 0; x < width; ++x)
-        storePixel(stored + qsizetype(x) * 4, row[x] | opaque);
+Channels channelsOfWords(const QImage& image) {
+    const bool mayHaveAlpha = image.hasAlphaChannel();
+    ChannelNeeds needs;
+    // Most images that need more than grey show it soon.
+    for (int y = 0; y < image.height(); ++y) {
+        prefetchNextRow(image, y);
+        needs.look(wordsOf(image, y), image.width());
+        if (mayHaveAlpha ? needs.alpha() : needs.color())
+            break;
+    }
+    return channelsOf(needs, mayHaveAlpha);
 }
 
-void loadRowGrey8(const uchar* line, int width, char* stored) {
-    for (int x = 0; x < width; ++x)
-        storePixel(stored + qsizetype(x) * 4, qRgb(line[x], line[x], line[x]));
-}
-
-void loadRow(const QImage& image, int y, char* stored) {
+/// The channels that the image needs; at times more where looking would be slow.
+Channels channelsOf(const QImage& image) {
     switch (image.format()) {
     case QImage::Format_RGB32:
-        loadRowRgb32(image.constScanLine(y), image.width(), 0xff000000U, stored);
-        break;
     case QImage::Format_ARGB32:
-        loadRowRgb32(image.constScanLine(y), image.width(), 0, stored);
+        return channelsOfWords(image);
+    case QImage::Format_Mono:
+    case QImage::Format_MonoLSB:
+    case QImage::Format_Indexed8: {
+        const QList<QRgb> colors = image.colorTable();
+        ChannelNeeds needs;
+        needs.look(colors.constData(), colors.size());
+        return channelsOf(needs, true);
+    }
+    case QImage::Format_Grayscale8:
+    case QImage::Format_Grayscale16:
+        return Channels::Grey;
+    case QImage::Format_RGB16:
+    case QImage::Format_RGB888:
+    case QImage::Format_BGR888:
+    case QImage::Format_RGBX8888:
+    case QImage::Format_RGBX64:
+        return Channels::Opaque;
+    default:
+        return Channels::All;
+    }
+}
+
+/// The colours of an image with a colour table, by index, as channelWord()s; black if missing.
+class ColorTable {
+public:
+    explicit ColorTable(const QImage& image) {
+        const QList<QRgb> table = image.colorTable();
+        colors.fill(toWord(Alpha));
+        std::transform(table.begin(),
+                       table.begin() + std::min(table.size(), qsizetype(colors.size())),
+                       colors.begin(), toWord);
+    }
+    std::uint32_t operator[](unsigned index) const {
+        return colors[index];
+    }
+
+private:
+    std::array<std::uint32_t, 256> colors{};
+};
+
+/// Stores a row of pixels; wordAt(x) is the channelWord() of the one at x.
+template <Channels channels, typename WordAt>
+void storeRow(char* stored, int width, const WordAt& wordAt) {
+    for (int x = 0; x < width; ++x)
+        storePixel<channels>(stored + x * static_cast<qsizetype>(channels), wordAt(x));
+}
+
+/// Stores the pixels of `image` as rows of `pixels` from row `top` on.
+template <Channels channels> void loadRows(const QImage& image, PixelImage& pixels, int top) {
+    const int width = image.width();
+    const auto store = [&](const auto& wordAtRow) {
+        for (int y = 0; y < image.height(); ++y) {
+            prefetchNextRow(image, y);
+            storeRow<channels>(pixels.row(top + y), width, wordAtRow(y));
+        }
+    };
+    switch (image.format()) {
+    case QImage::Format_RGB32:
+    case QImage::Format_ARGB32:
+        store([&](int y) { return [row = wordsOf(image, y)](int x) { return toWord(row[x]); }; });
         break;
     case QImage::Format_Grayscale8:
-        loadRowGrey8(image.constScanLine(y), image.width(), stored);
+        store([&](int y) {
+            return [row = image.constScanLine(y)](int x) { return row[x] * 0x010101U | Alpha; };
+        });
+        break;
+    case QImage::Format_Indexed8:
+        store([&, colors = ColorTable(image)](int y) {
+            return [&colors, row = image.constScanLine(y)](int x) { return colors[row[x]]; };
+        });
+        break;
+    case QImage::Format_Mono:
+        store([&, colors = ColorTable(image)](int y) {
+            return [&colors, row = image.constScanLine(y)](int x) {
+                return colors[row[x >> 3] >> (7 - (x & 7)) & 1U];
+            };
+        });
         break;
     default:
-        for (int x = 0; x < image.width(); ++x)
-            storePixel(stored + qsizetype(x) * 4, image.pixel(x, y));
+        store([&](int y) { return [&, y](int x) { return toWord(image.pixel(x, y)); }; });
     }
+}
+
+void loadRows(const QImage& image, PixelImage& pixels, int top) {
+    withChannels(pixels.channels,
+                 [&]<Channels channels>() { loadRows<channels>(image, pixels, top); });
+}
+
+/// What loadRows() stores after applyThreshold(): a grey image of black and white.
+PixelImage loadThresholded(const QImage& image, const Threshold& threshold) {
+    const int width = image.width();
+    PixelImage pixels(width, image.height(), Channels::Grey);
+    const auto blackOrWhite = [threshold](QRgb pixel) {
+        return threshold.isWhite(pixel) ? StoredWhite : StoredBlack;
+    };
+    if (image.format() == QImage::Format_RGB32 || image.format() == QImage::Format_ARGB32) {
+        for (int y = 0; y < image.height(); ++y) {
+            prefetchNextRow(image, y);
+            const QRgb* row = wordsOf(image, y);
+            std::transform(row, row + width, pixels.row(y), blackOrWhite);
+        }
+        return pixels;
+    }
+    if (image.format() == QImage::Format_Grayscale8) {
+        std::array<char, 256> results{};
+        for (unsigned grey = 0; grey < results.size(); ++grey)
+            results[grey] = blackOrWhite(
+                qRgb(static_cast<int>(grey), static_cast<int>(grey), static_cast<int>(grey)));
+        for (int y = 0; y < image.height(); ++y)
+            std::transform(image.constScanLine(y), image.constScanLine(y) + width, pixels.row(y),
+                           [&](uchar grey) { return results[grey]; });
+        return pixels;
+    }
+    // A few rows at a time, so that the changed copy stays in the cache.
+    constexpr int Rows = 16;
+    for (int y = 0; y < image.height(); y += Rows) {
+        QImage rows = image.copy(0, y, width, std::min(Rows, image.height() - y));
+        if (rows.isNull())
+            throw std::bad_alloc(); // the size is right, so it is memory that was missing
+        applyThreshold(rows, threshold);
+        loadRows(rows, pixels, y);
+    }
+    return pixels;
 }
 
 } // namespace
 
-void appendPixels(const QImage& image, QList<char>& data) {
-    // Through a small buffer: the large list is written once, never zeroed first.
-    QList<char> row(qsizetype(4) * image.width());
-    for (int y = 0; y < image.height(); ++y) {
-        loadRow(image, y, row.data());
-        data.append(row);
-    }
-}
-
-ImageData loadImageData(const QImage& image) {
-    ImageData loaded;
-    loaded.width = image.width();
-    loaded.height = image.height();
-    loaded.data.reserve(qsizetype(4) * loaded.width * loaded.height);
-    appendPixels(image, loaded.data);
-    return loaded;
+PixelImage loadPixels(const QImage& image, OptionMap& options) {
+    if (const auto threshold = thresholdFor(image, options))
+        return loadThresholded(image, *threshold);
+    PixelImage pixels(image.width(), image.height(), channelsOf(image));
+    loadRows(image, pixels, 0);
+    return pixels;
 }
 
 } // namespace ovtrace

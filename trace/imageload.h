@@ -1,15 +1,14 @@
 #pragma once
 
-#include "imagedata.h"
+#include "options.h"
+#include "pixelimage.h"
 
 class QImage;
 
 namespace ovtrace {
 
-/// The pixels of `image`, whatever its format, as QImage::pixel() gives them.
-ImageData loadImageData(const QImage& image);
-
-/// Appends the pixels of `image`, row by row, as four stored bytes each.
-void appendPixels(const QImage& image, QList<char>& data);
+/// The pixels of `image`, whatever its format, as QImage::pixel() gives them after preprocessing
+/// with `options`. Stores no more channels than they need.
+PixelImage loadPixels(const QImage& image, OptionMap& options);
 
 } // namespace ovtrace

@@ -78,11 +78,11 @@ Color coarseColor(std::uint32_t key) {
 }
 
 /// The distinct coarse colours of the image in the order in which they are first seen.
-std::vector<Color> coarseColors(const ImageData& image) {
+template <Channels channels> std::vector<Color> coarseColors(const PixelImage& image) {
     std::bitset<65536> seen;
     std::vector<Color> colors;
     for (int y = 0; y < image.height; ++y) {
-        visitRow(image, y, [&](std::uint32_t pixel, int, int) {
+        visitRow<channels>(image, y, [&](std::uint32_t pixel, int, int) {
             const std::uint32_t key = coarseKey(pixel);
             if (seen[key])
                 return;
@@ -105,8 +105,9 @@ Palette generatepalette(int count) {
     return count >= SmallestGrid ? colorGrid(count) : greyRamp(count);
 }
 
-Palette samplepalette(const ImageData& image, int count) {
-    std::vector<Color> sampled = coarseColors(image);
+Palette samplepalette(const PixelImage& image, int count) {
+    std::vector<Color> sampled = withChannels(
+        image.channels, [&]<Channels channels>() { return coarseColors<channels>(image); });
     if (sampled.empty() || count <= 0)
         return {};
     // Not a stable sort: the order of equally dark colours is that of std::sort on this order.

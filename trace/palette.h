@@ -1,7 +1,7 @@
 #pragma once
 
 #include "color.h"
-#include "imagedata.h"
+#include "pixelimage.h"
 
 namespace ovtrace {
 
@@ -17,6 +17,6 @@ Palette generatepalette(int count);
 /// A palette of `count` colours that occur in the image, coarsened to 16 levels a channel and
 /// picked at regular steps from the darkest to the brightest. Colours repeat when the image has
 /// fewer. Empty for count <= 0 or an image without pixels.
-Palette samplepalette(const ImageData& image, int count);
+Palette samplepalette(const PixelImage& image, int count);
 
 } // namespace ovtrace

@@ -1,12 +1,11 @@
 #include "pathscan.h"
 
+#include "lazyarray.h"
 #include "nodetypes.h"
 #include "pathtables.h"
 
 #include <array>
-#include <cstdlib>
 #include <cstring>
-#include <new>
 #include <vector>
 
 namespace ovtrace {
@@ -101,21 +100,6 @@ constexpr auto Turns = makeTurns();
 static_assert(PathDirections[LowerRight] == Up && HoleStarts[LowerRight] == 0);
 static_assert(PathDirections[15 - LowerRight] == Up && HoleStarts[15 - LowerRight] == 1);
 
-/// Zeroed bytes that cost nothing until they are touched.
-struct FreeDeleter {
-    void operator()(std::uint8_t* bytes) const {
-        std::free(bytes);
-    }
-};
-using LazyBytes = std::unique_ptr<std::uint8_t[], FreeDeleter>;
-
-LazyBytes makeLazyBytes(std::size_t size) {
-    LazyBytes bytes(static_cast<std::uint8_t*>(std::calloc(size, 1)));
-    if (!bytes)
-        throw std::bad_alloc();
-    return bytes;
-}
-
 } // namespace
 
 class PathScan::Sweep {
@@ -131,9 +115,8 @@ public:
 template <typename Cell> class PathScan::CellSweep final : public PathScan::Sweep {
 public:
     CellSweep(const CellGrid<Cell>& grid, float pathomit)
-        : grid(grid), pathomit(pathomit),
-          marks(makeLazyBytes(static_cast<std::size_t>(grid.stride) *
-                              (static_cast<std::size_t>(grid.height) + 2))),
+        : grid(grid), pathomit(pathomit), marks(static_cast<std::size_t>(grid.stride) *
+                                                (static_cast<std::size_t>(grid.height) + 2)),
           candidates(static_cast<std::size_t>(grid.stride) + sizeof(std::uint64_t)) {
         const qsizetype stride = grid.stride;
         cellOffsets = {{{-stride, 0}, {-stride - 1, -stride}, {-1, -stride - 1}, {0, -1}}};
@@ -245,7 +228,7 @@ private:
 
     const CellGrid<Cell>& grid;
     const float pathomit;
-    LazyBytes marks; ///< one byte a node, in the layout of the grid
+    LazyArray<std::uint8_t> marks; ///< one byte a node, in the layout of the grid
     std::vector<std::uint8_t> candidates;
     std::array<CellsAhead, 4> cellOffsets{}; ///< from a node's lower right cell, by direction
     std::array<qsizetype, 4> nodeOffsets{};  ///< to the next node, by direction

@@ -1,33 +1,49 @@
 #pragma once
 
-#include "color.h"
-#include "imagedata.h"
-
-#include <array>
+#include "kernels/prefetch.h"
+#include "pixelimage.h"
 
 namespace ovtrace {
 
-/// Whether the four pixels of four stored bytes from `pixels` on all equal the one before them.
-inline bool fourRepeat(const char* pixels) {
-    std::array<std::uint64_t, 2> before{};
-    std::array<std::uint64_t, 2> four{};
-    std::memcpy(before.data(), pixels - 4, sizeof before);
-    std::memcpy(four.data(), pixels, sizeof four);
-    return ((before[0] ^ four[0]) | (before[1] ^ four[1])) == 0;
+/// How many pixels groupRepeats() looks at.
+template <Channels channels> inline constexpr int PixelGroup = channels == Channels::Grey ? 8 : 4;
+
+/// Whether the PixelGroup pixels from `pixels` on all equal the one before them.
+template <Channels channels> bool groupRepeats(const char* pixels) {
+    constexpr std::size_t PixelBytes = static_cast<std::size_t>(channels);
+    constexpr std::size_t Size = PixelGroup<channels> * PixelBytes;
+    constexpr std::size_t Word = sizeof(std::uint64_t);
+    const auto changes = [pixels](std::size_t place) {
+        std::uint64_t before = 0;
+        std::uint64_t here = 0;
+        std::memcpy(&before, pixels + place - PixelBytes, Word);
+        std::memcpy(&here, pixels + place, Word);
+        return before ^ here;
+    };
+    // Two words cover the group; in the middle they may overlap.
+    std::uint64_t changed = changes(0);
+    if constexpr (Size > Word)
+        changed |= changes(Size - Word);
+    return changed == 0;
 }
 
 /// Calls visit(pixel, x, count) for the pixels of row y from left to right, each a channelWord().
 ///
-/// Neighbours that are alike come together where four or more of them are: drawings have long
+/// Neighbours that are alike come together where a whole group of them is: drawings have long
 /// runs, and in photographs a test for every pixel would cost more than it saves.
-template <typename Visit> void visitRow(const ImageData& image, int y, const Visit& visit) {
+template <Channels channels, typename Visit>
+void visitRow(const PixelImage& image, int y, const Visit& visit) {
+    constexpr int Group = PixelGroup<channels>;
+    constexpr auto PixelBytes = static_cast<qsizetype>(channels);
     const int width = image.width;
-    const char* row = image.data.constData() + qsizetype(y) * width * 4;
+    const char* row = image.row(y);
+    if (y + 1 < image.height)
+        prefetch(image.row(y + 1), image.rowBytes());
     for (int x = 0; x < width;) {
-        const std::uint32_t pixel = channelWord(row + qsizetype(x) * 4);
+        const std::uint32_t pixel = pixelWord<channels>(row + x * PixelBytes);
         int end = x + 1;
-        while (end + 4 <= width && fourRepeat(row + qsizetype(end) * 4))
-            end += 4;
+        while (end + Group <= width && groupRepeats<channels>(row + end * PixelBytes))
+            end += Group;
         visit(pixel, x, end - x);
         x = end;
     }

@@ -5,7 +5,6 @@
 #include <QColor>
 #include <QImage>
 
-#include <algorithm>
 #include <cmath>
 
 namespace ovtrace {
@@ -13,20 +12,6 @@ namespace {
 
 constexpr QRgb White = 0xffffffffU;
 constexpr QRgb Black = 0xff000000U;
-
-/// Which colours turn white.
-class Threshold {
-public:
-    Threshold(bool useBrightness, int limit) : useBrightness(useBrightness), limit(limit) {
-    }
-    bool isWhite(const QColor& color) const {
-        return useBrightness && color.lightness() > limit;
-    }
-
-private:
-    bool useBrightness;
-    int limit;
-};
 
 bool takesPixelColors(const QImage& image) {
     switch (image.format()) {
@@ -43,8 +28,8 @@ bool takesPixelColors(const QImage& image) {
 /// The largest sum of two 8-bit channels.
 constexpr int LargestSum = 510;
 
-/// From which sum of its largest and smallest channel on a colour of 8-bit channels turns white:
-/// its lightness follows from that sum alone and grows with it. LargestSum + 1 when none does.
+/// From which sum of its largest and smallest channel on a colour turns white; LargestSum + 1 when
+/// none does.
 int smallestWhiteSum(const Threshold& threshold) {
     int low = 0;
     int high = LargestSum + 1;
@@ -59,16 +44,8 @@ int smallestWhiteSum(const Threshold& threshold) {
 }
 
 /// 32-bit pixels whose bytes are the channels themselves.
-void preprocessRgb32(QImage& image, const Threshold& threshold) {
-    const int whiteSum = smallestWhiteSum(threshold);
-    const auto blackOrWhite = [=](QRgb pixel) {
-        const int red = qRed(pixel);
-        const int green = qGreen(pixel);
-        const int blue = qBlue(pixel);
-        const int larger = std::max(red, std::max(green, blue));
-        const int smaller = std::min(red, std::min(green, blue));
-        return larger + smaller >= whiteSum ? White : Black;
-    };
+void applyToRgb32(QImage& image, const Threshold& threshold) {
+    const auto blackOrWhite = [&](QRgb pixel) { return threshold.isWhite(pixel) ? White : Black; };
     const int width = image.width();
     for (int y = 0; y < image.height(); ++y) {
         QRgb* row = reinterpret_cast<QRgb*>(image.scanLine(y));
@@ -76,7 +53,7 @@ void preprocessRgb32(QImage& image, const Threshold& threshold) {
     }
 }
 
-void preprocessPixels(QImage& image, const Threshold& threshold) {
+void applyToPixels(QImage& image, const Threshold& threshold) {
     const QColor white(255, 255, 255, 255);
     const QColor black(0, 0, 0, 255);
     for (int y = 0; y < image.height(); ++y) {
@@ -89,21 +66,37 @@ void preprocessPixels(QImage& image, const Threshold& threshold) {
 
 } // namespace
 
-void preprocess(QImage& image, OptionMap& options) {
+Threshold::Threshold(bool useBrightness, int limit)
+    : useBrightness(useBrightness), limit(limit), whiteSum(smallestWhiteSum(*this)) {
+}
+
+bool Threshold::isWhite(const QColor& color) const {
+    return useBrightness && color.lightness() > limit;
+}
+
+std::optional<Threshold> thresholdFor(const QImage& image, OptionMap& options) {
     if (!(readOption(options, option::Monochrome) > 0.0))
-        return;
+        return std::nullopt;
     // "usealpha" and "alphathreshold" decide nothing, but reading them leaves their keys behind.
     readOption(options, option::UseAlpha);
     readOption(options, option::AlphaThreshold);
     const bool useBrightness = std::floor(readOption(options, option::UseBrightness)) != 0.0;
     const int limit = floorToInt(readOption(options, option::BrightnessThreshold));
     if (!takesPixelColors(image))
-        return;
-    const Threshold threshold(useBrightness, limit);
+        return std::nullopt;
+    return Threshold(useBrightness, limit);
+}
+
+void applyThreshold(QImage& image, const Threshold& threshold) {
     if (image.format() == QImage::Format_RGB32 || image.format() == QImage::Format_ARGB32)
-        preprocessRgb32(image, threshold);
+        applyToRgb32(image, threshold);
     else
-        preprocessPixels(image, threshold);
+        applyToPixels(image, threshold);
+}
+
+void preprocess(QImage& image, OptionMap& options) {
+    if (const auto threshold = thresholdFor(image, options))
+        applyThreshold(image, *threshold);
 }
 
 } // namespace ovtrace

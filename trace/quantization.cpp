@@ -11,11 +11,11 @@
 namespace ovtrace {
 namespace {
 
-constexpr int Channels = 4;
+constexpr std::size_t ChannelCount = 4;
 
 /// The pixels that one colour got in a cycle.
 struct Share {
-    std::array<std::int64_t, Channels> sums{}; ///< of channel values 0..255
+    std::array<std::int64_t, ChannelCount> sums{}; ///< of channel values 0..255
     std::int64_t pixels = 0;
 };
 
@@ -52,11 +52,11 @@ void unpack(std::vector<PackedShare>& packed, Shares& shares) {
 }
 
 /// Stores the index of every pixel; find(pixel) says which.
-template <typename Cell, typename Find>
-void storeIndices(const ImageData& image, CellGrid<Cell>& grid, Find find) {
+template <Channels channels, typename Cell, typename Find>
+void storeIndices(const PixelImage& image, CellGrid<Cell>& grid, Find find) {
     for (int y = 0; y < image.height; ++y) {
         Cell* cells = grid.rowCells(y + 1) + 1;
-        visitRow(image, y, [&](std::uint32_t pixel, int x, int count) {
+        visitRow<channels>(image, y, [&](std::uint32_t pixel, int x, int count) {
             const auto index = static_cast<Cell>(find(pixel));
             cells[x] = index;
             if (count > 1)
@@ -66,9 +66,9 @@ void storeIndices(const ImageData& image, CellGrid<Cell>& grid, Find find) {
 }
 
 /// The pixels of an image, one by one: what is left when they have too many colours.
-template <VectorLevel Level> class SinglePixels {
+template <VectorLevel Level, Channels channels> class SinglePixels {
 public:
-    explicit SinglePixels(const ImageData& image) : image(image) {
+    explicit SinglePixels(const PixelImage& image) : image(image) {
     }
 
     /// Assigns all pixels and returns what each of the colours got.
@@ -82,7 +82,7 @@ public:
                 room = PackedPixels;
             }
             room -= image.width;
-            visitRow(image, y, [&](std::uint32_t pixel, int, int count) {
+            visitRow<channels>(image, y, [&](std::uint32_t pixel, int, int count) {
                 packed[static_cast<std::size_t>(nearest.find<Level>(pixel))].add(
                     pixel, static_cast<std::uint64_t>(count));
             });
@@ -92,17 +92,18 @@ public:
     }
 
     template <typename Cell> void store(NearestColor& nearest, CellGrid<Cell>& grid) {
-        storeIndices(image, grid, [&](std::uint32_t pixel) { return nearest.find<Level>(pixel); });
+        storeIndices<channels>(image, grid,
+                               [&](std::uint32_t pixel) { return nearest.find<Level>(pixel); });
     }
 
 private:
-    const ImageData& image;
+    const PixelImage& image;
 };
 
 /// The pixels of an image, counted by colour.
-template <VectorLevel Level> class CountedPixels {
+template <VectorLevel Level, Channels channels> class CountedPixels {
 public:
-    CountedPixels(const ImageData& image, ColorHistogram& histogram)
+    CountedPixels(const PixelImage& image, ColorHistogram& histogram)
         : image(image), histogram(histogram), entries(histogram.entries()) {
     }
 
@@ -110,7 +111,7 @@ public:
         Shares shares(colors);
         for (const ColorHistogram::Entry& entry : entries) {
             Share& share = shares[static_cast<std::size_t>(nearest.find<Level>(entry.color))];
-            for (std::size_t c = 0; c < Channels; ++c)
+            for (std::size_t c = 0; c < ChannelCount; ++c)
                 share.sums[c] += std::int64_t(entry.color >> 8 * c & 255U) * entry.count;
             share.pixels += entry.count;
         }
@@ -122,33 +123,34 @@ public:
             const int index = nearest.find<Level>(entry.color);
             histogram.setValue(entry.color, static_cast<std::uint32_t>(index));
         }
-        storeIndices(image, grid, histogram.values());
+        storeIndices<channels>(
+            image, grid, [&](std::uint32_t pixel) { return histogram.value<channels>(pixel); });
     }
 
 private:
-    const ImageData& image;
+    const PixelImage& image;
     ColorHistogram& histogram;
     std::vector<ColorHistogram::Entry> entries;
 };
 
 /// Counts the colours of the image; false when they are too many to be worth it.
-bool countColors(const ImageData& image, ColorHistogram& histogram) {
+template <Channels channels> bool countColors(const PixelImage& image, ColorHistogram& histogram) {
     bool counted = true;
     for (int y = 0; y < image.height && counted; ++y) {
-        visitRow(image, y, [&](std::uint32_t pixel, int, int count) {
-            counted = counted && histogram.add(pixel, static_cast<std::uint32_t>(count));
+        visitRow<channels>(image, y, [&](std::uint32_t pixel, int, int count) {
+            counted = counted && histogram.add<channels>(pixel, static_cast<std::uint32_t>(count));
         });
     }
     return counted;
 }
 
-/// How many colours are worth counting in an image of so many pixels. None in one whose counts
-/// might not fit their 32 bits.
-std::size_t countableColors(std::int64_t pixels) {
+/// How many cells of the histogram are worth having for an image of so many pixels. None in one
+/// whose counts might not fit their 32 bits.
+std::size_t countableCells(std::int64_t pixels) {
     constexpr std::int64_t LargestCount = 0xffffffff;
-    constexpr std::int64_t Fewest = 4096;
-    constexpr std::int64_t Most = 1 << 19;
-    return pixels < LargestCount ? static_cast<std::size_t>(std::clamp(pixels / 8, Fewest, Most))
+    constexpr std::int64_t Fewest = 512;
+    constexpr std::int64_t Most = 1 << 16;
+    return pixels < LargestCount ? static_cast<std::size_t>(std::clamp(pixels / 64, Fewest, Most))
                                  : 0;
 }
 
@@ -198,34 +200,37 @@ void runCycles(Pixels pixels, Palette& palette, const QuantizationOptions& optio
     pixels.store(nearest, grid);
 }
 
-template <VectorLevel Level, typename Cell>
-void runCycles(const ImageData& image, Palette& palette, const QuantizationOptions& options,
+template <VectorLevel Level, Channels channels, typename Cell>
+void runCycles(const PixelImage& image, Palette& palette, const QuantizationOptions& options,
                CellGrid<Cell>& grid) {
-    ColorHistogram histogram(countableColors(std::int64_t(image.width) * image.height));
-    if (countColors(image, histogram))
-        runCycles(CountedPixels<Level>(image, histogram), palette, options, grid);
+    ColorHistogram histogram(countableCells(std::int64_t(image.width) * image.height));
+    if (countColors<channels>(image, histogram))
+        runCycles(CountedPixels<Level, channels>(image, histogram), palette, options, grid);
     else
-        runCycles(SinglePixels<Level>(image), palette, options, grid);
+        runCycles(SinglePixels<Level, channels>(image), palette, options, grid);
 }
 
 template <typename Cell>
-CellGrid<Cell> quantize(const ImageData& image, Palette& palette,
+CellGrid<Cell> quantize(const PixelImage& image, Palette& palette,
                         const QuantizationOptions& options) {
     CellGrid<Cell> grid(image.width, image.height);
     if (options.cycles < 1 || palette.empty()) {
         for (int y = 0; y < image.height; ++y)
             std::fill_n(grid.rowCells(y + 1) + 1, image.width, Cell(0));
-    } else if (vectorLevel() == VectorLevel::Sse2) {
-        runCycles<VectorLevel::Sse2>(image, palette, options, grid);
-    } else {
-        runCycles<VectorLevel::Scalar>(image, palette, options, grid);
+        return grid;
     }
+    withChannels(image.channels, [&]<Channels channels>() {
+        if (vectorLevel() == VectorLevel::Ssse3)
+            runCycles<VectorLevel::Ssse3, channels>(image, palette, options, grid);
+        else
+            runCycles<VectorLevel::Scalar, channels>(image, palette, options, grid);
+    });
     return grid;
 }
 
 } // namespace
 
-QuantizedImage colorquantization(const ImageData& image, Palette& palette,
+QuantizedImage colorquantization(const PixelImage& image, Palette& palette,
                                  const QuantizationOptions& options) {
     const int colors = static_cast<int>(palette.size());
     if (palette.size() <= LargestBytePalette)

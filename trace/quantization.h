@@ -1,8 +1,8 @@
 #pragma once
 
 #include "color.h"
-#include "imagedata.h"
 #include "indexgrid.h"
+#include "pixelimage.h"
 
 namespace ovtrace {
 
@@ -19,7 +19,7 @@ struct QuantizationOptions {
 /// ties go to the lower index, and so does a pixel at a distance of 1024 or more from all.
 /// Returns the indices of the last cycle (all 0 without one); `palette` is left as that cycle
 /// used it. An empty palette makes no cycle run.
-QuantizedImage colorquantization(const ImageData& image, Palette& palette,
+QuantizedImage colorquantization(const PixelImage& image, Palette& palette,
                                  const QuantizationOptions& options);
 
 } // namespace ovtrace

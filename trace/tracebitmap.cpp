@@ -17,9 +17,6 @@
 
 #include <QImage>
 
-#include <algorithm>
-#include <new>
-
 using namespace ovtrace;
 
 OvTraceBitmap::OvTraceBitmap() : options(defaultOptions()) {
@@ -57,8 +54,7 @@ QList<OvPolyline> OvTraceBitmap::trace(const QImage& image) {
     polylineLayers.clear();
     if (image.isNull() || image.width() == 0 || image.height() == 0)
         return {};
-    loadPreprocessed(image);
-    colorquantization();
+    colorquantization(image);
 
     const LayerSet layers(*indexedImage);
     // Floored to a whole number first, unlike the two tolerances.
@@ -68,7 +64,7 @@ QList<OvPolyline> OvTraceBitmap::trace(const QImage& image) {
 
     // Each outline goes all the way while it is warm in the cache.
     PathScan scan(layers, pathomit);
-    PolylineOutput output(imageData.width, imageData.height);
+    PolylineOutput output(image.width(), image.height());
     Path path;
     InternodePath nodes;
     TracedPath traced;
@@ -92,44 +88,26 @@ QImage OvTraceBitmap::getPreprocessed(const QImage& image) {
     return copy;
 }
 
-void OvTraceBitmap::loadPreprocessed(const QImage& image) {
+void OvTraceBitmap::colorquantization(const QImage& image) {
     // The last trace's pixels go before the new ones come.
+    imageData.reset();
     indexedImage.reset();
-    imageData = {};
-    imageData.width = image.width();
-    imageData.height = image.height();
-    imageData.data.reserve(qsizetype(4) * image.width() * image.height());
-    // A few rows at a time: preprocessing changes a copy that stays in the cache.
-    constexpr int Rows = 16;
-    for (int y = 0; y < image.height(); y += Rows) {
-        QImage rows = image.copy(0, y, image.width(), std::min(Rows, image.height() - y));
-        if (rows.isNull())
-            throw std::bad_alloc(); // the size is right, so it is memory that was missing
-        preprocess(rows);
-        appendPixels(rows, imageData.data);
-    }
-}
-
-void OvTraceBitmap::blur(float radius, float delta) {
-    ovtrace::blur(imageData, radius, delta);
-}
-
-void OvTraceBitmap::colorquantization() {
+    PixelImage pixels = loadPixels(image, options);
     const int colors = floorToInt(readOption(options, option::NumberOfColors));
     const double minColorRatio = readOption(options, option::MinColorRatio);
     const int cycles = floorToInt(readOption(options, option::ColorQuantCycles));
     if (palette.isEmpty()) {
         // Before the blur: a sampled palette sees the image as it was loaded.
         const bool sampling = readOption(options, option::ColorSampling) != 0.0;
-        palette =
-            toColorLists(sampling ? samplepalette(imageData, colors) : generatepalette(colors));
+        palette = toColorLists(sampling ? samplepalette(pixels, colors) : generatepalette(colors));
     }
     const double blurRadius = readOption(options, option::BlurRadius);
     if (blurRadius > 0.0)
-        blur(static_cast<float>(blurRadius),
+        blur(pixels, static_cast<float>(blurRadius),
              static_cast<float>(readOption(options, option::BlurDelta)));
     Palette working = toPalette(palette);
     indexedImage = std::make_shared<const QuantizedImage>(
-        ovtrace::colorquantization(imageData, working, {cycles, minColorRatio}));
+        ovtrace::colorquantization(pixels, working, {cycles, minColorRatio}));
+    imageData = std::make_shared<const PixelImage>(std::move(pixels));
     updateColorLists(working, palette);
 }

@@ -15,8 +15,9 @@
 class QImage;
 
 namespace ovtrace {
+class PixelImage;
 struct QuantizedImage;
-}
+} // namespace ovtrace
 
 /// Turns raster images into the outlines of their colour regions.
 ///
@@ -70,13 +71,12 @@ public:
 private:
     friend class TraceBitmapProbe; ///< the tests' view of the members
 
-    void loadPreprocessed(const QImage& image);
-    void blur(float radius, float delta);
-    void colorquantization();
+    void colorquantization(const QImage& image);
 
     QList<QList<char>> palette;
     QMap<QString, double> options;
-    ImageData imageData;
-    std::shared_ptr<const ovtrace::QuantizedImage> indexedImage; ///< shared by copies
+    // What the last trace worked on, shared by copies.
+    std::shared_ptr<const ovtrace::PixelImage> imageData;
+    std::shared_ptr<const ovtrace::QuantizedImage> indexedImage;
     QList<int> polylineLayers;
 };

@@ -1,5 +1,7 @@
 #include "conversions.h"
 
+#include <algorithm>
+
 QList<QList<int>> toLists(const ovtrace::IndexGrid& grid) {
     return std::visit(
         [](const auto& cells) {
@@ -72,9 +74,36 @@ ovtrace::InternodePath toNodes(const QList<QList<double>>& nodes) {
     return path;
 }
 
-ImageData imageOf(int width, int height, const QList<QList<char>>& pixels) {
+ovtrace::PixelImage imageOf(int width, int height, const QList<QList<char>>& pixels) {
     QList<char> bytes;
     for (const QList<char>& pixel : pixels)
         bytes.append(pixel);
-    return {width, height, bytes};
+    return toPixels(width, height, bytes);
+}
+
+ovtrace::PixelImage toPixels(int width, int height, const QList<char>& bytes) {
+    ovtrace::PixelImage image(width, height, ovtrace::Channels::All);
+    std::copy(bytes.begin(), bytes.end(), image.row(0));
+    return image;
+}
+
+QList<char> toBytes(const ovtrace::PixelImage& image) {
+    QList<char> bytes;
+    for (int y = 0; y < image.height; ++y) {
+        for (int x = 0; x < image.width; ++x) {
+            const char* stored = image.row(y) + x * image.pixelBytes();
+            switch (image.channels) {
+            case ovtrace::Channels::Grey:
+                bytes.append({stored[0], stored[0], stored[0], 127});
+                break;
+            case ovtrace::Channels::Opaque:
+                bytes.append({stored[0], stored[1], stored[2], 127});
+                break;
+            case ovtrace::Channels::All:
+                bytes.append({stored[0], stored[1], stored[2], stored[3]});
+                break;
+            }
+        }
+    }
+    return bytes;
 }

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <color.h>
-#include <imagedata.h>
 #include <indexgrid.h>
+#include <pixelimage.h>
 #include <tracerecords.h>
 
 #include <QImage>
@@ -22,5 +22,9 @@ ovtrace::QuantizedImage quantizedImage(const QList<QList<int>>& rows, int colors
 ovtrace::Path toPath(const QList<QList<int>>& points);
 ovtrace::InternodePath toNodes(const QList<QList<double>>& nodes);
 
-/// An image of the given stored pixels (four bytes each), row by row.
-ImageData imageOf(int width, int height, const QList<QList<char>>& pixels);
+/// An image of the given stored pixels (four bytes each), row by row, with all channels.
+ovtrace::PixelImage imageOf(int width, int height, const QList<QList<char>>& pixels);
+/// The same from the bytes one after another.
+ovtrace::PixelImage toPixels(int width, int height, const QList<char>& bytes);
+/// Four stored bytes for every pixel.
+QList<char> toBytes(const ovtrace::PixelImage& image);

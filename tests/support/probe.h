@@ -1,7 +1,7 @@
 #pragma once
 
-#include <color.h>
 #include <indexgrid.h>
+#include <pixelimage.h>
 #include <tracebitmap.h>
 
 /// The tests' view of a tracer's members.
@@ -10,8 +10,8 @@ public:
     static const QMap<QString, double>& options(const OvTraceBitmap& tracer) {
         return tracer.options;
     }
-    static const ImageData& imageData(const OvTraceBitmap& tracer) {
-        return tracer.imageData;
+    static const ovtrace::PixelImage* imageData(const OvTraceBitmap& tracer) {
+        return tracer.imageData.get();
     }
     static const ovtrace::QuantizedImage* indexedImage(const OvTraceBitmap& tracer) {
         return tracer.indexedImage.get();

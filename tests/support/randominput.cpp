@@ -45,6 +45,11 @@ QImage RandomInput::image(int largest) {
         for (int x = 0; x < width; ++x)
             image.setPixel(x, y, kind(x, y));
     }
+    if (oneIn(4)) {
+        image = image.convertToFormat(QImage::Format_Grayscale8);
+        if (oneIn(2))
+            image = image.convertToFormat(QImage::Format_RGB32);
+    }
     return image;
 }
 

@@ -7,11 +7,8 @@
 #include <cstdint>
 #include <cstdlib>
 
-#if defined(__SSE2__) || defined(_M_X64)
+#if OVTRACE_HAS_SSSE3
 #include <emmintrin.h>
-#define OVTRACE_HAS_SSE2 1
-#else
-#define OVTRACE_HAS_SSE2 0
 #endif
 
 namespace ovtrace {
@@ -50,9 +47,9 @@ template <VectorLevel Level> unsigned nearestInBlock(const ColorBlock& block, st
     return best;
 }
 
-#if OVTRACE_HAS_SSE2
+#if OVTRACE_HAS_SSSE3
 template <>
-inline unsigned nearestInBlock<VectorLevel::Sse2>(const ColorBlock& block, std::uint64_t pixel) {
+inline unsigned nearestInBlock<VectorLevel::Ssse3>(const ColorBlock& block, std::uint64_t pixel) {
     const auto* colors = reinterpret_cast<const __m128i*>(block.colors.data());
     const __m128i both = _mm_set1_epi64x(static_cast<long long>(pixel));
     // Each distance, at most 1785, lies in the lowest 16 bits of its half.

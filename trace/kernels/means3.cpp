@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 
 namespace ovtrace {
 
@@ -24,6 +25,10 @@ Means3Drops::Means3Drops() {
                 continue;
             drops[index(static_cast<Byte>(before), static_cast<Byte>(center))] =
                 static_cast<std::uint8_t>(drop);
+            const auto place = static_cast<unsigned char>(center);
+            if (std::abs(center - before) <= 1)
+                stepBits[static_cast<std::size_t>(center - before + 1)][place / 8U] |=
+                    static_cast<std::uint8_t>(1U << place % 8U);
             lowest = std::min(lowest, center);
             highest = std::max(highest, center);
         }
@@ -46,9 +51,9 @@ void means3(const Byte* before, const Byte* center, const Byte* after, Byte* mea
             qsizetype size) {
     const Means3Drops& drops = Means3Drops::instance();
     qsizetype done = 0;
-    if (vectorLevel() == VectorLevel::Sse2) {
+    if (vectorLevel() == VectorLevel::Ssse3) {
         done = size / 16 * 16;
-        means3Sse2(before, center, after, means, done, drops);
+        means3Ssse3(before, center, after, means, done, drops);
     }
     for (qsizetype i = done; i < size; ++i)
         means[i] = mean3(before[i], center[i], after[i], drops);

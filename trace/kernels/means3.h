@@ -45,6 +45,13 @@ public:
         return highest;
     }
 
+    /// The entries for before = center - step, step being -1, 0 or 1: bit c % 8 of byte c / 8 is
+    /// the one for center c, taken as an unsigned byte.
+    using Bits = std::array<std::uint8_t, 32>;
+    const Bits& bits(int step) const {
+        return stepBits[static_cast<std::size_t>(step + 1)];
+    }
+
     /// The one table there is.
     static const Means3Drops& instance();
 
@@ -55,13 +62,14 @@ private:
     }
 
     std::array<std::uint8_t, 65536> drops{};
+    std::array<Bits, 3> stepBits{};
     int lowest = 127;
     int highest = -128;
 };
 
 /// The vector form, for a multiple of 16 bytes.
-void means3Sse2(const signed char* before, const signed char* center, const signed char* after,
-                signed char* means, qsizetype size, const Means3Drops& drops);
+void means3Ssse3(const signed char* before, const signed char* center, const signed char* after,
+                 signed char* means, qsizetype size, const Means3Drops& drops);
 
 /// The scalar form, for one byte.
 signed char mean3(signed char before, signed char center, signed char after,

@@ -1,11 +1,18 @@
 #pragma once
 
+// Whether the vector forms are compiled at all.
+#if defined(__x86_64__) || defined(_M_X64)
+#define OVTRACE_HAS_SSSE3 1
+#else
+#define OVTRACE_HAS_SSSE3 0
+#endif
+
 namespace ovtrace {
 
 /// Which form of the pixel kernels runs. Every form gives the same bytes.
 enum class VectorLevel {
     Scalar, ///< plain C++, the definition
-    Sse2,   ///< 16 bytes at a time; every 64-bit x86 processor has it
+    Ssse3,  ///< 16 bytes at a time, with table look-ups in registers; x86 since 2006
 };
 
 /// The best level that this processor has.

@@ -1,0 +1,95 @@
+#pragma once
+
+#include "color.h"
+
+#include <QtGlobal>
+
+#include <cstring>
+#include <memory>
+
+namespace ovtrace {
+
+/// Which channels of its pixels an image stores; the others follow from those. The number is that
+/// of the stored bytes a pixel.
+enum class Channels : int {
+    Grey = 1,   ///< one for red, green and blue alike; opaque
+    Opaque = 3, ///< red, green, blue; opaque
+    All = 4     ///< red, green, blue, alpha
+};
+
+/// An image as the colour stages work on it: stored bytes, each a channel value minus 128.
+///
+/// Most images are opaque and many are grey: they take less memory and less work.
+class PixelImage {
+public:
+    /// Allocates the pixels and leaves their values open.
+    PixelImage(int width, int height, Channels channels)
+        : width(width), height(height), channels(channels),
+          bytes(std::make_unique_for_overwrite<char[]>(
+              static_cast<std::size_t>(rowBytes() * height) + Padding)) {
+    }
+
+    qsizetype pixelBytes() const {
+        return static_cast<qsizetype>(channels);
+    }
+    qsizetype rowBytes() const {
+        return pixelBytes() * width;
+    }
+    /// The pixels of row y from left to right; y = 0 is the top row.
+    char* row(int y) {
+        return bytes.get() + rowBytes() * y;
+    }
+    const char* row(int y) const {
+        return bytes.get() + rowBytes() * y;
+    }
+
+    int width;  ///< pixels
+    int height; ///< pixels
+    Channels channels;
+
+private:
+    /// A pixel of three bytes is read and written as one word, with a byte beyond the last one.
+    static constexpr std::size_t Padding = 1;
+
+    std::unique_ptr<char[]> bytes;
+};
+
+/// The channelWord() of the pixel stored at `pixel`, of whose word four bytes can be read unless
+/// it is grey.
+template <Channels channels> std::uint32_t pixelWord(const char* pixel) {
+    constexpr std::uint32_t Alpha = 0xff000000U;
+    if constexpr (channels == Channels::Grey)
+        return (static_cast<unsigned char>(*pixel) ^ 128U) * 0x010101U | Alpha;
+    else if constexpr (channels == Channels::Opaque)
+        return channelWord(pixel) | Alpha;
+    else
+        return channelWord(pixel);
+}
+
+/// Stores the channels of a pixel, a channelWord(). May write all four bytes at `stored` unless
+/// the channels are grey: rows are to be filled from left to right and from the top.
+template <Channels channels> void storePixel(char* stored, std::uint32_t word) {
+    const std::uint32_t flipped = word ^ 0x80808080U;
+    if constexpr (channels == Channels::Grey) {
+        *stored = static_cast<char>(flipped & 0xffU);
+    } else if constexpr (std::endian::native == std::endian::little) {
+        std::memcpy(stored, &flipped, sizeof flipped);
+    } else {
+        for (int c = 0; c < static_cast<int>(channels); ++c)
+            stored[c] = static_cast<char>(flipped >> 8 * c & 0xffU);
+    }
+}
+
+/// Calls work.operator()<channels>() for channels known at run time.
+template <typename Work> decltype(auto) withChannels(Channels channels, const Work& work) {
+    switch (channels) {
+    case Channels::Grey:
+        return work.template operator()<Channels::Grey>();
+    case Channels::Opaque:
+        return work.template operator()<Channels::Opaque>();
+    default:
+        return work.template operator()<Channels::All>();
+    }
+}
+
+} // namespace ovtrace
