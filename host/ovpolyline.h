@@ -4,10 +4,14 @@
 
 #include <QSharedData>
 #include <QSharedDataPointer>
+#include <QVarLengthArray>
 
 #include <array>
 #include <bit>
 #include <cstdint>
+#include <limits>
+#include <memory>
+#include <stdexcept>
 #include <vector>
 
 /// A chain of vertices and of whole shapes, each joined to the end of the piece before it.
@@ -25,16 +29,14 @@ public:
     void appendVertex(const OvVector& vertex, double bulge = 0.0, double startWidth = 0.0,
                       double endWidth = 0.0) {
         Data& data = *d;
-        if (data.pieces.empty())
-            data.reserveFirst();
         const std::array parameters{bulge, startWidth, endWidth};
         const bool plain =
             isPlanar(vertex) && isPlusZero(bulge) && isPlusZero(startWidth) && isPlusZero(endWidth);
-        data.pieces.push_back({static_cast<std::int64_t>(data.numbers.size()), 1, 0,
-                               plain ? Storage::PlanarVertex : Storage::Vertex, false});
+        data.pieces.push_back(
+            {placeOf(data.numbers), 1, 0, plain ? Storage::PlanarVertex : Storage::Vertex, false});
         appendPoint(data, vertex, plain);
         if (!plain)
-            data.numbers.insert(data.numbers.end(), parameters.begin(), parameters.end());
+            data.numbers.append(parameters.data(), parameters.size());
         data.end = vertex;
     }
 
@@ -53,7 +55,7 @@ public:
     }
 
     qsizetype countPieces() const {
-        return static_cast<qsizetype>(d->pieces.size());
+        return d->pieces.size();
     }
     /// `index` lies in [0, countPieces()), here and below.
     bool isVertexAt(qsizetype index) const {
@@ -69,14 +71,14 @@ public:
         const Piece& p = piece(index);
         if (p.storage == Storage::PlanarVertex)
             return {0.0, 0.0, 0.0};
-        const double* parameters = &d->numbers[static_cast<std::size_t>(p.first) + FullPoint];
+        const double* parameters = d->numbers.constData() + p.first + FullPoint;
         return {parameters[0], parameters[1], parameters[2]};
     }
     /// A copy of the shape at `index`, which must not be a vertex.
     std::unique_ptr<OvShape> getShapeAt(qsizetype index) const {
         if (isSplineAt(index))
             return std::make_unique<OvSpline>(getSplineAt(index));
-        return d->shapes[static_cast<std::size_t>(piece(index).first)]->clone();
+        return (*d->shapes)[piece(index).first]->clone();
     }
     bool getShapeFlagAt(qsizetype index) const {
         return piece(index).flag;
@@ -92,7 +94,7 @@ public:
         const bool planar = p.storage == Storage::PlanarSpline;
         OvSpline spline;
         spline.setDegree(p.degree);
-        for (std::int64_t i = 0; i < p.count; ++i)
+        for (std::size_t i = 0; i < p.count; ++i)
             spline.appendControlPoint(pointAt(p.first + i * (planar ? 2 : FullPoint), planar));
         return spline;
     }
@@ -115,30 +117,41 @@ public:
 private:
     /// How a piece lies in Data: planar points (z = +0, valid) take two numbers, others four.
     enum class Storage : std::uint8_t { PlanarVertex, Vertex, PlanarSpline, Spline, Clone };
-    static constexpr std::int64_t FullPoint = 4;
+    static constexpr std::size_t FullPoint = 4;
 
     struct Piece {
-        std::int64_t first; ///< index into `numbers`, or into `shapes` for a clone
-        std::int32_t count; ///< points
-        std::int16_t degree;
+        std::uint32_t first; ///< index into `numbers`, or into `shapes` for a clone
+        std::uint8_t count;  ///< points
+        std::int8_t degree;
         Storage storage;
         bool flag;
     };
+    static_assert(sizeof(Piece) == 8);
+
+    using Shapes = std::vector<std::shared_ptr<const OvShape>>;
 
     struct Data : QSharedData {
-        std::vector<Piece> pieces;
-        std::vector<double> numbers;
-        std::vector<std::shared_ptr<const OvShape>> shapes;
-        OvVector end = OvVector::invalid();
-
-        /// Room for an outline of usual size, which then needs no growing step by step.
-        void reserveFirst() {
-            constexpr std::size_t Pieces = 14;
-            pieces.reserve(Pieces);
-            numbers.reserve(Pieces * 2);
+        Data() = default;
+        Data(const Data& other)
+            : QSharedData(other), pieces(other.pieces), numbers(other.numbers), end(other.end) {
+            if (other.shapes)
+                shapes = std::make_unique<Shapes>(*other.shapes);
         }
+
+        // An outline of usual size takes no memory but that of this block.
+        QVarLengthArray<Piece, 8> pieces;
+        QVarLengthArray<double, 16> numbers;
+        std::unique_ptr<Shapes> shapes;
+        OvVector end = OvVector::invalid();
     };
 
+    /// Where the next items will lie. Throws std::length_error when the polyline is full, beyond
+    /// four thousand million numbers.
+    template <typename Items> static std::uint32_t placeOf(const Items& items) {
+        if (static_cast<std::size_t>(items.size()) > std::numeric_limits<std::uint32_t>::max())
+            throw std::length_error("a polyline is too long");
+        return static_cast<std::uint32_t>(items.size());
+    }
     static bool isPlusZero(double value) {
         return std::bit_cast<std::uint64_t>(value) == 0;
     }
@@ -156,8 +169,8 @@ private:
 
     void appendSpline(const OvSpline& spline, bool flag) {
         const qsizetype count = spline.countControlPoints();
-        if (spline.getDegree() != static_cast<std::int16_t>(spline.getDegree()) ||
-            count != static_cast<std::int32_t>(count)) {
+        if (spline.getDegree() != static_cast<std::int8_t>(spline.getDegree()) ||
+            count != static_cast<std::uint8_t>(count)) {
             appendClone(spline, flag);
             return;
         }
@@ -165,27 +178,39 @@ private:
         for (qsizetype i = 0; i < count; ++i)
             planar = planar && isPlanar(spline.getControlPointAt(i));
         Data& data = *d;
-        data.pieces.push_back({static_cast<std::int64_t>(data.numbers.size()),
-                               static_cast<std::int32_t>(count),
-                               static_cast<std::int16_t>(spline.getDegree()),
+        // A spline that starts where the piece before it ends shares the numbers of that point.
+        const bool shares = planar && count > 0 && endsAt(spline.getControlPointAt(0));
+        const std::uint32_t first = placeOf(data.numbers) - (shares ? 2 : 0);
+        data.pieces.push_back({first, static_cast<std::uint8_t>(count),
+                               static_cast<std::int8_t>(spline.getDegree()),
                                planar ? Storage::PlanarSpline : Storage::Spline, flag});
-        for (qsizetype i = 0; i < count; ++i)
+        for (qsizetype i = shares ? 1 : 0; i < count; ++i)
             appendPoint(data, spline.getControlPointAt(i), planar);
+    }
+    /// Whether the last two numbers are the bits of a planar point.
+    bool endsAt(const OvVector& point) const {
+        const auto same = [](double a, double b) {
+            return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
+        };
+        const auto& numbers = d->numbers;
+        return numbers.size() >= 2 && same(*(numbers.end() - 2), point.x) &&
+               same(numbers.back(), point.y);
     }
     void appendClone(const OvShape& shape, bool flag) {
         // Cloned before the data are detached: a polyline appended to itself must not hold itself.
         std::shared_ptr<const OvShape> copy = shape.clone();
         Data& data = *d;
-        data.pieces.push_back(
-            {static_cast<std::int64_t>(data.shapes.size()), 0, 0, Storage::Clone, flag});
-        data.shapes.push_back(std::move(copy));
+        if (!data.shapes)
+            data.shapes = std::make_unique<Shapes>();
+        data.pieces.push_back({placeOf(*data.shapes), 0, 0, Storage::Clone, flag});
+        data.shapes->push_back(std::move(copy));
     }
 
     const Piece& piece(qsizetype index) const {
-        return d->pieces[static_cast<std::size_t>(index)];
+        return d->pieces[index];
     }
-    OvVector pointAt(std::int64_t first, bool planar) const {
-        const double* number = &d->numbers[static_cast<std::size_t>(first)];
+    OvVector pointAt(std::size_t first, bool planar) const {
+        const double* number = d->numbers.constData() + first;
         return planar ? OvVector(number[0], number[1])
                       : OvVector(number[0], number[1], number[2], number[3] != 0.0);
     }

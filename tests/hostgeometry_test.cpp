@@ -83,6 +83,37 @@ TEST(HostPolyline, TakesAnyShapeItselfIncluded) {
     EXPECT_EQ(polyline.getEndPoint(), OvVector(2, 1));
 }
 
+TEST(HostPolyline, ReadsBackSplinesThatContinueEachOther) {
+    const double negativeZero = -0.0;
+    const QList<QList<OvVector>> points{{OvVector(1, 2), OvVector(3, 4), OvVector(5, 6)},
+                                        {OvVector(5, 6), OvVector(7, 8), OvVector(0, 0)},
+                                        {OvVector(negativeZero, 0), OvVector(1, 1)},
+                                        {},
+                                        {OvVector(1, 1), OvVector(2, 2, 3)},
+                                        {OvVector(2, 2, 3), OvVector(9, 9)},
+                                        {OvVector(9, 9), OvVector(8, 8), OvVector(7, 7)}};
+    OvPolyline polyline;
+    polyline.appendVertex(OvVector(1, 2));
+    for (const auto& controlPoints : points) {
+        OvSpline spline;
+        spline.setDegree(2);
+        for (const OvVector& point : controlPoints)
+            spline.appendControlPoint(point);
+        polyline.appendShape(spline);
+    }
+    polyline.appendVertex(OvVector(7, 7), 0.5, 1.0, 2.0);
+    ASSERT_EQ(polyline.countPieces(), points.size() + 2);
+    for (qsizetype i = 0; i < points.size(); ++i) {
+        const OvSpline spline = polyline.getSplineAt(i + 1);
+        ASSERT_EQ(spline.countControlPoints(), points[i].size());
+        for (int k = 0; k < points[i].size(); ++k) {
+            EXPECT_EQ(spline.getControlPointAt(k), points[i][k]);
+            EXPECT_EQ(std::signbit(spline.getControlPointAt(k).x), std::signbit(points[i][k].x));
+        }
+    }
+    EXPECT_EQ(polyline.getVertexParametersAt(8), (std::array{0.5, 1.0, 2.0}));
+}
+
 TEST(HostPolyline, CopiesAreIndependentValues) {
     OvPolyline polyline;
     polyline.appendVertex(OvVector(1, 1));

@@ -1,88 +1,88 @@
 #include "jsonwriter.h"
 
-#include "numbertext.h"
+#include "textbuffer.h"
 
 #include <cmath>
 
 namespace {
 
-void appendValue(QByteArray& json, double value) {
+void appendValue(TextBuffer& json, double value) {
     if (std::isnan(value))
-        json += "\"nan\"";
+        json << "\"nan\"";
     else if (std::isinf(value))
-        json += value < 0 ? "\"-inf\"" : "\"inf\"";
+        json << (value < 0 ? "\"-inf\"" : "\"inf\"");
     else
-        appendNumber(json, value);
+        json << value;
 }
 
-void appendPoint(QByteArray& json, const OvVector& point) {
+void appendPoint(TextBuffer& json, const OvVector& point) {
     appendValue(json, point.x);
-    json += ',';
+    json << ',';
     appendValue(json, point.y);
 }
 
 /// The items 0 .. count - 1, each written by `appendItem(i)`, with commas between them.
 template <typename AppendItem>
-void appendList(QByteArray& json, qsizetype count, const AppendItem& appendItem) {
-    json += '[';
+void appendList(TextBuffer& json, qsizetype count, const AppendItem& appendItem) {
+    json << '[';
     for (qsizetype i = 0; i < count; ++i) {
         if (i > 0)
-            json += ',';
+            json << ',';
         appendItem(i);
     }
-    json += ']';
+    json << ']';
 }
 
-void appendColor(QByteArray& json, const QColor& color) {
-    json += '[';
-    appendNumber(json, color.red());
-    json += ',';
-    appendNumber(json, color.green());
-    json += ',';
-    appendNumber(json, color.blue());
-    json += ',';
-    appendNumber(json, color.alpha());
-    json += ']';
+void appendColor(TextBuffer& json, const QColor& color) {
+    json << '[';
+    json << color.red();
+    json << ',';
+    json << color.green();
+    json << ',';
+    json << color.blue();
+    json << ',';
+    json << color.alpha();
+    json << ']';
 }
 
-void appendSegment(QByteArray& json, const OvPolyline& polyline, qsizetype piece) {
+void appendSegment(TextBuffer& json, const OvPolyline& polyline, qsizetype piece) {
     if (polyline.isVertexAt(piece)) {
-        json += "[\"L\",";
+        json << "[\"L\",";
         appendPoint(json, polyline.getVertexAt(piece));
     } else {
         const OvSpline curve = polyline.getSplineAt(piece);
-        json += "[\"Q\",";
+        json << "[\"Q\",";
         appendPoint(json, curve.getControlPointAt(1));
-        json += ',';
+        json << ',';
         appendPoint(json, curve.getControlPointAt(2));
     }
-    json += ']';
+    json << ']';
 }
 
-void appendPolyline(QByteArray& json, const OvPolyline& polyline, int layer) {
-    json += "{\"layer\":";
-    appendNumber(json, layer);
-    json += ",\"start\":[";
+void appendPolyline(TextBuffer& json, const OvPolyline& polyline, int layer) {
+    json << "{\"layer\":";
+    json << layer;
+    json << ",\"start\":[";
     appendPoint(json, polyline.getStartPoint());
-    json += "],\"segments\":";
+    json << "],\"segments\":";
     appendList(json, polyline.countPieces() - 1,
                [&](qsizetype i) { appendSegment(json, polyline, i + 1); });
-    json += '}';
+    json << '}';
 }
 
 } // namespace
 
-QByteArray JsonWriter::write(const Drawing& drawing) const {
-    QByteArray json = "{\"width\":";
-    appendNumber(json, drawing.size.width());
-    json += ",\"height\":";
-    appendNumber(json, drawing.size.height());
-    json += ",\"palette\":";
+void JsonWriter::write(const Drawing& drawing, QIODevice& device) const {
+    TextBuffer json(device);
+    json << "{\"width\":";
+    json << drawing.size.width();
+    json << ",\"height\":";
+    json << drawing.size.height();
+    json << ",\"palette\":";
     appendList(json, drawing.palette.size(),
                [&](qsizetype i) { appendColor(json, drawing.palette[i]); });
-    json += ",\"polylines\":";
+    json << ",\"polylines\":";
     appendList(json, drawing.polylines.size(),
                [&](qsizetype i) { appendPolyline(json, drawing.polylines[i], drawing.layers[i]); });
-    json += "}\n";
-    return json;
+    json << "}\n";
 }

@@ -6,7 +6,7 @@
 /// Numbers read back exactly; NaN and infinities are the strings "nan", "inf" and "-inf".
 class JsonWriter final : public Writer {
 public:
-    QByteArray write(const Drawing& drawing) const override;
+    void write(const Drawing& drawing, QIODevice& device) const override;
     bool takesSeveral() const override {
         return true;
     }

@@ -44,9 +44,9 @@ void run(const Arguments& arguments) {
     if (arguments.images.size() > 1 && !arguments.output.isEmpty() && !writer->takesSeveral())
         throw UsageError("an SVG file takes one image alone; leave --output away to get one each");
     const HostedModule module;
-    Output output(arguments);
+    Output output(arguments, *writer);
     for (const QString& image : arguments.images)
-        output.add(image, writer->write(traceFile(image, arguments)));
+        output.add(image, traceFile(image, arguments));
     output.finish();
 }
 

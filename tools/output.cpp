@@ -12,18 +12,29 @@ bool isSameFile(const QString& a, const QString& b) {
     return !path.isEmpty() && path == QFileInfo(b).canonicalFilePath();
 }
 
-void writeFile(const QString& fileName, const QByteArray& contents) {
-    QSaveFile file(fileName);
-    // A device or a pipe has no folder in which a new file could take its place.
-    file.setDirectWriteFallback(QFileInfo(fileName).exists() && !QFileInfo(fileName).isFile());
-    if (!file.open(QIODevice::WriteOnly) || file.write(contents) != contents.size() ||
-        !file.commit())
-        throw FileError(QString("%1: cannot be written: %2").arg(fileName, file.errorString()));
+[[noreturn]] void failWriting(const QFileDevice& file) {
+    throw FileError(QString("%1: cannot be written: %2").arg(file.fileName(), file.errorString()));
 }
 
-void writeStandardOutput(const QByteArray& contents) {
-    const auto size = static_cast<std::size_t>(contents.size());
-    if (std::fwrite(contents.constData(), 1, size, stdout) != size || std::fflush(stdout) != 0)
+std::unique_ptr<QSaveFile> openFile(const QString& fileName) {
+    auto file = std::make_unique<QSaveFile>(fileName);
+    // A device or a pipe has no folder in which a new file could take its place.
+    file->setDirectWriteFallback(QFileInfo(fileName).exists() && !QFileInfo(fileName).isFile());
+    if (!file->open(QIODevice::WriteOnly))
+        failWriting(*file);
+    return file;
+}
+
+void commit(QSaveFile& file) {
+    if (!file.commit())
+        failWriting(file);
+}
+
+void writeStandardOutput(const Writer& writer, const Drawing& drawing) {
+    QFile file;
+    if (file.open(stdout, QIODevice::WriteOnly))
+        writer.write(drawing, file);
+    if (!file.flush() || file.error() != QFileDevice::NoError)
         throw FileError("the standard output cannot be written");
 }
 
@@ -35,22 +46,33 @@ QString nameBeside(const QString& imageName, Format format) {
 
 } // namespace
 
-void Output::add(const QString& imageName, const QByteArray& result) {
+Output::Output(const Arguments& arguments, const Writer& writer)
+    : arguments(arguments), writer(writer) {
+}
+
+Output::~Output() = default;
+
+void Output::add(const QString& imageName, const Drawing& drawing) {
     if (arguments.output == "-") {
-        writeStandardOutput(result);
+        writeStandardOutput(writer, drawing);
         return;
     }
     const QString fileName =
         arguments.output.isEmpty() ? nameBeside(imageName, arguments.format) : arguments.output;
     if (isSameFile(fileName, imageName))
         throw FileError(QString("%1: the result would replace the image").arg(imageName));
-    if (arguments.output.isEmpty())
-        writeFile(fileName, result);
-    else
-        pending += result;
+    if (arguments.output.isEmpty()) {
+        const auto file = openFile(fileName);
+        writer.write(drawing, *file);
+        commit(*file);
+        return;
+    }
+    if (!shared)
+        shared = openFile(fileName);
+    writer.write(drawing, *shared);
 }
 
 void Output::finish() {
-    if (!arguments.output.isEmpty() && arguments.output != "-")
-        writeFile(arguments.output, pending);
+    if (shared)
+        commit(*shared);
 }

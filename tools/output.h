@@ -1,19 +1,27 @@
 #pragma once
 
 #include "tracing.h"
+#include "writer.h"
+
+#include <memory>
+
+class QSaveFile;
 
 /// Where results go: the standard output, or files that appear whole or not at all.
 class Output {
 public:
-    explicit Output(const Arguments& arguments) : arguments(arguments) {
-    }
+    Output(const Arguments& arguments, const Writer& writer);
+    ~Output();
+    Output(const Output&) = delete;
+    Output& operator=(const Output&) = delete;
 
-    /// Takes the result for an image. Throws FileError when it cannot be written.
-    void add(const QString& imageName, const QByteArray& result);
-    /// Writes what belongs into one file, once all of it is there.
+    /// Writes the drawing of an image. Throws FileError when that cannot be done.
+    void add(const QString& imageName, const Drawing& drawing);
+    /// Completes a file that several drawings share.
     void finish();
 
 private:
     const Arguments& arguments;
-    QByteArray pending; ///< for the one output file
+    const Writer& writer;
+    std::unique_ptr<QSaveFile> shared; ///< the one output file, once there is something for it
 };

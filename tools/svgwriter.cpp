@@ -1,19 +1,15 @@
 #include "svgwriter.h"
 
-#include "numbertext.h"
+#include "textbuffer.h"
 
 #include <cmath>
 
 namespace {
 
-/// What a path and a piece of it take on average, at a guess.
-constexpr qsizetype PathBytes = 48;
-constexpr qsizetype PieceBytes = 20;
-
 /// Writes path data, whose y axis points down, from drawing coordinates.
 class PathData {
 public:
-    PathData(QByteArray& svg, double height) : svg(svg), height(height) {
+    PathData(TextBuffer& svg, double height) : svg(svg), height(height) {
     }
 
     void append(const OvPolyline& polyline) {
@@ -31,60 +27,51 @@ public:
             else
                 command('L', {curve.getControlPointAt(2)});
         }
-        svg += 'Z';
+        svg << 'Z';
     }
 
 private:
     void command(char letter, std::initializer_list<OvVector> points) {
-        svg += letter;
+        svg << letter;
         bool first = true;
         for (const OvVector& point : points) {
             if (!first)
-                svg += ' ';
+                svg << ' ';
             first = false;
-            appendNumber(svg, point.x);
-            svg += ' ';
-            appendNumber(svg, height - point.y);
+            svg << point.x << ' ' << height - point.y;
         }
     }
 
-    QByteArray& svg;
+    TextBuffer& svg;
     double height;
 };
 
 QByteArray fillAttributes(const QColor& color) {
     QByteArray attributes = "fill=\"" + color.name(QColor::HexRgb).toLatin1() + '"';
     if (color.alpha() != 255) {
-        attributes += " fill-opacity=\"";
-        appendNumber(attributes, std::round(color.alpha() / 255.0 * 10000.0) / 10000.0);
-        attributes += '"';
+        const double opacity = std::round(color.alpha() / 255.0 * 10000.0) / 10000.0;
+        attributes += " fill-opacity=\"" + QByteArray::number(opacity) + '"';
     }
     return attributes;
 }
 
 } // namespace
 
-QByteArray SvgWriter::write(const Drawing& drawing) const {
-    QByteArray width;
-    QByteArray height;
-    appendNumber(width, drawing.size.width());
-    appendNumber(height, drawing.size.height());
-    QByteArray svg = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-                     "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" +
-                     width + "\" height=\"" + height + "\" viewBox=\"0 0 " + width + ' ' + height +
-                     "\">\n";
-    qsizetype pieces = 0;
-    for (const OvPolyline& polyline : drawing.polylines)
-        pieces += polyline.countPieces();
-    svg.reserve(svg.size() + drawing.polylines.size() * PathBytes + pieces * PieceBytes);
+void SvgWriter::write(const Drawing& drawing, QIODevice& device) const {
+    TextBuffer svg(device);
+    const int width = drawing.size.width();
+    const int height = drawing.size.height();
+    svg << "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+           "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\""
+        << width << "\" height=\"" << height << "\" viewBox=\"0 0 " << width << ' ' << height
+        << "\">\n";
     QList<QByteArray> fills;
     for (const QColor& color : drawing.palette)
         fills.append(fillAttributes(color));
     for (qsizetype i = 0; i < drawing.polylines.size(); ++i) {
-        svg += "<path " + fills[drawing.layers[i]] + " d=\"";
-        PathData(svg, drawing.size.height()).append(drawing.polylines[i]);
-        svg += "\"/>\n";
+        svg << "<path " << fills[drawing.layers[i]] << " d=\"";
+        PathData(svg, height).append(drawing.polylines[i]);
+        svg << "\"/>\n";
     }
-    svg += "</svg>\n";
-    return svg;
+    svg << "</svg>\n";
 }

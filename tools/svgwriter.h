@@ -6,7 +6,7 @@
 /// curves, filled with its layer's colour and in the order of the drawing.
 class SvgWriter final : public Writer {
 public:
-    QByteArray write(const Drawing& drawing) const override;
+    void write(const Drawing& drawing, QIODevice& device) const override;
     bool takesSeveral() const override {
         return false;
     }

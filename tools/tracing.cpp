@@ -31,13 +31,16 @@ QImage readImage(const QString& fileName) {
     return image;
 }
 
-/// The threshold reaches only images whose format takes pixel colours; one with a colour table is
-/// spread out to 32 bits a pixel first.
-QImage withPixelColors(const QImage& image) {
-    if (image.pixelFormat().colorModel() != QPixelFormat::Indexed)
-        return image;
-    return image.convertToFormat(image.hasAlphaChannel() ? QImage::Format_ARGB32
-                                                         : QImage::Format_RGB32);
+/// Black and white by lightness. The tracer leaves an image with a colour table as it is: its
+/// table is put through the tracer's threshold instead of its pixels.
+void thresholdColorTable(QImage& image, OvTraceBitmap& tracer) {
+    const QList<QRgb> table = image.colorTable();
+    QImage colors(static_cast<int>(table.size()), 1, QImage::Format_ARGB32);
+    for (int i = 0; i < colors.width(); ++i)
+        colors.setPixel(i, 0, table[i]);
+    tracer.preprocess(colors);
+    for (int i = 0; i < colors.width(); ++i)
+        image.setColor(i, colors.pixel(i, 0));
 }
 
 /// Tracer colours are four bytes red, green, blue, alpha, each the channel value minus 128.
@@ -68,10 +71,10 @@ void setOptions(OvTraceBitmap& tracer, const Arguments& arguments) {
 
 Drawing traceFile(const QString& fileName, const Arguments& arguments) {
     QImage image = readImage(fileName);
-    if (arguments.mode == Mode::Bw)
-        image = withPixelColors(image);
     OvTraceBitmap tracer;
     setOptions(tracer, arguments);
+    if (arguments.mode == Mode::Bw && image.pixelFormat().colorModel() == QPixelFormat::Indexed)
+        thresholdColorTable(image, tracer);
     OvTraceBitmap::seedRandom(1);
     Drawing drawing;
     drawing.size = image.size();

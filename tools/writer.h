@@ -1,11 +1,12 @@
 #pragma once
 
-#include <QByteArray>
 #include <QColor>
 #include <QList>
 #include <QSize>
 
 #include <ovpolyline.h>
+
+class QIODevice;
 
 /// The result of tracing one image.
 struct Drawing {
@@ -21,7 +22,7 @@ class Writer {
 public:
     virtual ~Writer() = default;
 
-    virtual QByteArray write(const Drawing& drawing) const = 0;
+    virtual void write(const Drawing& drawing, QIODevice& device) const = 0;
     /// Whether several drawings may follow one another in one file.
     virtual bool takesSeveral() const = 0;
 };

@@ -125,6 +125,26 @@ void storeRow(char* stored, int width, const WordAt& wordAt) {
         storePixel<channels>(stored + x * static_cast<qsizetype>(channels), wordAt(x));
 }
 
+/// Rows of one bit a pixel, stored eight at a time, of which the last ones may fill no byte.
+void loadGreyMono(const QImage& image, PixelImage& pixels, int top) {
+    const ColorTable colors(image);
+    std::array<std::array<char, 8>, 256> stored{};
+    for (unsigned byte = 0; byte < stored.size(); ++byte) {
+        for (unsigned x = 0; x < 8; ++x)
+            storePixel<Channels::Grey>(&stored[byte][x], colors[byte >> (7 - x) & 1U]);
+    }
+    const int whole = image.width() / 8;
+    const auto rest = static_cast<std::size_t>(image.width() % 8);
+    for (int y = 0; y < image.height(); ++y) {
+        const uchar* row = image.constScanLine(y);
+        char* to = pixels.row(top + y);
+        for (int i = 0; i < whole; ++i, to += 8)
+            std::memcpy(to, stored[row[i]].data(), 8);
+        if (rest != 0)
+            std::memcpy(to, stored[row[whole]].data(), rest);
+    }
+}
+
 /// Stores the pixels of `image` as rows of `pixels` from row `top` on.
 template <Channels channels> void loadRows(const QImage& image, PixelImage& pixels, int top) {
     const int width = image.width();
@@ -150,6 +170,10 @@ template <Channels channels> void loadRows(const QImage& image, PixelImage& pixe
         });
         break;
     case QImage::Format_Mono:
+        if constexpr (channels == Channels::Grey) {
+            loadGreyMono(image, pixels, top);
+            break;
+        }
         store([&, colors = ColorTable(image)](int y) {
             return [&colors, row = image.constScanLine(y)](int x) {
                 return colors[row[x >> 3] >> (7 - (x & 7)) & 1U];
