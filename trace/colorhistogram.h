@@ -1,6 +1,6 @@
 #pragma once
 
-#include "lazyarray.h"
+#include "pagearray.h"
 #include "pixelimage.h"
 
 #include <vector>
@@ -97,8 +97,8 @@ private:
 
     std::size_t largestCells;
     std::vector<std::uint32_t> cells;  ///< by block: the first colour of its cell
-    LazyArray<std::uint32_t> counters; ///< by block and place in the cell
-    LazyArray<std::uint32_t> opaque;   ///< by cell: its block
+    PageArray<std::uint32_t> counters; ///< by block and place in the cell
+    PageArray<std::uint32_t> opaque;   ///< by cell: its block
     std::vector<HashedCell> hashed;    ///< a power of two of places, at most half in use
     unsigned hashedShift;
     std::size_t hashedCells = 0;

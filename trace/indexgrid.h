@@ -1,9 +1,10 @@
 #pragma once
 
+#include "pagearray.h"
+
 #include <QtGlobal>
 
 #include <cstdint>
-#include <memory>
 #include <variant>
 
 namespace ovtrace {
@@ -18,11 +19,10 @@ public:
     /// Marks the border: no pixel's index.
     static constexpr Cell Border = static_cast<Cell>(-1);
 
-    /// Allocates the cells of a width x height image and fills in the border alone.
+    /// Allocates the cells of a width x height image, all 0 but for the border.
     CellGrid(int width, int height)
         : width(width), height(height), stride(qsizetype(width) + 2),
-          cells(std::make_unique_for_overwrite<Cell[]>(
-              static_cast<std::size_t>(stride * (qsizetype(height) + 2)))) {
+          cells(static_cast<std::size_t>(stride * (qsizetype(height) + 2))) {
         fillBorderRow(0);
         fillBorderRow(height + 1);
         for (int row = 1; row <= height; ++row) {
@@ -33,10 +33,10 @@ public:
 
     /// The first cell of a row, 0 .. height + 1: the left border cell.
     Cell* rowCells(int row) {
-        return cells.get() + stride * row;
+        return cells.data() + stride * row;
     }
     const Cell* rowCells(int row) const {
-        return cells.get() + stride * row;
+        return cells.data() + stride * row;
     }
 
     const int width;        ///< pixels, without the border
@@ -50,7 +50,7 @@ private:
             cell[i] = Border;
     }
 
-    std::unique_ptr<Cell[]> cells;
+    PageArray<Cell> cells;
 };
 
 using ByteGrid = CellGrid<std::uint8_t>;

@@ -1,7 +1,7 @@
 #include "pathscan.h"
 
-#include "lazyarray.h"
 #include "nodetypes.h"
+#include "pagearray.h"
 #include "pathtables.h"
 
 #include <array>
@@ -228,7 +228,7 @@ private:
 
     const CellGrid<Cell>& grid;
     const float pathomit;
-    LazyArray<std::uint8_t> marks; ///< one byte a node, in the layout of the grid
+    PageArray<std::uint8_t> marks; ///< one byte a node, in the layout of the grid
     std::vector<std::uint8_t> candidates;
     std::array<CellsAhead, 4> cellOffsets{}; ///< from a node's lower right cell, by direction
     std::array<qsizetype, 4> nodeOffsets{};  ///< to the next node, by direction

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "color.h"
+#include "pagearray.h"
 
 #include <QtGlobal>
 
 #include <cstring>
-#include <memory>
 
 namespace ovtrace {
 
@@ -22,11 +22,10 @@ enum class Channels : int {
 /// Most images are opaque and many are grey: they take less memory and less work.
 class PixelImage {
 public:
-    /// Allocates the pixels and leaves their values open.
+    /// Allocates the pixels, mid-grey and transparent at first.
     PixelImage(int width, int height, Channels channels)
         : width(width), height(height), channels(channels),
-          bytes(std::make_unique_for_overwrite<char[]>(
-              static_cast<std::size_t>(rowBytes() * height) + Padding)) {
+          bytes(static_cast<std::size_t>(rowBytes() * height) + Padding) {
     }
 
     qsizetype pixelBytes() const {
@@ -37,10 +36,10 @@ public:
     }
     /// The pixels of row y from left to right; y = 0 is the top row.
     char* row(int y) {
-        return bytes.get() + rowBytes() * y;
+        return bytes.data() + rowBytes() * y;
     }
     const char* row(int y) const {
-        return bytes.get() + rowBytes() * y;
+        return bytes.data() + rowBytes() * y;
     }
 
     int width;  ///< pixels
@@ -51,7 +50,7 @@ private:
     /// A pixel of three bytes is read and written as one word, with a byte beyond the last one.
     static constexpr std::size_t Padding = 1;
 
-    std::unique_ptr<char[]> bytes;
+    PageArray<char> bytes;
 };
 
 /// The channelWord() of the pixel stored at `pixel`, of whose word four bytes can be read unless

@@ -214,11 +214,8 @@ template <typename Cell>
 CellGrid<Cell> quantize(const PixelImage& image, Palette& palette,
                         const QuantizationOptions& options) {
     CellGrid<Cell> grid(image.width, image.height);
-    if (options.cycles < 1 || palette.empty()) {
-        for (int y = 0; y < image.height; ++y)
-            std::fill_n(grid.rowCells(y + 1) + 1, image.width, Cell(0));
+    if (options.cycles < 1 || palette.empty())
         return grid;
-    }
     withChannels(image.channels, [&]<Channels channels>() {
         if (vectorLevel() == VectorLevel::Ssse3)
             runCycles<VectorLevel::Ssse3, channels>(image, palette, options, grid);
