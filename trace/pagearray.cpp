@@ -24,8 +24,8 @@ PageMemory::PageMemory(std::size_t bytes) {
 #ifdef __linux__
     if (bytes >= HugePage) {
         mappingSize = bytes + HugePage;
-        void* mapped = mmap(nullptr, mappingSize, PROT_READ | PROT_WRITE,
-                            MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        void* mapped =
+            mmap(nullptr, mappingSize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
         if (mapped == MAP_FAILED)
             throw std::bad_alloc();
         mapping = mapped;

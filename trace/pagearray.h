@@ -6,10 +6,9 @@
 namespace ovtrace {
 
 /// Zeroed memory that takes room only where it is touched, in huge pages where the system has
-/// them: a pixel costs less than the page fault for it.
+/// them: the page faults of an image would cost more than the work on its pixels.
 class PageMemory {
 public:
-    PageMemory() = default;
     /// Throws std::bad_alloc when there is no room.
     explicit PageMemory(std::size_t bytes);
     PageMemory(PageMemory&& other) noexcept;

@@ -118,9 +118,7 @@ public:
         : grid(grid), pathomit(pathomit), marks(static_cast<std::size_t>(grid.stride) *
                                                 (static_cast<std::size_t>(grid.height) + 2)),
           candidates(static_cast<std::size_t>(grid.stride) + sizeof(std::uint64_t)) {
-        const qsizetype stride = grid.stride;
-        cellOffsets = {{{-stride, 0}, {-stride - 1, -stride}, {-1, -stride - 1}, {0, -1}}};
-        nodeOffsets = {1, -stride, -1, stride};
+        makeSteps();
         findCandidates();
     }
 
@@ -148,10 +146,32 @@ public:
     }
 
 private:
-    struct CellsAhead {
-        qsizetype left;
-        qsizetype right;
+    /// A turn and where it leads in this grid, from a node's lower right cell.
+    struct Step {
+        qsizetype node;       ///< to that of the next node
+        qsizetype aheadLeft;  ///< from there to the cells ahead of the walker
+        qsizetype aheadRight; ///< likewise
+        std::size_t arrival;  ///< which four steps come into question there
+        Turn turn;
     };
+
+    void makeSteps() {
+        const qsizetype stride = grid.stride;
+        const std::array<qsizetype, 4> node{1, -stride, -1, stride};
+        const std::array<qsizetype, 4> left{-stride, -stride - 1, -1, 0};
+        const std::array<qsizetype, 4> right{0, -stride, -stride - 1, -1};
+        for (std::size_t side = 0; side < 2; ++side) {
+            for (std::size_t i = 0; i < 16; ++i) {
+                const Turn& turn = Turns[side][i];
+                if (turn.direction < 0)
+                    continue;
+                const auto direction = static_cast<std::size_t>(turn.direction);
+                steps[side][i] = {node[direction], left[direction], right[direction], direction * 4,
+                                  turn};
+            }
+        }
+        startStep = {0, left[Up], right[Up], Up * 4, {}};
+    }
 
     std::size_t markIndex(const Cell* cell) const {
         return static_cast<std::size_t>(cell - grid.rowCells(0));
@@ -203,15 +223,14 @@ private:
     template <Side side, typename Visit>
     void walk(const Cell* start, Cell color, const Visit& visit) {
         const Cell* cell = start;
-        std::size_t direction = Up;
+        const Step* step = &startStep;
         do {
-            const CellsAhead& ahead = cellOffsets[direction];
-            const std::size_t left = cell[ahead.left] == color ? 2 : 0;
-            const std::size_t right = cell[ahead.right] == color ? 1 : 0;
-            const Turn& turn = Turns[side][direction * 4 + left + right];
+            const std::size_t left = cell[step->aheadLeft] == color ? 2 : 0;
+            const std::size_t right = cell[step->aheadRight] == color ? 1 : 0;
+            step = &steps[side][step->arrival + left + right];
+            const Turn& turn = step->turn;
             visit(turn, turn.mark ? passCorner(turn, marks[markIndex(cell)]) : turn.nodeType);
-            direction = static_cast<std::size_t>(turn.direction);
-            cell += nodeOffsets[direction];
+            cell += step->node;
         } while (cell != start);
     }
 
@@ -230,8 +249,8 @@ private:
     const float pathomit;
     PageArray<std::uint8_t> marks; ///< one byte a node, in the layout of the grid
     std::vector<std::uint8_t> candidates;
-    std::array<CellsAhead, 4> cellOffsets{}; ///< from a node's lower right cell, by direction
-    std::array<qsizetype, 4> nodeOffsets{};  ///< to the next node, by direction
+    std::array<std::array<Step, 16>, 2> steps{}; ///< by side, arrival and the cells ahead
+    Step startStep{};                            ///< arrives upwards
     int row = 1;
     qsizetype column = 0;
 };

@@ -6,7 +6,7 @@
 namespace ovtrace {
 
 /// How many pixels groupRepeats() looks at.
-template <Channels channels> inline constexpr int PixelGroup = channels == Channels::Grey ? 8 : 4;
+template <Channels channels> inline constexpr int PixelGroup = channels == Channels::Grey ? 16 : 4;
 
 /// Whether the PixelGroup pixels from `pixels` on all equal the one before them.
 template <Channels channels> bool groupRepeats(const char* pixels) {
