@@ -1,16 +1,18 @@
 // Whole processes side by side: ovtrace and potrace turn the same 1-bit picture into SVG, and
 // ovtrace traces photographs. Prints medians and ratios as a Markdown table.
 //
-// Usage: process_bench OVTRACE RUNS BITMAP... [-- PHOTO...]
+// Usage: process_bench OVTRACE RUNS BITMAP... [-- PHOTO... [-- LARGE...]]
 
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QImage>
+#include <QImageReader>
 #include <QProcess>
 #include <QTemporaryDir>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <stdexcept>
 #include <vector>
@@ -40,19 +42,17 @@ public:
     }
 
     void bitmap(const QString& name) const {
-        const QString pbm = folder.filePath("picture.pbm");
-        const QImage image(name);
-        if (!image.convertToFormat(QImage::Format_Mono).save(pbm, "PBM"))
-            throw std::runtime_error(name.toStdString() + " cannot be made a bitmap");
-        std::vector<double> ours;
-        std::vector<double> theirs;
-        for (int i = 0; i < runs; ++i) {
-            theirs.push_back(secondsOf("potrace", {"-s", "-o", folder.filePath("p.svg"), pbm}));
-            ours.push_back(
-                secondsOf(ovtrace, {"--mode", "bw", "-o", folder.filePath("o.svg"), pbm}));
-        }
-        std::printf("| %s | %.1f | %.3f | %.3f | %.2f |\n", qPrintable(QFileInfo(name).fileName()),
-                    megapixels(image), median(ours), median(theirs), median(ours) / median(theirs));
+        compare(QImage(name), QFileInfo(name).fileName());
+    }
+
+    /// The picture as a clean bitmap of 35 megapixels, the size of a drawing at 600 dpi.
+    void largeBitmap(const QString& name) const {
+        const QImage image = QImage(name).convertToFormat(QImage::Format_Grayscale8);
+        const double scale = std::sqrt(35.0 / megapixels(image));
+        compare(image.scaled(static_cast<int>(image.width() * scale),
+                             static_cast<int>(image.height() * scale), Qt::IgnoreAspectRatio,
+                             Qt::SmoothTransformation),
+                QFileInfo(name).fileName() + ", enlarged");
     }
 
     void photo(const QString& name) const {
@@ -66,6 +66,21 @@ public:
     }
 
 private:
+    void compare(const QImage& image, const QString& title) const {
+        const QString pbm = folder.filePath("picture.pbm");
+        if (!image.convertToFormat(QImage::Format_Mono, Qt::ThresholdDither).save(pbm, "PBM"))
+            throw std::runtime_error(title.toStdString() + " cannot be made a bitmap");
+        std::vector<double> ours;
+        std::vector<double> theirs;
+        for (int i = 0; i < runs; ++i) {
+            theirs.push_back(secondsOf("potrace", {"-s", "-o", folder.filePath("p.svg"), pbm}));
+            ours.push_back(
+                secondsOf(ovtrace, {"--mode", "bw", "-o", folder.filePath("o.svg"), pbm}));
+        }
+        std::printf("| %s | %.1f | %.3f | %.3f | %.2f |\n", qPrintable(title), megapixels(image),
+                    median(ours), median(theirs), median(ours) / median(theirs));
+    }
+
     static double megapixels(const QImage& image) {
         return static_cast<double>(image.width()) * image.height() / 1e6;
     }
@@ -78,23 +93,27 @@ private:
 } // namespace
 
 int main(int argc, char* argv[]) {
+    QImageReader::setAllocationLimit(0);
     if (argc < 4) {
-        std::fprintf(stderr, "usage: process_bench OVTRACE RUNS BITMAP... [-- PHOTO...]\n");
+        std::fprintf(stderr,
+                     "usage: process_bench OVTRACE RUNS BITMAP... [-- PHOTO... [-- LARGE...]]\n");
         return 2;
     }
     const Comparison comparison(QString::fromLocal8Bit(argv[1]),
                                 QString::fromLocal8Bit(argv[2]).toInt());
     std::printf("| picture | Mpx | ovtrace, s | potrace, s | ratio |\n|---|---|---|---|---|\n");
-    bool photos = false;
+    int part = 0;
     try {
         for (int i = 3; i < argc; ++i) {
             const QString name = QString::fromLocal8Bit(argv[i]);
             if (name == "--")
-                photos = true;
-            else if (photos)
+                ++part;
+            else if (part == 0)
+                comparison.bitmap(name);
+            else if (part == 1)
                 comparison.photo(name);
             else
-                comparison.bitmap(name);
+                comparison.largeBitmap(name);
         }
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());

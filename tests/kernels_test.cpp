@@ -1,6 +1,7 @@
 #include "support/randominput.h"
 
 #include <blurkernels.h>
+#include <kernels/cornerbits.h>
 #include <kernels/means3.h>
 #include <nearestcolor.h>
 
@@ -94,6 +95,32 @@ TEST(Means3, EveryFormWritesTheSameAndNothingElse) {
                 ASSERT_EQ(results[1][i], Untouched) << i;
             }
         }
+    }
+}
+
+TEST(CornerBits, EveryFormFindsTheSameCells) {
+    RandomInput input(20267);
+    for (int round = 0; round < 5000; ++round) {
+        const int colors = input.number(1, 4);
+        std::vector<std::uint8_t> cells(CornerCells + 16 + 1);
+        std::vector<std::uint8_t> above(CornerCells + 16);
+        for (auto* row : {&cells, &above}) {
+            for (std::uint8_t& cell : *row)
+                cell = static_cast<std::uint8_t>(255 - input.number(0, colors));
+        }
+        const int start = input.number(0, 15);
+        std::uint64_t expected = 0;
+        for (int i = 0; i < CornerCells; ++i) {
+            const auto x = static_cast<std::size_t>(start + i);
+            if (cells[x + 1] != cells[x] && cells[x + 1] != above[x])
+                expected |= std::uint64_t(1) << i;
+        }
+        ASSERT_EQ(cornerBits(&cells[static_cast<std::size_t>(start) + 1],
+                             &above[static_cast<std::size_t>(start)]),
+                  expected);
+        ASSERT_EQ(cornerBitsSsse3(&cells[static_cast<std::size_t>(start) + 1],
+                                  &above[static_cast<std::size_t>(start)]),
+                  expected);
     }
 }
 

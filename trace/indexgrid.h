@@ -22,7 +22,7 @@ public:
     /// Allocates the cells of a width x height image, all 0 but for the border.
     CellGrid(int width, int height)
         : width(width), height(height), stride(qsizetype(width) + 2),
-          cells(static_cast<std::size_t>(stride * (qsizetype(height) + 2))) {
+          cells(static_cast<std::size_t>(stride * (qsizetype(height) + 2)) + Padding) {
         fillBorderRow(0);
         fillBorderRow(height + 1);
         for (int row = 1; row <= height; ++row) {
@@ -49,6 +49,9 @@ private:
         for (qsizetype i = 0; i < stride; ++i)
             cell[i] = Border;
     }
+
+    /// Rows are read in blocks, the last one too.
+    static constexpr std::size_t Padding = 64;
 
     PageArray<Cell> cells;
 };

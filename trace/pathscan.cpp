@@ -1,11 +1,13 @@
 #include "pathscan.h"
 
+#include "kernels/cornerbits.h"
+#include "kernels/prefetch.h"
 #include "nodetypes.h"
 #include "pagearray.h"
 #include "pathtables.h"
 
 #include <array>
-#include <cstring>
+#include <bit>
 #include <vector>
 
 namespace ovtrace {
@@ -116,10 +118,9 @@ template <typename Cell> class PathScan::CellSweep final : public PathScan::Swee
 public:
     CellSweep(const CellGrid<Cell>& grid, float pathomit)
         : grid(grid), pathomit(pathomit), marks(static_cast<std::size_t>(grid.stride) *
-                                                (static_cast<std::size_t>(grid.height) + 2)),
-          candidates(static_cast<std::size_t>(grid.stride) + sizeof(std::uint64_t)) {
+                                                (static_cast<std::size_t>(grid.height) + 2)) {
         makeSteps();
-        findCandidates();
+        startRow();
     }
 
     int next(Path& path) override {
@@ -128,7 +129,7 @@ public:
                 if (row > grid.height)
                     return -1;
                 ++row;
-                findCandidates();
+                startRow();
             }
             const Cell* cell = grid.rowCells(row) + column;
             const Cell upperRight = cell[-grid.stride];
@@ -146,65 +147,76 @@ public:
     }
 
 private:
-    /// A turn and where it leads in this grid, from a node's lower right cell.
-    struct Step {
-        qsizetype node;       ///< to that of the next node
-        qsizetype aheadLeft;  ///< from there to the cells ahead of the walker
-        qsizetype aheadRight; ///< likewise
-        std::size_t arrival;  ///< which four steps come into question there
+    /// A turn and where it leads in this grid. Offsets are between cells, of which a node's lower
+    /// right one stands for it.
+    struct alignas(32) Step {
+        const Step* arrival = nullptr; ///< the four steps to choose from at the next node
+        std::int32_t node = 0;         ///< to the next node
+        std::int32_t aheadLeft = 0;    ///< from there to the cells ahead of the walker
+        std::int32_t aheadRight = 0;   ///< likewise
         Turn turn;
     };
 
     void makeSteps() {
-        const qsizetype stride = grid.stride;
-        const std::array<qsizetype, 4> node{1, -stride, -1, stride};
-        const std::array<qsizetype, 4> left{-stride, -stride - 1, -1, 0};
-        const std::array<qsizetype, 4> right{0, -stride, -stride - 1, -1};
+        const auto stride = static_cast<std::int32_t>(grid.stride);
+        const std::array<std::int32_t, 4> node{1, -stride, -1, stride};
+        const std::array<std::int32_t, 4> left{-stride, -stride - 1, -1, 0};
+        const std::array<std::int32_t, 4> right{0, -stride, -stride - 1, -1};
         for (std::size_t side = 0; side < 2; ++side) {
+            const auto arriving = [&](std::size_t direction) {
+                return Step{&steps[side][direction * 4],
+                            node[direction],
+                            left[direction],
+                            right[direction],
+                            {}};
+            };
+            starts[side] = arriving(Up);
             for (std::size_t i = 0; i < 16; ++i) {
                 const Turn& turn = Turns[side][i];
                 if (turn.direction < 0)
                     continue;
-                const auto direction = static_cast<std::size_t>(turn.direction);
-                steps[side][i] = {node[direction], left[direction], right[direction], direction * 4,
-                                  turn};
+                steps[side][i] = arriving(static_cast<std::size_t>(turn.direction));
+                steps[side][i].turn = turn;
             }
         }
-        startStep = {0, left[Up], right[Up], Up * 4, {}};
     }
 
     std::size_t markIndex(const Cell* cell) const {
         return static_cast<std::size_t>(cell - grid.rowCells(0));
     }
 
-    /// Notes which nodes of the current row may start a walk.
-    void findCandidates() {
-        const Cell* cells = grid.rowCells(row);
-        const Cell* above = cells - grid.stride;
-        // Everything in locals: a byte written may be any object's, as far as a compiler can tell.
-        std::uint8_t* found = candidates.data();
-        const qsizetype stride = grid.stride;
-        for (qsizetype x = 1; x < stride; ++x)
-            found[x] =
-                static_cast<std::uint8_t>((cells[x] != cells[x - 1]) & (cells[x] != above[x]));
-        column = 0;
+    void startRow() {
+        block = 1 - CornerCells;
+        candidates = 0;
+        if (row <= grid.height)
+            prefetch(grid.rowCells(row + 1), grid.stride * qsizetype(sizeof(Cell)));
     }
 
-    /// Moves on to the next candidate of the row.
+    /// Moves on to the next node of the row that may start a walk.
     bool advance() {
-        ++column;
-        while (column < grid.stride) {
-            std::uint64_t eight = 0;
-            std::memcpy(&eight, &candidates[static_cast<std::size_t>(column)], sizeof eight);
-            if (eight == 0) {
-                column += static_cast<qsizetype>(sizeof eight);
-                continue;
-            }
-            while (candidates[static_cast<std::size_t>(column)] == 0)
-                ++column;
-            return column < grid.stride;
+        while (candidates == 0) {
+            block += CornerCells;
+            if (block >= grid.stride)
+                return false;
+            candidates = candidatesOfBlock();
         }
-        return false;
+        column = block + std::countr_zero(candidates);
+        candidates &= candidates - 1;
+        return true;
+    }
+
+    std::uint64_t candidatesOfBlock() const {
+        const Cell* cells = grid.rowCells(row) + block;
+        const Cell* above = cells - grid.stride;
+        std::uint64_t bits = 0;
+        if constexpr (sizeof(Cell) == 1)
+            bits = level == VectorLevel::Scalar ? cornerBits(cells, above)
+                                                : cornerBitsSsse3(cells, above);
+        else
+            bits = cornerBits(cells, above);
+        // Beyond the end of the row lies the next one.
+        const qsizetype left = grid.stride - block;
+        return left < CornerCells ? bits & ((std::uint64_t(1) << left) - 1U) : bits;
     }
 
     void walkOuter(const Cell* cell, Path& path) {
@@ -223,11 +235,11 @@ private:
     template <Side side, typename Visit>
     void walk(const Cell* start, Cell color, const Visit& visit) {
         const Cell* cell = start;
-        const Step* step = &startStep;
+        const Step* step = &starts[side];
         do {
             const std::size_t left = cell[step->aheadLeft] == color ? 2 : 0;
             const std::size_t right = cell[step->aheadRight] == color ? 1 : 0;
-            step = &steps[side][step->arrival + left + right];
+            step = step->arrival + (left + right);
             const Turn& turn = step->turn;
             visit(turn, turn.mark ? passCorner(turn, marks[markIndex(cell)]) : turn.nodeType);
             cell += step->node;
@@ -248,11 +260,13 @@ private:
     const CellGrid<Cell>& grid;
     const float pathomit;
     PageArray<std::uint8_t> marks; ///< one byte a node, in the layout of the grid
-    std::vector<std::uint8_t> candidates;
-    std::array<std::array<Step, 16>, 2> steps{}; ///< by side, arrival and the cells ahead
-    Step startStep{};                            ///< arrives upwards
+    const VectorLevel level = vectorLevel();
+    std::array<std::array<Step, 16>, 2> steps; ///< by side, arrival and the cells ahead
+    std::array<Step, 2> starts;                ///< arriving upwards, by side
     int row = 1;
-    qsizetype column = 0;
+    qsizetype column = 0;         ///< of the last candidate
+    qsizetype block = 0;          ///< the first column of those whose candidates are known
+    std::uint64_t candidates = 0; ///< those not yet looked at: nodes that may start a walk
 };
 
 PathScan::PathScan(const LayerSet& layers, float pathomit) {

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "vectorlevel.h"
+
+#include <cstddef>
+#include <cstdint>
+
+#if OVTRACE_HAS_SSSE3
+#include <emmintrin.h>
+#endif
+
+namespace ovtrace {
+
+/// How many cells cornerBits() looks at.
+inline constexpr int CornerCells = 64;
+
+/// Which of 64 cells of a row differ from the cell before them and from the one above: bit i
+/// stands for cells[i]. Reads cells[-1] .. cells[63] and above[0] .. above[63].
+template <typename Cell> std::uint64_t cornerBits(const Cell* cells, const Cell* above) {
+    std::uint64_t bits = 0;
+    for (int i = 0; i < CornerCells; ++i) {
+        const bool differs = (cells[i] != cells[i - 1]) & (cells[i] != above[i]);
+        bits |= std::uint64_t(differs) << i;
+    }
+    return bits;
+}
+
+#if OVTRACE_HAS_SSSE3
+/// The vector form for cells of one byte.
+inline std::uint64_t cornerBitsSsse3(const std::uint8_t* cells, const std::uint8_t* above) {
+    std::uint64_t bits = 0;
+    for (int i = 0; i < CornerCells; i += 16) {
+        const auto load = [i](const std::uint8_t* from) {
+            return _mm_loadu_si128(reinterpret_cast<const __m128i*>(from + i));
+        };
+        const __m128i here = load(cells);
+        const __m128i repeats =
+            _mm_or_si128(_mm_cmpeq_epi8(here, load(cells - 1)), _mm_cmpeq_epi8(here, load(above)));
+        const auto differing = static_cast<std::uint16_t>(~_mm_movemask_epi8(repeats));
+        bits |= std::uint64_t(differing) << i;
+    }
+    return bits;
+}
+#else
+inline std::uint64_t cornerBitsSsse3(const std::uint8_t* cells, const std::uint8_t* above) {
+    return cornerBits(cells, above);
+}
+#endif
+
+} // namespace ovtrace
