@@ -7,13 +7,14 @@ constexpr unsigned FirstHashBits = 6;
 
 } // namespace
 
-ColorHistogram::ColorHistogram(std::size_t largestCells)
+template <Channels channels>
+ColorHistogram<channels>::ColorHistogram(std::size_t largestCells)
     : largestCells(largestCells), cells{0}, counters((largestCells + 1) * BlockSize),
       opaque(std::size_t(1) << 3 * CellBits), hashed(std::size_t(1) << FirstHashBits),
       hashedShift(32 - FirstHashBits) {
 }
 
-std::uint32_t ColorHistogram::addBlock(std::uint32_t color) {
+template <Channels channels> std::uint32_t ColorHistogram<channels>::addBlock(std::uint32_t color) {
     const std::uint32_t cell = color & ~PlaceMask;
     const auto block = static_cast<std::uint32_t>(cells.size()) * BlockSize;
     cells.push_back(cell);
@@ -27,7 +28,7 @@ std::uint32_t ColorHistogram::addBlock(std::uint32_t color) {
     return block;
 }
 
-void ColorHistogram::growHashed() {
+template <Channels channels> void ColorHistogram<channels>::growHashed() {
     std::vector<HashedCell> smaller(hashed.size() * 2);
     smaller.swap(hashed);
     --hashedShift;
@@ -37,8 +38,8 @@ void ColorHistogram::growHashed() {
     }
 }
 
-std::vector<ColorHistogram::Entry> ColorHistogram::entries() const {
-    std::vector<Entry> used;
+template <Channels channels> std::vector<CountedColor> ColorHistogram<channels>::entries() const {
+    std::vector<CountedColor> used;
     for (std::size_t block = 1; block < cells.size(); ++block) {
         for (std::uint32_t place = 0; place < BlockSize; ++place) {
             const std::uint32_t count = counters[block * BlockSize + place];
@@ -48,5 +49,17 @@ std::vector<ColorHistogram::Entry> ColorHistogram::entries() const {
     }
     return used;
 }
+
+std::vector<CountedColor> ColorHistogram<Channels::Grey>::entries() const {
+    std::vector<CountedColor> used;
+    for (std::uint32_t grey = 0; grey < numbers.size(); ++grey) {
+        if (numbers[grey] != 0)
+            used.push_back({grey * 0x010101U | 0xff000000U, numbers[grey]});
+    }
+    return used;
+}
+
+template class ColorHistogram<Channels::Opaque>;
+template class ColorHistogram<Channels::All>;
 
 } // namespace ovtrace

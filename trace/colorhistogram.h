@@ -3,9 +3,16 @@
 #include "pagearray.h"
 #include "pixelimage.h"
 
+#include <array>
 #include <vector>
 
 namespace ovtrace {
+
+/// A colour and how often it occurs.
+struct CountedColor {
+    std::uint32_t color; ///< a channelWord()
+    std::uint32_t count; ///< at least 1
+};
 
 /// Counts how often each colour occurs and keeps a number for each.
 ///
@@ -16,20 +23,15 @@ namespace ovtrace {
 /// block of counters, side by side: colours that are alike, as those of neighbouring pixels are,
 /// are counted near each other in memory. The blocks of opaque cells are found by a directory of
 /// all such cells, the others by a hash table.
-class ColorHistogram {
+template <Channels channels> class ColorHistogram {
 public:
-    struct Entry {
-        std::uint32_t color;
-        std::uint32_t count; ///< occurrences, at least 1
-    };
-
     /// Holds the colours of up to `largestCells` cells.
     explicit ColorHistogram(std::size_t largestCells);
 
     /// Counts `count` more occurrences of a colour, opaque unless the channels are all. False when
     /// there would be too many cells.
-    template <Channels channels> bool add(std::uint32_t color, std::uint32_t count) {
-        std::uint32_t block = blockOf<channels>(color);
+    bool add(std::uint32_t color, std::uint32_t count) {
+        std::uint32_t block = blockOf(color);
         if (block == NoBlock) {
             if (cells.size() > largestCells)
                 return false;
@@ -40,15 +42,15 @@ public:
     }
 
     /// The distinct colours with their counts, in no particular order.
-    std::vector<Entry> entries() const;
+    std::vector<CountedColor> entries() const;
 
     /// Replaces the count of a colour that has been counted by a number of the caller's.
     void setValue(std::uint32_t color, std::uint32_t value) {
-        counters[blockOf<Channels::All>(color) + placeInCell(color)] = value;
+        counters[blockOf(color) + placeInCell(color)] = value;
     }
     /// Gives that number back.
-    template <Channels channels> std::uint32_t value(std::uint32_t color) const {
-        return counters[blockOf<channels>(color) + placeInCell(color)];
+    std::uint32_t value(std::uint32_t color) const {
+        return counters[blockOf(color) + placeInCell(color)];
     }
 
 private:
@@ -73,7 +75,7 @@ private:
                (color >> 3U * PlaceBits & Mask << 2U * CellBits);
     }
     /// The block's first counter, or NoBlock.
-    template <Channels channels> std::uint32_t blockOf(std::uint32_t color) const {
+    std::uint32_t blockOf(std::uint32_t color) const {
         if (channels == Channels::All && color >> 24U != 255U)
             return hashed[hashedPlaceOf(color & ~PlaceMask)].block;
         return opaque[opaqueCell(color)];
@@ -102,6 +104,32 @@ private:
     std::vector<HashedCell> hashed;    ///< a power of two of places, at most half in use
     unsigned hashedShift;
     std::size_t hashedCells = 0;
+};
+
+/// The 256 greys have a counter each.
+template <> class ColorHistogram<Channels::Grey> {
+public:
+    /// They always fit.
+    explicit ColorHistogram(std::size_t) {
+    }
+    bool add(std::uint32_t color, std::uint32_t count) {
+        numbers[greyOf(color)] += count;
+        return true;
+    }
+    std::vector<CountedColor> entries() const;
+    void setValue(std::uint32_t color, std::uint32_t value) {
+        numbers[greyOf(color)] = value;
+    }
+    std::uint32_t value(std::uint32_t color) const {
+        return numbers[greyOf(color)];
+    }
+
+private:
+    static std::size_t greyOf(std::uint32_t color) {
+        return color & 255U;
+    }
+
+    std::array<std::uint32_t, 256> numbers{};
 };
 
 } // namespace ovtrace

@@ -103,13 +103,13 @@ private:
 /// The pixels of an image, counted by colour.
 template <VectorLevel Level, Channels channels> class CountedPixels {
 public:
-    CountedPixels(const PixelImage& image, ColorHistogram& histogram)
+    CountedPixels(const PixelImage& image, ColorHistogram<channels>& histogram)
         : image(image), histogram(histogram), entries(histogram.entries()) {
     }
 
     Shares assign(std::size_t colors, NearestColor& nearest) const {
         Shares shares(colors);
-        for (const ColorHistogram::Entry& entry : entries) {
+        for (const CountedColor& entry : entries) {
             Share& share = shares[static_cast<std::size_t>(nearest.find<Level>(entry.color))];
             for (std::size_t c = 0; c < ChannelCount; ++c)
                 share.sums[c] += std::int64_t(entry.color >> 8 * c & 255U) * entry.count;
@@ -119,26 +119,27 @@ public:
     }
 
     template <typename Cell> void store(NearestColor& nearest, CellGrid<Cell>& grid) {
-        for (const ColorHistogram::Entry& entry : entries) {
+        for (const CountedColor& entry : entries) {
             const int index = nearest.find<Level>(entry.color);
             histogram.setValue(entry.color, static_cast<std::uint32_t>(index));
         }
-        storeIndices<channels>(
-            image, grid, [&](std::uint32_t pixel) { return histogram.value<channels>(pixel); });
+        storeIndices<channels>(image, grid,
+                               [&](std::uint32_t pixel) { return histogram.value(pixel); });
     }
 
 private:
     const PixelImage& image;
-    ColorHistogram& histogram;
-    std::vector<ColorHistogram::Entry> entries;
+    ColorHistogram<channels>& histogram;
+    std::vector<CountedColor> entries;
 };
 
 /// Counts the colours of the image; false when they are too many to be worth it.
-template <Channels channels> bool countColors(const PixelImage& image, ColorHistogram& histogram) {
+template <Channels channels>
+bool countColors(const PixelImage& image, ColorHistogram<channels>& histogram) {
     bool counted = true;
     for (int y = 0; y < image.height && counted; ++y) {
         visitRow<channels>(image, y, [&](std::uint32_t pixel, int, int count) {
-            counted = counted && histogram.add<channels>(pixel, static_cast<std::uint32_t>(count));
+            counted = counted && histogram.add(pixel, static_cast<std::uint32_t>(count));
         });
     }
     return counted;
@@ -203,7 +204,7 @@ void runCycles(Pixels pixels, Palette& palette, const QuantizationOptions& optio
 template <VectorLevel Level, Channels channels, typename Cell>
 void runCycles(const PixelImage& image, Palette& palette, const QuantizationOptions& options,
                CellGrid<Cell>& grid) {
-    ColorHistogram histogram(countableCells(std::int64_t(image.width) * image.height));
+    ColorHistogram<channels> histogram(countableCells(std::int64_t(image.width) * image.height));
     if (countColors<channels>(image, histogram))
         runCycles(CountedPixels<Level, channels>(image, histogram), palette, options, grid);
     else
