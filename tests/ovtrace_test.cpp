@@ -140,8 +140,9 @@ TEST_F(Ovtrace, WritesSvgInTheOrderOfTheList) {
             continue;
         if (xml.name() == u"svg")
             viewBox = xml.attributes().value("viewBox").toString();
-        if (xml.name() == u"path") {
+        if (xml.attributes().hasAttribute("fill"))
             fills.append(xml.attributes().value("fill").toString());
+        if (xml.name() == u"path") {
             EXPECT_TRUE(xml.attributes().value("d").startsWith(u"M"));
             EXPECT_TRUE(xml.attributes().value("d").endsWith(u"Z"));
         }
@@ -216,7 +217,7 @@ TEST_F(Ovtrace, UsageErrors) {
     expectError(run({image, "--set", "ltres=soft"}), 2, "\"soft\"");
     expectError(run({image, "--set", "ltres="}), 2, "a number");
     expectError(run({image, "--mode", "grey"}), 2, "color, bw, raw");
-    expectError(run({image, "-f", "dwg"}), 2, "svg, json");
+    expectError(run({image, "-f", "dwg"}), 2, "svg, dxf, pdf, png, json, geojson");
     for (const QString colors : {"red", "#12345", "#1234567", "#ggg000", "", "#112233,", "#+12345"})
         expectError(run({image, "--palette", colors}), 2, "is not a colour");
     expectError(run({image, image, "-o", path("x.svg")}), 2, "one image");
@@ -226,7 +227,7 @@ TEST_F(Ovtrace, UsageErrors) {
 TEST_F(Ovtrace, FileErrorsLeaveNothingBehind) {
     const QString output = path("x.svg");
     expectError(run({path("missing.png"), "-o", output}), 1, "missing.png: no such file");
-    expectError(run({folder.path(), "-o", output}), 1, "is a folder");
+    expectError(run({folder.path(), "-o", output}), 1, "no images in this folder");
     writeFile(path("empty.png"), "");
     expectError(run({path("empty.png"), "-o", output}), 1, "the file is empty");
     writeFile(path("text.png"), "This is not a picture.\n");
@@ -260,7 +261,7 @@ TEST_F(Ovtrace, TruncatedImagesAreAResultOrAnError) {
 
 TEST_F(Ovtrace, OneBadImageLeavesACommonOutputUnwritten) {
     writeFile(path("old.json"), "old");
-    expectError(run({sample("logo.png"), path("missing.png"), "-o", path("old.json")}), 1,
+    expectError(run({sample("logo.png"), path("missing.png"), "-q", "-o", path("old.json")}), 1,
                 "missing.png");
     EXPECT_EQ(contents(path("old.json")), "old");
 }

@@ -1,70 +1,28 @@
 #include "arguments.h"
 
+#include "settingsfile.h"
+#include "writers/formats.h"
+
 #include <QCommandLineParser>
 #include <QFileInfo>
+#include <QRegularExpression>
 
-#include <algorithm>
+#include <cmath>
 
 namespace {
 
-const QStringList& optionKeys() {
-    static const QStringList keys{
-        "monochrome",    "numberofcolors", "mincolorratio",  "colorquantcycles",
-        "colorsampling", "blurradius",     "blurdelta",      "pathomit",
-        "ltres",         "qtres",          "alphathreshold", "brightnessthreshold",
-        "usealpha",      "usebrightness"};
-    return keys;
+/// Options that ask for something else than tracing.
+const QStringList& actions() {
+    static const QStringList names{"list-options", "list-formats",   "list-presets",
+                                   "plugin-info",  "print-settings", "generate"};
+    return names;
 }
 
-/// How many letters must be inserted, removed or changed to get from one word to the other.
-int editDistance(const QString& a, const QString& b) {
-    QList<int> row(b.size() + 1);
-    for (int j = 0; j < row.size(); ++j)
-        row[j] = j;
-    for (qsizetype i = 0; i < a.size(); ++i) {
-        int diagonal = row[0];
-        row[0] = static_cast<int>(i) + 1;
-        for (qsizetype j = 0; j < b.size(); ++j) {
-            const int replaced = diagonal + (a[i] == b[j] ? 0 : 1);
-            diagonal = row[j + 1];
-            row[j + 1] = std::min({replaced, row[j] + 1, row[j + 1] + 1});
-        }
-    }
-    return row.last();
-}
-
-QString nearestKey(const QString& word) {
-    return *std::min_element(optionKeys().begin(), optionKeys().end(),
-                             [&](const QString& a, const QString& b) {
-                                 return editDistance(word, a) < editDistance(word, b);
-                             });
-}
-
-QPair<QString, double> parseOption(const QString& word) {
-    const qsizetype equals = word.indexOf('=');
-    if (equals < 0)
-        throw UsageError(QString("--set takes key=value, not \"%1\"").arg(word));
-    const QString key = word.left(equals);
-    if (!optionKeys().contains(key))
-        throw UsageError(QString("unknown option \"%1\" (did you mean \"%2\"?)")
-                             .arg(key, nearestKey(key.toLower())));
-    bool isNumber = false;
-    const double value = word.mid(equals + 1).toDouble(&isNumber);
-    if (!isNumber)
-        throw UsageError(
-            QString("\"%1\" takes a number, not \"%2\"").arg(key, word.mid(equals + 1)));
-    return {key, value};
-}
-
-/// "#rrggbb" or "#rrggbbaa".
-QColor parseColor(const QString& word) {
-    bool isNumber = false;
-    const uint value = word.mid(1).toUInt(&isNumber, 16);
-    const qsizetype digits = word.size() - 1;
-    if (!word.startsWith('#') || !isNumber || (digits != 6 && digits != 8) || word[1] == '+')
-        throw UsageError(QString("\"%1\" is not a colour: write #rrggbb or #rrggbbaa").arg(word));
-    return digits == 6 ? QColor::fromRgb(value)
-                       : QColor::fromRgba((value >> 8) | (value & 255U) << 24);
+/// Options that concern a whole batch and not one of its images.
+const QStringList& batchOptions() {
+    static const QStringList names{"jobs",   "output", "output-dir", "name",          "stats",
+                                   "format", "quiet",  "progress",   "save-settings", "continue-on-error"};
+    return names;
 }
 
 template <typename Choice>
@@ -79,37 +37,282 @@ Choice choose(const QString& option, const QString& word,
     throw UsageError(QString("%1 takes %2, not \"%3\"").arg(option, names.join(", "), word));
 }
 
-Format parseFormat(const QCommandLineParser& parser, const QString& output) {
-    const QList<QPair<QString, Format>> formats{{"svg", Format::Svg}, {"json", Format::Json}};
-    if (parser.isSet("format"))
-        return choose("--format", parser.value("format"), formats);
-    return QFileInfo(output).suffix().toLower() == "json" ? Format::Json : Format::Svg;
+const QList<QPair<QString, Mode>>& modes() {
+    static const QList<QPair<QString, Mode>> all{
+        {"color", Mode::Color}, {"bw", Mode::Bw}, {"raw", Mode::Raw}};
+    return all;
 }
+
+const QList<QPair<QString, Unit>>& units() {
+    static const QList<QPair<QString, Unit>> all{{"mm", Unit::Millimetre},
+                                                 {"cm", Unit::Centimetre},
+                                                 {"in", Unit::Inch},
+                                                 {"pt", Unit::Point},
+                                                 {"px", Unit::Pixel}};
+    return all;
+}
+
+double parseNumber(const QCommandLineParser& parser, const QString& name, double low,
+                   double high) {
+    bool isNumber = false;
+    const double value = parser.value(name).toDouble(&isNumber);
+    if (!isNumber || !(value >= low && value <= high))
+        throw UsageError(QString("--%1 takes a number from %2 to %3, not \"%4\"")
+                             .arg(name, QString::number(low, 'g', 10),
+                                  QString::number(high, 'g', 10), parser.value(name)));
+    return value;
+}
+
+int parseWhole(const QCommandLineParser& parser, const QString& name, int low, int high) {
+    const double value = parseNumber(parser, name, low, high);
+    if (value != std::floor(value))
+        throw UsageError(QString("--%1 takes a whole number, not \"%2\"")
+                             .arg(name, parser.value(name)));
+    return static_cast<int>(value);
+}
+
+/// A length with its unit, as "120mm", in millimetres.
+double parseLength(const QCommandLineParser& parser, const QString& name) {
+    static const QRegularExpression form("^([0-9.]+) *(mm|cm|in|pt)$");
+    const auto match = form.match(parser.value(name));
+    const double value = match.captured(1).toDouble();
+    if (!match.hasMatch() || !(value > 0.0 && value < 1e6))
+        throw UsageError(QString("--%1 takes a length with its unit, as 120mm or 4in, not \"%2\"")
+                             .arg(name, parser.value(name)));
+    return value * millimetresPer(choose<Unit>(name, match.captured(2), units()));
+}
+
+QRect parseCrop(const QString& word) {
+    static const QRegularExpression form("^([0-9]{1,9}),([0-9]{1,9}),([0-9]{1,9}),([0-9]{1,9})$");
+    const auto match = form.match(word);
+    const QRect crop(match.captured(1).toInt(), match.captured(2).toInt(),
+                     match.captured(3).toInt(), match.captured(4).toInt());
+    if (!match.hasMatch() || crop.isEmpty())
+        throw UsageError(
+            QString("--crop takes x,y,width,height in pixels, not \"%1\"").arg(word));
+    return crop;
+}
+
+SizeRequest parseSize(const QCommandLineParser& parser) {
+    SizeRequest size;
+    if (parser.value("dpi") == "auto")
+        size.dotsFromFile = true;
+    else if (parser.isSet("dpi"))
+        size.dotsPerInch = parseNumber(parser, "dpi", 1, 100000);
+    if (parser.isSet("width"))
+        size.widthMillimetres = parseLength(parser, "width");
+    if (parser.isSet("height"))
+        size.heightMillimetres = parseLength(parser, "height");
+    const int given = (parser.isSet("dpi") ? 1 : 0) + (size.widthMillimetres ? 1 : 0) +
+                      (size.heightMillimetres ? 1 : 0);
+    if (given > 1)
+        throw UsageError("give one of --dpi, --width and --height; the others follow from it");
+    if (parser.isSet("units"))
+        size.unit = choose("--units", parser.value("units"), units());
+    if (given == 0 && size.unit.value_or(Unit::Pixel) != Unit::Pixel)
+        throw UsageError("--units needs to know the size: give --dpi, --width or --height");
+    return size;
+}
+
+TraceSettings parseSettings(const QCommandLineParser& parser) {
+    TraceSettings settings;
+    if (parser.isSet("settings"))
+        settings = loadSettings(parser.value("settings"));
+    if (parser.isSet("preset")) {
+        QList<QPair<QString, const Preset*>> choices;
+        for (const Preset& preset : presets())
+            choices.append({preset.name, &preset});
+        const Preset* preset = choose<const Preset*>("--preset", parser.value("preset"), choices);
+        settings.mode = preset->blackAndWhite ? Mode::Bw : Mode::Color;
+        settings.values = preset->values;
+    }
+    if (parser.isSet("mode"))
+        settings.mode = choose("--mode", parser.value("mode"), modes());
+    for (const EngineOption& option : engineOptions()) {
+        if (option.flag[0] != '\0' && parser.isSet(option.flag))
+            settings.values[option.key] = checkedValue(option, QString("--") + option.flag,
+                                                       parser.value(option.flag));
+    }
+    for (const QString& word : parser.values("set")) {
+        const qsizetype equals = word.indexOf('=');
+        if (equals < 0)
+            throw UsageError(QString("--set takes key=value, not \"%1\"").arg(word));
+        const EngineOption& option = findEngineOption(word.left(equals));
+        settings.values[option.key] = checkedValue(option, option.key, word.mid(equals + 1));
+    }
+    if (parser.isSet("palette")) {
+        settings.palette.clear();
+        for (const QString& word : parser.value("palette").split(','))
+            settings.palette.append(parseColor(word.trimmed()));
+    }
+    return settings;
+}
+
+WriterOptions parseWriterOptions(const QCommandLineParser& parser) {
+    WriterOptions writer;
+    if (parser.isSet("fill") && parser.isSet("outline"))
+        throw UsageError("give one of --fill and --outline");
+    writer.outlinesOnly = parser.isSet("outline");
+    writer.closeSeams = parser.isSet("close-seams");
+    if (parser.isSet("precision"))
+        writer.precision = parseWhole(parser, "precision", 0, 15);
+    if (parser.isSet("dxf-version"))
+        writer.dxfVersion = choose<DxfVersion>("--dxf-version", parser.value("dxf-version"),
+                                               {{"R12", DxfVersion::R12},
+                                                {"R2000", DxfVersion::R2000},
+                                                {"R2010", DxfVersion::R2010}});
+    if (parser.isSet("dxf-curves"))
+        writer.dxfCurves = choose<DxfCurves>("--dxf-curves", parser.value("dxf-curves"),
+                                             {{"arcs", DxfCurves::Arcs},
+                                              {"lines", DxfCurves::Lines},
+                                              {"spline", DxfCurves::Spline},
+                                              {"quadratic", DxfCurves::Quadratic}});
+    const bool splines =
+        writer.dxfCurves == DxfCurves::Spline || writer.dxfCurves == DxfCurves::Quadratic;
+    if (writer.dxfVersion == DxfVersion::R12 && splines)
+        throw UsageError("DXF R12 has no splines: choose --dxf-curves arcs or lines");
+    if (parser.isSet("deviation"))
+        writer.deviation = parseNumber(parser, "deviation", 1e-6, 1000);
+    if (parser.isSet("scale"))
+        writer.scale = parseNumber(parser, "scale", 0.001, 1000);
+    writer.overlay = parser.isSet("overlay");
+    return writer;
+}
+
+InputRequest parseInput(const QCommandLineParser& parser) {
+    InputRequest input;
+    if (parser.isSet("page"))
+        input.page = parseWhole(parser, "page", 1, 1000000);
+    if (parser.isSet("crop"))
+        input.crop = parseCrop(parser.value("crop"));
+    if (parser.isSet("background"))
+        input.background = parseColor(parser.value("background"));
+    if (parser.isSet("max-pixels"))
+        input.largestPixels = static_cast<qint64>(parseNumber(parser, "max-pixels", 1, 1e12));
+    return input;
+}
+
+QString parseFormat(const QCommandLineParser& parser, const QString& output) {
+    QList<QPair<QString, QString>> formats;
+    for (const QString& name : formatNames())
+        formats.append({name, name});
+    if (parser.isSet("format"))
+        return choose<QString>("--format", parser.value("format"), formats);
+    const QString suffix = QFileInfo(output).suffix().toLower();
+    return findFormat(suffix) != nullptr ? suffix : formatNames().first();
+}
+
+/// The words that make a worker trace one image as this command line asks.
+QStringList workerWords(const QCommandLineParser& parser) {
+    QStringList words;
+    const QStringList names = parser.optionNames();
+    for (const QString& name : QStringList(names.begin(), names.end())) {
+        if (batchOptions().contains(name) || words.contains("--" + name) || name.size() == 1)
+            continue;
+        const QStringList values = parser.values(name);
+        if (values.isEmpty())
+            words.append("--" + name);
+        for (const QString& value : values)
+            words.append({"--" + name, value});
+    }
+    return words;
+}
+
+void checkOutputs(const QCommandLineParser& parser, const Arguments& arguments) {
+    if (parser.isSet("output") && arguments.output.isEmpty())
+        throw UsageError("--output takes a file name");
+    if (parser.isSet("output") && parser.isSet("output-dir"))
+        throw UsageError("give one of --output and --output-dir");
+    if (arguments.nameTemplate.isEmpty() || arguments.nameTemplate.contains('/'))
+        throw UsageError("--name takes a file name with {name}, {format} or {page} in it");
+    if (arguments.inputs.contains("-") && arguments.inputs.size() > 1)
+        throw UsageError("the standard input is one image: give no others beside it");
+}
+
+} // namespace
 
 void declareOptions(QCommandLineParser& parser) {
     parser.setApplicationDescription(
         "Traces image files: turns their colour regions into outlines of lines and curves.");
-    parser.addHelpOption();
-    parser.addVersionOption();
+    QStringList presetNames;
+    for (const Preset& preset : presets())
+        presetNames.append(preset.name);
     parser.addOptions({
+        {{"h", "help"}, "Show this help and exit."},
+        {{"v", "version"}, "Show the version and exit."},
         {{"o", "output"},
          "Write to <file>; - is the standard output. Without it each result goes beside its image.",
          "file"},
         {{"f", "format"},
-         "svg (the default) or json; without it the ending of the output file decides.",
+         "One of " + formatNames().join(", ") +
+             "; without it the ending of the output file decides.",
          "format"},
+        {"output-dir", "Write the results into <folder>.", "folder"},
+        {"name",
+         "Name the results after <template>: {name} is the image's, {format} the format's, {page} "
+         "the page.",
+         "template"},
         {"mode",
          "color (the default), bw (black and white by lightness) or raw (the engine's own "
          "defaults and the image as read).",
          "mode"},
-        {"set", "Set an option of the engine, after those of the mode.", "key=value"},
+        {"preset", "Options for a kind of picture: " + presetNames.join(", ") + ".", "preset"},
+    });
+    for (const EngineOption& option : engineOptions()) {
+        if (option.flag[0] != '\0')
+            parser.addOption({option.flag,
+                              QString("%1 (%2 to %3).")
+                                  .arg(option.meaning, QString::number(option.low, 'g', 10),
+                                       QString::number(option.high, 'g', 10)),
+                              "number"});
+    }
+    parser.addOptions({
+        {"set", "Set any option of the engine, after those of mode and preset.", "key=value"},
         {"palette", "Start from these colours: #rrggbb or #rrggbbaa, with commas between them.",
          "colours"},
+        {"settings", "Start from the settings in <file>.", "file"},
+        {"save-settings", "Save the settings to <file>.", "file"},
+        {"dpi", "The image has <number> pixels an inch; auto: as its file says.", "number"},
+        {"width", "Make the drawing so wide, as 120mm or 4in.", "length"},
+        {"height", "Make the drawing so high.", "length"},
+        {"units", "Coordinates of DXF and GeoJSON in mm, cm, in, pt or px.", "unit"},
+        {"fill", "SVG: fill the outlines (the default)."},
+        {"outline", "SVG: stroke the outlines."},
+        {"close-seams", "SVG: stroke fills in their own colour, to hide seams between them."},
+        {"precision", "SVG, GeoJSON: <digits> after the decimal point; without it all that count.",
+         "digits"},
+        {"dxf-version", "R2010 (the default), R2000 or R12.", "version"},
+        {"dxf-curves",
+         "arcs (the default), lines, spline (exact, one an outline) or quadratic (exact, one a "
+         "curve).",
+         "form"},
+        {"deviation",
+         "How far arcs and straight pieces may be off the curves, in pixels (0.05).", "pixels"},
+        {"scale", "PNG: <factor> pixels for each of the image.", "factor"},
+        {"overlay", "PNG: outlines and nodes over the faded image."},
+        {"page", "Trace page or frame <number> of the file.", "number"},
+        {"crop", "Trace a part of the image alone: x,y,width,height in pixels.", "rectangle"},
+        {"background", "Put transparent images on <colour> first.", "colour"},
+        {"max-pixels", "Refuse larger images (400000000).", "number"},
+        {{"j", "jobs"}, "Trace <number> images at a time.", "number"},
+        {"continue-on-error", "Go on with the next image when one fails."},
+        {{"q", "quiet"}, "Say nothing but errors."},
+        {"stats", "Print figures about each result: table or json.", "form"},
+        {"list-options", "List the options of the engine and exit."},
+        {"list-presets", "List the presets and exit."},
+        {"list-formats", "List the formats that are read and written, and exit."},
+        {"print-settings", "Print the settings that would be used, as JSON, and exit."},
+        {"plugin", "Load the module <file> instead of the program's own.", "file"},
+        {"plugin-info", "Print what the tracing module says about itself, and exit."},
     });
-    parser.addPositionalArgument("image", "The image files to trace.", "IMAGE...");
+    QCommandLineOption generate("generate", "Print the manual page (man) or completion (bash).",
+                                "what");
+    generate.setFlags(QCommandLineOption::HiddenFromHelp);
+    parser.addOption(generate);
+    parser.addPositionalArgument("image", "Image files, folders of them, or - for the standard "
+                                          "input.",
+                                 "IMAGE...");
 }
-
-} // namespace
 
 Arguments parseArguments(const QStringList& words) {
     QCommandLineParser parser;
@@ -121,22 +324,36 @@ Arguments parseArguments(const QStringList& words) {
     if (parser.isSet("version"))
         parser.showVersion();
     Arguments arguments;
-    arguments.images = parser.positionalArguments();
-    if (arguments.images.isEmpty())
+    arguments.pluginFile = parser.value("plugin");
+    arguments.settings = parseSettings(parser);
+    for (const QString& name : actions()) {
+        if (parser.isSet(name))
+            arguments.action = name == "generate" ? "generate-" + parser.value(name) : name;
+    }
+    arguments.inputs = parser.positionalArguments();
+    if (arguments.inputs.isEmpty() && arguments.action.isEmpty())
         throw UsageError("no image given");
     arguments.output = parser.value("output");
-    if (parser.isSet("output") && arguments.output.isEmpty())
-        throw UsageError("--output takes a file name");
+    arguments.outputFolder = parser.value("output-dir");
+    if (parser.isSet("name"))
+        arguments.nameTemplate = parser.value("name");
+    if (arguments.inputs == QStringList("-") && arguments.output.isEmpty() &&
+        arguments.outputFolder.isEmpty())
+        arguments.output = "-";
     arguments.format = parseFormat(parser, arguments.output);
-    if (parser.isSet("mode"))
-        arguments.mode =
-            choose<Mode>("--mode", parser.value("mode"),
-                         {{"color", Mode::Color}, {"bw", Mode::Bw}, {"raw", Mode::Raw}});
-    for (const QString& word : parser.values("set"))
-        arguments.options.append(parseOption(word));
-    if (parser.isSet("palette")) {
-        for (const QString& word : parser.value("palette").split(','))
-            arguments.palette.append(parseColor(word.trimmed()));
-    }
+    arguments.size = parseSize(parser);
+    arguments.input = parseInput(parser);
+    arguments.writer = parseWriterOptions(parser);
+    if (parser.isSet("jobs"))
+        arguments.jobs = parseWhole(parser, "jobs", 1, 1024);
+    arguments.continueOnError = parser.isSet("continue-on-error");
+    arguments.quiet = parser.isSet("quiet");
+    if (parser.isSet("stats"))
+        arguments.statistics = choose<StatisticsForm>(
+            "--stats", parser.value("stats"),
+            {{"table", StatisticsForm::Table}, {"json", StatisticsForm::Json}});
+    arguments.saveSettings = parser.value("save-settings");
+    arguments.worker = workerWords(parser);
+    checkOutputs(parser, arguments);
     return arguments;
 }

@@ -3,6 +3,8 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 #include <stdexcept>
 
@@ -24,7 +26,8 @@ QString modulePath() {
 
 } // namespace
 
-HostedModule::HostedModule() : loader(modulePath()) {
+HostedModule::HostedModule(const QString& fileName)
+    : loader(fileName.isEmpty() ? modulePath() : QFileInfo(fileName).absoluteFilePath()) {
     plugin = qobject_cast<OvPluginInterface*>(loader.instance());
     if (plugin == nullptr)
         throw std::runtime_error("cannot load the tracing module: " +
@@ -37,4 +40,15 @@ HostedModule::HostedModule() : loader(modulePath()) {
 HostedModule::~HostedModule() {
     if (plugin != nullptr)
         plugin->uninit(false);
+}
+
+QByteArray HostedModule::facts() const {
+    const OvPluginInfo info = plugin->getPluginInfo();
+    QJsonObject record;
+    for (const QString& key : info.getKeys())
+        record[key] = QJsonValue::fromVariant(info.get(key));
+    return QJsonDocument(QJsonObject{{"file", loader.fileName()},
+                                     {"metadata", loader.metaData()},
+                                     {"information", record}})
+        .toJson();
 }

@@ -1,11 +1,16 @@
 // ovtrace: a command-line host of the tracing module.
 
+#include "arguments.h"
+#include "batch.h"
+#include "exitstatus.h"
+#include "help.h"
 #include "hostedmodule.h"
-#include "jsonwriter.h"
+#include "input.h"
 #include "output.h"
-#include "svgwriter.h"
-#include "tracing.h"
+#include "settingsfile.h"
+#include "writers/formats.h"
 
+#include <QDir>
 #include <QCoreApplication>
 #include <QImageReader>
 
@@ -14,19 +19,15 @@
 #include <memory>
 #include <new>
 
+#ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
+#endif
+
 namespace {
 
-constexpr int UsageStatus = 2;
-constexpr int FileStatus = 1;
-
-/// Enough for a scan of a gigapixel; Qt's own limit of 128 MB would refuse one of 32 megapixels.
-constexpr int AllocationLimitMegabytes = 4096;
-
-std::unique_ptr<Writer> makeWriter(Format format) {
-    if (format == Format::Json)
-        return std::make_unique<JsonWriter>();
-    return std::make_unique<SvgWriter>();
-}
+/// The program's own limits take the place of the library's, which refuses 32 megapixels.
+constexpr int NoAllocationLimit = 0;
 
 int fail(const char* message, int status) {
     std::fprintf(stderr, "ovtrace: %s\n", message);
@@ -39,27 +40,70 @@ void showErrorsAlone(QtMsgType type, const QMessageLogContext&, const QString& m
         std::fprintf(stderr, "ovtrace: %s\n", qPrintable(message));
 }
 
-void run(const Arguments& arguments) {
-    const std::unique_ptr<Writer> writer = makeWriter(arguments.format);
-    if (arguments.images.size() > 1 && !arguments.output.isEmpty() && !writer->takesSeveral())
-        throw UsageError("an SVG file takes one image alone; leave --output away to get one each");
-    const HostedModule module;
-    Output output(arguments, *writer);
-    for (const QString& image : arguments.images)
-        output.add(image, traceFile(image, arguments));
-    output.finish();
+void print(const QByteArray& text) {
+    std::fwrite(text.constData(), 1, static_cast<std::size_t>(text.size()), stdout);
+}
+
+/// What is asked for instead of a trace.
+void act(const Arguments& arguments) {
+    if (arguments.action == "list-options")
+        print(engineOptionTable());
+    else if (arguments.action == "list-presets")
+        print(presetTable());
+    else if (arguments.action == "list-formats")
+        print(formatTable());
+    else if (arguments.action == "print-settings")
+        print(settingsToJson(arguments.settings));
+    else if (arguments.action == "plugin-info")
+        print(HostedModule(arguments.pluginFile).facts());
+    else if (arguments.action == "generate-man")
+        print(manualPage());
+    else if (arguments.action == "generate-bash")
+        print(bashCompletion());
+    else
+        throw UsageError("--generate takes man or bash");
+}
+
+int trace(const Arguments& arguments) {
+    const QStringList images = expandInputs(arguments.inputs);
+    const auto writer = findFormat(arguments.format)->makeWriter(arguments.writer);
+    if (images.size() > 1 && !arguments.output.isEmpty() && !writer->takesSeveral())
+        throw UsageError(QString("a %1 file takes one image alone; leave --output away to get one "
+                                 "each")
+                             .arg(arguments.format.toUpper()));
+    if (!arguments.outputFolder.isEmpty() && !QDir().mkpath(arguments.outputFolder))
+        throw FileError(QString("%1: the folder cannot be made").arg(arguments.outputFolder));
+    const HostedModule module(arguments.pluginFile);
+    const BatchResult result = traceAll(images, arguments);
+    if (result.failed)
+        return FileStatus;
+    return result.empty ? EmptyStatus : 0;
+}
+
+int run(const Arguments& arguments) {
+    if (!arguments.saveSettings.isEmpty())
+        saveFile(arguments.saveSettings, settingsToJson(arguments.settings));
+    if (arguments.action.isEmpty())
+        return trace(arguments);
+    act(arguments);
+    return 0;
 }
 
 } // namespace
 
 int main(int argc, char* argv[]) {
+#ifdef _WIN32
+    // Images come in and results go out byte by byte.
+    _setmode(_fileno(stdin), _O_BINARY);
+    _setmode(_fileno(stdout), _O_BINARY);
+#endif
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName("ovtrace");
     QCoreApplication::setApplicationVersion(OVTRACE_VERSION);
     qInstallMessageHandler(showErrorsAlone);
-    QImageReader::setAllocationLimit(AllocationLimitMegabytes);
+    QImageReader::setAllocationLimit(NoAllocationLimit);
     try {
-        run(parseArguments(QCoreApplication::arguments()));
+        return run(parseArguments(QCoreApplication::arguments()));
     } catch (const UsageError& error) {
         return fail(error.what(), UsageStatus);
     } catch (const std::bad_alloc&) {
@@ -67,5 +111,4 @@ int main(int argc, char* argv[]) {
     } catch (const std::exception& error) {
         return fail(error.what(), FileStatus);
     }
-    return 0;
 }

@@ -1,6 +1,8 @@
 #include "output.h"
 
+#include <QDir>
 #include <QFileInfo>
+#include <QHash>
 #include <QSaveFile>
 
 #include <cstdio>
@@ -38,13 +40,35 @@ void writeStandardOutput(const Writer& writer, const Drawing& drawing) {
         throw FileError("the standard output cannot be written");
 }
 
-QString nameBeside(const QString& imageName, Format format) {
+} // namespace
+
+QString outputName(const QString& imageName, const Arguments& arguments) {
     const QFileInfo image(imageName);
-    const QString suffix = format == Format::Json ? ".json" : ".svg";
-    return image.path() + '/' + image.completeBaseName() + suffix;
+    QString name = arguments.nameTemplate;
+    name.replace("{name}", imageName == "-" ? QString("traced") : image.completeBaseName());
+    name.replace("{format}", arguments.format);
+    name.replace("{page}", QString::number(arguments.input.page));
+    const QString folder =
+        arguments.outputFolder.isEmpty() ? image.path() : arguments.outputFolder;
+    return folder + '/' + name + '.' + arguments.format;
 }
 
-} // namespace
+void checkOutputNames(const QStringList& images, const Arguments& arguments) {
+    QHash<QString, QString> imageOf;
+    for (const QString& image : images) {
+        const QString name = QDir::cleanPath(outputName(image, arguments));
+        if (imageOf.contains(name))
+            throw FileError(QString("%1 and %2 would both be written to %3; choose another --name")
+                                .arg(imageOf[name], image, name));
+        imageOf[name] = image;
+    }
+}
+
+void saveFile(const QString& fileName, const QByteArray& contents) {
+    const auto file = openFile(fileName);
+    file->write(contents);
+    commit(*file);
+}
 
 Output::Output(const Arguments& arguments, const Writer& writer)
     : arguments(arguments), writer(writer) {
@@ -58,7 +82,7 @@ void Output::add(const QString& imageName, const Drawing& drawing) {
         return;
     }
     const QString fileName =
-        arguments.output.isEmpty() ? nameBeside(imageName, arguments.format) : arguments.output;
+        arguments.output.isEmpty() ? outputName(imageName, arguments) : arguments.output;
     if (isSameFile(fileName, imageName))
         throw FileError(QString("%1: the result would replace the image").arg(imageName));
     if (arguments.output.isEmpty()) {

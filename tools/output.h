@@ -1,11 +1,20 @@
 #pragma once
 
-#include "tracing.h"
-#include "writer.h"
+#include "arguments.h"
+#include "writers/writer.h"
 
 #include <memory>
 
 class QSaveFile;
+
+/// The file in which the result for an image goes when it gets one of its own.
+QString outputName(const QString& imageName, const Arguments& arguments);
+
+/// Throws FileError when two images would have the same result file.
+void checkOutputNames(const QStringList& images, const Arguments& arguments);
+
+/// Writes a file that appears whole or not at all. Throws FileError.
+void saveFile(const QString& fileName, const QByteArray& contents);
 
 /// Where results go: the standard output, or files that appear whole or not at all.
 class Output {

@@ -1,35 +1,12 @@
 #include "tracing.h"
 
-#include "quietstderr.h"
-
-#include <QFileInfo>
-#include <QImage>
-#include <QImageReader>
+#include "settingsfile.h"
 
 #include <tracebitmap.h>
 
 namespace {
 
-QImage readImage(const QString& fileName) {
-    const QFileInfo file(fileName);
-    if (!file.exists())
-        throw FileError(QString("%1: no such file").arg(fileName));
-    if (file.isDir())
-        throw FileError(QString("%1: is a folder, not an image").arg(fileName));
-    if (!file.isReadable())
-        throw FileError(QString("%1: no permission to read it").arg(fileName));
-    if (file.size() == 0)
-        throw FileError(QString("%1: the file is empty").arg(fileName));
-    QImageReader reader(fileName);
-    QImage image;
-    {
-        const QuietStandardError quiet;
-        image = reader.read();
-    }
-    if (image.isNull())
-        throw FileError(QString("%1: cannot be decoded: %2").arg(fileName, reader.errorString()));
-    return image;
-}
+constexpr double MillimetresPerInch = 25.4;
 
 /// Black and white by lightness. The tracer leaves an image with a colour table as it is: its
 /// table is put through the tracer's threshold instead of its pixels.
@@ -54,33 +31,60 @@ QColor fromStored(const QList<char>& color) {
     return {channel(0), channel(1), channel(2), channel(3)};
 }
 
-void setOptions(OvTraceBitmap& tracer, const Arguments& arguments) {
-    if (arguments.mode != Mode::Raw)
-        tracer.setOption("monochrome", arguments.mode == Mode::Bw ? 1.0 : 0.0);
-    if (arguments.mode == Mode::Bw)
-        tracer.setOption("usebrightness", 1.0);
-    for (const auto& [key, value] : arguments.options)
-        tracer.setOption(key, value);
+void setOptions(OvTraceBitmap& tracer, const TraceSettings& settings) {
+    const EngineValues values = effectiveValues(settings);
+    for (auto value = values.begin(); value != values.end(); ++value)
+        tracer.setOption(value.key(), value.value());
     QList<QList<char>> palette;
-    for (const QColor& color : arguments.palette)
+    for (const QColor& color : settings.palette)
         palette.append(toStored(color));
     tracer.setPalette(palette);
 }
 
 } // namespace
 
-Drawing traceFile(const QString& fileName, const Arguments& arguments) {
-    QImage image = readImage(fileName);
+Drawing traceImage(const InputImage& input, const TraceSettings& settings) {
     OvTraceBitmap tracer;
-    setOptions(tracer, arguments);
-    if (arguments.mode == Mode::Bw && image.pixelFormat().colorModel() == QPixelFormat::Indexed)
-        thresholdColorTable(image, tracer);
-    OvTraceBitmap::seedRandom(1);
+    setOptions(tracer, settings);
     Drawing drawing;
-    drawing.size = image.size();
-    drawing.polylines = tracer.trace(image);
+    drawing.title = input.title;
+    drawing.image = input.image;
+    drawing.size = input.image.size();
+    if (settings.mode == Mode::Bw &&
+        drawing.image.pixelFormat().colorModel() == QPixelFormat::Indexed)
+        thresholdColorTable(drawing.image, tracer);
+    OvTraceBitmap::seedRandom(1);
+    drawing.polylines = tracer.trace(drawing.image);
     drawing.layers = tracer.getPolylineLayers();
     for (const QList<char>& color : tracer.getPalette())
         drawing.palette.append(fromStored(color));
     return drawing;
+}
+
+void setSize(Drawing& drawing, const InputImage& input, const SizeRequest& request) {
+    if (request.widthMillimetres) {
+        drawing.pixelMillimetres = *request.widthMillimetres / drawing.size.width();
+    } else if (request.heightMillimetres) {
+        drawing.pixelMillimetres = *request.heightMillimetres / drawing.size.height();
+    } else if (request.dotsPerInch) {
+        drawing.pixelMillimetres = MillimetresPerInch / *request.dotsPerInch;
+    } else if (request.dotsFromFile) {
+        if (!(input.dotsPerInch > 0.0))
+            throw FileError(QString("%1: its file does not say how large it is; give a number to "
+                                    "--dpi")
+                                .arg(input.title));
+        drawing.pixelMillimetres = MillimetresPerInch / input.dotsPerInch;
+    }
+    drawing.unit =
+        request.unit.value_or(drawing.pixelMillimetres ? Unit::Millimetre : Unit::Pixel);
+}
+
+QString likelyCause(const Drawing& drawing, const TraceSettings& settings) {
+    const EngineValues values = effectiveValues(settings);
+    const double shortest = values.value("pathomit", 8);
+    if (2.0 * (drawing.size.width() + drawing.size.height()) < shortest)
+        return QString("every outline has fewer than %1 corners; lower --min-path").arg(shortest);
+    if (values.value("numberofcolors", 16) < 1 && settings.palette.isEmpty())
+        return "there are no colours; raise --colors";
+    return "no region has an outline long enough; lower --min-path, or raise --colors";
 }

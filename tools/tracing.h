@@ -1,18 +1,17 @@
 #pragma once
 
 #include "arguments.h"
-#include "writer.h"
+#include "drawing.h"
+#include "input.h"
 
-#include <stdexcept>
-
-/// A file that cannot be read or written, as a text for the user.
-class FileError : public std::runtime_error {
-public:
-    explicit FileError(const QString& message) : std::runtime_error(message.toStdString()) {
-    }
-};
-
-/// Reads and traces one image file. Throws FileError when it is no image that can be read.
+/// Traces an image.
 ///
 /// Random draws start afresh, so that the result does not depend on what was traced before.
-Drawing traceFile(const QString& fileName, const Arguments& arguments);
+Drawing traceImage(const InputImage& input, const TraceSettings& settings);
+
+/// Fixes the size and unit of a drawing. Throws FileError when the image's file should say its
+/// resolution and does not.
+void setSize(Drawing& drawing, const InputImage& input, const SizeRequest& request);
+
+/// What to change when nothing was found to trace.
+QString likelyCause(const Drawing& drawing, const TraceSettings& settings);

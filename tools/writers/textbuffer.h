@@ -3,6 +3,7 @@
 #include <QByteArrayView>
 #include <QIODevice>
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 
@@ -44,8 +45,12 @@ public:
         end = std::to_chars(end, bufferEnd(), value).ptr;
         return *this;
     }
-    /// The shortest text that reads back as exactly `value`, which is finite.
+    /// The shortest text that reads back as exactly `value`, which is finite; with a precision,
+    /// `value` rounded to so many digits after the point, without zeros at the end.
     TextBuffer& operator<<(double value);
+    void setPrecision(int digits) {
+        precision = digits;
+    }
 
     void flush() {
         device.write(buffer.data(), end - buffer.data());
@@ -53,7 +58,7 @@ public:
     }
 
 private:
-    static constexpr qsizetype LongestNumber = 32; ///< a double takes at most 24
+    static constexpr qsizetype LongestNumber = 400; ///< of a rounded double without exponent
 
     char* bufferEnd() {
         return buffer.data() + buffer.size();
@@ -63,7 +68,10 @@ private:
             flush();
     }
 
+    void appendRounded(double value);
+
     QIODevice& device;
+    int precision = -1; ///< digits after the point; negative: as many as it takes
     std::array<char, 32768> buffer;
     char* end = buffer.data();
 };

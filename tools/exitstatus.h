@@ -1,0 +1,8 @@
+#pragma once
+
+/// With which the program ends.
+enum ExitStatus : int {
+    FileStatus = 1,  ///< a file could not be read or written
+    UsageStatus = 2, ///< the command line was wrong
+    EmptyStatus = 3, ///< everything went well, but there was nothing to trace
+};

@@ -1,0 +1,151 @@
+#include "biarcs.h"
+
+#include <array>
+#include <cmath>
+
+namespace {
+
+/// The shares of the tolerance that arcs and the lines in place of flat ones may use.
+constexpr double ArcShare = 0.7;
+constexpr double LineShare = 0.2;
+
+constexpr int Samples = 16;       ///< of a curve, to compare it with its arcs
+constexpr int DeepestHalving = 20; ///< parts of a millionth of a curve: far below any tolerance
+
+double length(QPointF vector) {
+    return std::hypot(vector.x(), vector.y());
+}
+double cross(QPointF a, QPointF b) {
+    return a.x() * b.y() - a.y() * b.x();
+}
+double dot(QPointF a, QPointF b) {
+    return a.x() * b.x() + a.y() * b.y();
+}
+
+/// The bulge of the arc from `start` to `end` that leaves `start` along `tangent`.
+double bulgeAlong(QPointF start, QPointF end, QPointF tangent) {
+    const QPointF chord = end - start;
+    // The arc's angle is twice that between tangent and chord; the bulge is tan of a quarter.
+    return std::tan(std::atan2(cross(tangent, chord), dot(tangent, chord)) / 2.0);
+}
+
+double sagitta(QPointF start, QPointF end, double bulge) {
+    return std::abs(bulge) * length(end - start) / 2.0;
+}
+
+struct Arc {
+    QPointF start;
+    QPointF end;
+    double bulge;
+
+    /// How far a point beside the arc is from it.
+    double distance(QPointF point) const {
+        if (bulge == 0.0)
+            return std::abs(cross(end - start, point - start)) / length(end - start);
+        const ArcCircle circle = arcCircle(start, end, bulge);
+        return std::abs(length(point - circle.centre) - circle.radius);
+    }
+};
+
+class CurveFitter {
+public:
+    CurveFitter(double tolerance, std::vector<BulgeVertex>& vertices)
+        : tolerance(tolerance), vertices(vertices) {
+    }
+
+    /// Appends the arcs of a curve, each by its start and bulge.
+    void add(QPointF start, QPointF control, QPointF end, int depth = 0) {
+        if (isFlat(start, control, end)) {
+            vertices.push_back({start, 0.0});
+            return;
+        }
+        const std::array<Arc, 2> arcs = biarc(start, control, end);
+        if (depth >= DeepestHalving || fits(arcs, start, control, end)) {
+            for (const Arc& arc : arcs)
+                add(arc);
+            return;
+        }
+        const QPointF first = (start + control) / 2.0;
+        const QPointF second = (control + end) / 2.0;
+        const QPointF middle = (first + second) / 2.0;
+        add(start, first, middle, depth + 1);
+        add(middle, second, end, depth + 1);
+    }
+
+private:
+    /// Whether the chord can stand for the curve, which lies inside the triangle of its points.
+    bool isFlat(QPointF start, QPointF control, QPointF end) const {
+        const QPointF chord = end - start;
+        const double size = length(chord);
+        const double bend = length(start - 2.0 * control + end) / 4.0;
+        if (size == 0.0 || bend <= LineShare * tolerance)
+            return bend <= LineShare * tolerance;
+        const double along = dot(control - start, chord) / (size * size);
+        return along >= 0.0 && along <= 1.0 &&
+               std::abs(cross(chord, control - start)) / size / 2.0 <= LineShare * tolerance;
+    }
+
+    static std::array<Arc, 2> biarc(QPointF start, QPointF control, QPointF end) {
+        const double toEnd = length(end - control);
+        const double whole = length(end - start);
+        const double fromStart = length(control - start);
+        const QPointF joint = (start * toEnd + control * whole + end * fromStart) /
+                              (toEnd + whole + fromStart);
+        // The second arc is looked at from its end, backwards.
+        return {Arc{start, joint, bulgeAlong(start, joint, control - start)},
+                Arc{joint, end, -bulgeAlong(end, joint, control - end)}};
+    }
+
+    bool fits(const std::array<Arc, 2>& arcs, QPointF start, QPointF control, QPointF end) const {
+        // Points before the joint's normal belong to the first arc.
+        const QPointF joint = arcs[0].end;
+        const QPointF across = end - start;
+        for (int i = 1; i < Samples; ++i) {
+            const QPointF point =
+                curvePoint(start, control, end, static_cast<double>(i) / Samples);
+            const Arc& arc = dot(point - joint, across) < 0.0 ? arcs[0] : arcs[1];
+            if (!(arc.distance(point) <= ArcShare * tolerance))
+                return false;
+        }
+        // A half turn or more would lie on the other side of its chord.
+        return std::abs(arcs[0].bulge) < 1.0 && std::abs(arcs[1].bulge) < 1.0;
+    }
+
+    void add(const Arc& arc) {
+        if (arc.start == arc.end)
+            return;
+        const bool isLine = sagitta(arc.start, arc.end, arc.bulge) <= LineShare * tolerance;
+        vertices.push_back({arc.start, isLine ? 0.0 : arc.bulge});
+    }
+
+    double tolerance;
+    std::vector<BulgeVertex>& vertices;
+};
+
+} // namespace
+
+ArcCircle arcCircle(QPointF start, QPointF end, double bulge) {
+    const QPointF chord = end - start;
+    const QPointF left(-chord.y(), chord.x());
+    const double towards = (1.0 - bulge * bulge) / (4.0 * bulge);
+    const double radius = length(chord) * (1.0 + bulge * bulge) / (4.0 * std::abs(bulge));
+    return {(start + end) / 2.0 + left * towards, radius};
+}
+
+std::vector<BulgeVertex> toBulges(const Outline& outline, double tolerance) {
+    std::vector<BulgeVertex> vertices;
+    vertices.reserve(outline.pieces.size());
+    CurveFitter fitter(tolerance, vertices);
+    QPointF start = outline.start;
+    for (const OutlinePiece& piece : outline.pieces) {
+        if (piece.isCurve)
+            fitter.add(start, piece.control, piece.end);
+        else if (start != piece.end)
+            vertices.push_back({start, 0.0});
+        start = piece.end;
+    }
+    // An outline ends where it starts; if not, the last point is a corner of its own.
+    if (start != outline.start)
+        vertices.push_back({start, 0.0});
+    return vertices;
+}

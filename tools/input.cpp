@@ -1,0 +1,170 @@
+#include "input.h"
+
+#include "memory.h"
+#include "quietstderr.h"
+
+#include <QBuffer>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QImageReader>
+#include <QPainter>
+
+#include <cstdio>
+
+namespace {
+
+/// Formats of pictures made of pixels; Qt may read others, such as drawings and documents.
+const QStringList& pictureFormats() {
+    static const QStringList formats{"bmp",  "cur", "gif", "icns", "ico", "jp2",  "jpeg", "jpg",
+                                     "pbm",  "pgm", "png", "ppm",  "tga", "tif",  "tiff", "wbmp",
+                                     "webp", "xbm", "xpm"};
+    return formats;
+}
+
+/// What a pixel takes at most while it is decoded, traced and written.
+constexpr double BytesPerPixel = 24.0;
+
+void checkFile(const QString& fileName) {
+    const QFileInfo file(fileName);
+    if (!file.exists())
+        throw FileError(QString("%1: no such file").arg(fileName));
+    if (file.isDir())
+        throw FileError(QString("%1: is a folder, not an image").arg(fileName));
+    if (!file.isReadable())
+        throw FileError(QString("%1: no permission to read it").arg(fileName));
+    if (file.isFile() && file.size() == 0)
+        throw FileError(QString("%1: the file is empty").arg(fileName));
+}
+
+QByteArray readStandardInput() {
+    QFile file;
+    if (!file.open(stdin, QIODevice::ReadOnly))
+        throw FileError("the standard input cannot be read");
+    const QByteArray contents = file.readAll();
+    if (contents.isEmpty())
+        throw FileError("the standard input is empty");
+    return contents;
+}
+
+void checkSize(const QString& name, QSize size, const InputRequest& request) {
+    const double pixels = static_cast<double>(size.width()) * size.height();
+    if (pixels > static_cast<double>(request.largestPixels))
+        throw FileError(QString("%1: %2 x %3 pixels are more than %4; allow them with --max-pixels, "
+                                "or make the image smaller")
+                            .arg(name)
+                            .arg(size.width())
+                            .arg(size.height())
+                            .arg(request.largestPixels));
+    const double memory = physicalMemory();
+    if (memory > 0.0 && pixels * BytesPerPixel > memory)
+        throw FileError(QString("%1: tracing %2 x %3 pixels may take %4 GB, more than this computer "
+                                "has; make the image smaller or cut it with --crop")
+                            .arg(name)
+                            .arg(size.width())
+                            .arg(size.height())
+                            .arg(pixels * BytesPerPixel / 1e9, 0, 'f', 1));
+}
+
+/// Goes to the page; formats that cannot jump are read up to it.
+void goToPage(QImageReader& reader, const QString& name, int page) {
+    if (page == 1 || reader.jumpToImage(page - 1))
+        return;
+    for (int i = 1; i < page; ++i) {
+        if (reader.read().isNull() || !reader.canRead())
+            throw FileError(QString("%1: has no page %2").arg(name).arg(page));
+    }
+}
+
+QImage readPage(QIODevice& device, const QString& name, const InputRequest& request) {
+    QImageReader reader(&device);
+    reader.setDecideFormatFromContent(true);
+    reader.setAutoTransform(true);
+    const QuietStandardError quiet;
+    if (!reader.canRead() || !pictureFormats().contains(QString::fromLatin1(reader.format())))
+        throw FileError(QString("%1: cannot be decoded: not a picture in one of the formats of "
+                                "--list-formats")
+                            .arg(name));
+    if (reader.size().isValid())
+        checkSize(name, reader.size(), request);
+    goToPage(reader, name, request.page);
+    const QImage image = reader.read();
+    if (image.isNull())
+        throw FileError(QString("%1: cannot be decoded: %2").arg(name, reader.errorString()));
+    checkSize(name, image.size(), request);
+    return image;
+}
+
+QImage onBackground(const QImage& image, const QColor& background) {
+    if (!image.hasAlphaChannel())
+        return image;
+    QImage result(image.size(), QImage::Format_RGB32);
+    result.fill(background);
+    QPainter painter(&result);
+    painter.drawImage(0, 0, image);
+    return result;
+}
+
+} // namespace
+
+QStringList readableFormats() {
+    QStringList names;
+    for (const QByteArray& name : QImageReader::supportedImageFormats()) {
+        if (pictureFormats().contains(QString::fromLatin1(name)))
+            names.append(QString::fromLatin1(name));
+    }
+    return names;
+}
+
+QStringList expandInputs(const QStringList& inputs) {
+    QStringList images;
+    for (const QString& input : inputs) {
+        if (input == "-" || !QFileInfo(input).isDir()) {
+            images.append(input);
+            continue;
+        }
+        const QDir folder(input);
+        const qsizetype before = images.size();
+        for (const QString& name : folder.entryList(QDir::Files, QDir::Name)) {
+            const QByteArray format = QImageReader::imageFormat(folder.filePath(name));
+            if (pictureFormats().contains(QString::fromLatin1(format)))
+                images.append(folder.filePath(name));
+        }
+        if (images.size() == before)
+            throw FileError(QString("%1: no images in this folder").arg(input));
+    }
+    return images;
+}
+
+InputImage readInput(const QString& fileName, const InputRequest& request) {
+    const bool isStandardInput = fileName == "-";
+    const QString name = isStandardInput ? QString("standard input") : fileName;
+    InputImage input;
+    if (isStandardInput) {
+        QByteArray contents = readStandardInput();
+        QBuffer buffer(&contents);
+        buffer.open(QIODevice::ReadOnly);
+        input.image = readPage(buffer, name, request);
+        input.title = "traced";
+    } else {
+        checkFile(fileName);
+        QFile file(fileName);
+        if (!file.open(QIODevice::ReadOnly))
+            throw FileError(QString("%1: cannot be read: %2").arg(name, file.errorString()));
+        input.image = readPage(file, name, request);
+        input.title = QFileInfo(fileName).completeBaseName();
+    }
+    constexpr double MetresPerInch = 0.0254;
+    input.dotsPerInch = input.image.dotsPerMeterX() * MetresPerInch;
+    if (!request.crop.isNull()) {
+        if (!input.image.rect().contains(request.crop))
+            throw FileError(QString("%1: the part to trace must lie within its %2 x %3 pixels")
+                                .arg(name)
+                                .arg(input.image.width())
+                                .arg(input.image.height()));
+        input.image = input.image.copy(request.crop);
+    }
+    if (request.background)
+        input.image = onBackground(input.image, *request.background);
+    return input;
+}

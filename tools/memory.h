@@ -1,0 +1,7 @@
+#pragma once
+
+/// The computer's memory in bytes; 0 when it is not known.
+double physicalMemory();
+
+/// The most memory in bytes that this process has used so far; 0 when it is not known.
+double peakMemory();

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "writer.h"
+#include "writeroptions.h"
+
+#include <QStringList>
+
+#include <memory>
+
+/// A file format by its name, which is the ending of its files too.
+struct FileFormat {
+    const char* name;
+    const char* description;
+    std::unique_ptr<Writer> (*makeWriter)(const WriterOptions& options);
+};
+
+/// All formats, the default one first.
+const QList<FileFormat>& fileFormats();
+QStringList formatNames();
+/// The format of that name; null when there is none.
+const FileFormat* findFormat(const QString& name);

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "writer.h"
+#include "writeroptions.h"
+
+/// One page of the drawing's size, without margins: true to size when one was asked for, otherwise
+/// 96 pixels an inch.
+class PdfWriter final : public Writer {
+public:
+    explicit PdfWriter(const WriterOptions&) {
+    }
+    void write(const Drawing& drawing, QIODevice& device) const override;
+};

@@ -1,0 +1,68 @@
+#include "pngwriter.h"
+
+#include "../geometry/outline.h"
+#include "painting.h"
+
+#include <QImageWriter>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+#include <stdexcept>
+
+namespace {
+
+constexpr double FadedOpacity = 0.35; ///< of the image below an overlay
+constexpr double LineWidth = 1.2;     ///< of an overlay, in pixels of the picture
+constexpr double NodeSide = 3.0;      ///< likewise
+
+void paintOverlay(QPainter& painter, const Drawing& drawing, double scale) {
+    painter.fillRect(QRect(QPoint(0, 0), drawing.size), Qt::white);
+    painter.setOpacity(FadedOpacity);
+    painter.drawImage(0, 0, drawing.image);
+    painter.setOpacity(1.0);
+    const double side = NodeSide / scale;
+    for (const OvPolyline& polyline : drawing.polylines) {
+        const QPainterPath path = toPath(polyline, drawing.size.height());
+        painter.strokePath(path, QPen(QColor(200, 0, 60), LineWidth / scale));
+        const Outline outline = toOutline(polyline);
+        for (const OutlinePiece& piece : outline.pieces) {
+            const QPointF node(piece.end.x(), drawing.size.height() - piece.end.y());
+            painter.fillRect(QRectF(node.x() - side / 2.0, node.y() - side / 2.0, side, side),
+                             QColor(0, 70, 200));
+        }
+    }
+}
+
+} // namespace
+
+void PngWriter::write(const Drawing& drawing, QIODevice& device) const {
+    const auto scaled = [&](int pixels) {
+        return std::max(1, static_cast<int>(std::lround(pixels * options.scale)));
+    };
+    QImage picture(scaled(drawing.size.width()), scaled(drawing.size.height()),
+                   QImage::Format_ARGB32_Premultiplied);
+    if (picture.isNull())
+        throw std::runtime_error("the picture would be too large; choose a smaller --scale");
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, options.scale < 1.0);
+    painter.scale(options.scale, options.scale);
+    if (options.overlay)
+        paintOverlay(painter, drawing, options.scale);
+    else
+        paintFilled(painter, drawing);
+    painter.end();
+    picture.setDotsPerMeterX(0);
+    picture.setDotsPerMeterY(0);
+    if (drawing.pixelMillimetres) {
+        const int dots =
+            static_cast<int>(std::lround(options.scale * 1000.0 / *drawing.pixelMillimetres));
+        picture.setDotsPerMeterX(dots);
+        picture.setDotsPerMeterY(dots);
+    }
+    QImageWriter writer(&device, "png");
+    if (!writer.write(picture))
+        throw std::runtime_error(writer.errorString().toStdString());
+}
