@@ -1,13 +1,13 @@
 // Runs the built program as a user does.
 
+#include "support/program.h"
+
 #include <QDir>
 #include <QFile>
 #include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
-#include <QTemporaryDir>
 #include <QXmlStreamReader>
 
 #include <gtest/gtest.h>
@@ -17,44 +17,7 @@
 
 namespace {
 
-struct Result {
-    int status;
-    QByteArray output;
-    QByteArray errors;
-};
-
-Result run(const QStringList& arguments) {
-    QProcess process;
-    process.start(OVTRACE_PROGRAM, arguments);
-    EXPECT_TRUE(process.waitForFinished(120000));
-    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
-    return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
-}
-
-QString sample(const QString& name) {
-    return QString(OVTRACE_SAMPLES) + '/' + name;
-}
-
-QByteArray contents(const QString& fileName) {
-    QFile file(fileName);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << fileName.toStdString();
-    return file.readAll();
-}
-
-void writeFile(const QString& fileName, const QByteArray& bytes) {
-    QFile file(fileName);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    ASSERT_EQ(file.write(bytes), bytes.size());
-}
-
-/// One clear line on stderr that mentions `mention`, and nothing on stdout.
-void expectError(const Result& result, int status, const QByteArray& mention) {
-    EXPECT_EQ(result.status, status);
-    EXPECT_TRUE(result.output.isEmpty()) << result.output.left(200).toStdString();
-    EXPECT_TRUE(result.errors.startsWith("ovtrace: ")) << result.errors.toStdString();
-    EXPECT_EQ(result.errors.count('\n'), 1) << result.errors.toStdString();
-    EXPECT_TRUE(result.errors.contains(mention)) << result.errors.toStdString();
-}
+class Ovtrace : public ProgramTest {};
 
 QJsonObject json(const QByteArray& line) {
     QJsonParseError error;
@@ -63,38 +26,12 @@ QJsonObject json(const QByteArray& line) {
     return document.object();
 }
 
-class Ovtrace : public testing::Test {
-protected:
-    QString path(const QString& name) const {
-        return folder.filePath(name);
-    }
-    QString saveImage(const QImage& image, const QString& name) const {
-        EXPECT_TRUE(image.save(path(name)));
-        return path(name);
-    }
-    QStringList files() const {
-        return QDir(folder.path()).entryList(QDir::Files, QDir::Name);
-    }
-
-    QTemporaryDir folder;
-};
-
-QImage blackSquareOnWhite(QImage::Format format) {
-    QImage image(20, 16, QImage::Format_RGB32);
-    image.fill(Qt::white);
-    for (int y = 4; y < 12; ++y) {
-        for (int x = 5; x < 15; ++x)
-            image.setPixel(x, y, qRgb(0, 0, 0));
-    }
-    return image.convertToFormat(format);
-}
-
 } // namespace
 
 TEST_F(Ovtrace, WritesJsonOfTheStatedForm) {
     const QString image = saveImage(blackSquareOnWhite(QImage::Format_RGB32), "square.png");
-    const Result result = run({image, "-f", "json", "-o", "-", "--set", "blurradius=0", "--palette",
-                               "#000000,#ffffff80"});
+    const ProgramResult result = run({image, "-f", "json", "-o", "-", "--set", "blurradius=0",
+                                      "--palette", "#000000,#ffffff80"});
     ASSERT_EQ(result.status, 0) << result.errors.toStdString();
     EXPECT_TRUE(result.errors.isEmpty()) << result.errors.toStdString();
     EXPECT_EQ(result.output.count('\n'), 1) << "one object on one line";
@@ -119,17 +56,17 @@ TEST_F(Ovtrace, WritesJsonOfTheStatedForm) {
 TEST_F(Ovtrace, WritesNonNumbersAsStrings) {
     // A negative line tolerance leaves exact lines without a control point.
     const QString image = saveImage(blackSquareOnWhite(QImage::Format_RGB32), "square.png");
-    const Result result = run({image, "-f", "json", "-o", "-", "--set", "ltres=-1"});
+    const ProgramResult result = run({image, "-f", "json", "-o", "-", "--set", "ltres=-1"});
     EXPECT_EQ(result.status, 0);
     EXPECT_TRUE(result.output.contains("[\"Q\",\"nan\",\"nan\","));
     EXPECT_FALSE(json(result.output).isEmpty());
-    const Result svg = run({image, "-f", "svg", "-o", "-", "--set", "ltres=-1"});
+    const ProgramResult svg = run({image, "-f", "svg", "-o", "-", "--set", "ltres=-1"});
     EXPECT_FALSE(svg.output.contains("nan"));
 }
 
 TEST_F(Ovtrace, WritesSvgInTheOrderOfTheList) {
     const QString image = saveImage(blackSquareOnWhite(QImage::Format_RGB32), "square.png");
-    const Result result =
+    const ProgramResult result =
         run({image, "-o", "-", "--set", "blurradius=0", "--palette", "#000000,#ffffff"});
     ASSERT_EQ(result.status, 0) << result.errors.toStdString();
     QXmlStreamReader xml(result.output);
@@ -153,7 +90,7 @@ TEST_F(Ovtrace, WritesSvgInTheOrderOfTheList) {
 }
 
 TEST_F(Ovtrace, ChoosesTheFormatByTheOutputsEnding) {
-    const Result result = run({sample("logo.png"), "-o", path("logo.json")});
+    const ProgramResult result = run({sample("logo.png"), "-o", path("logo.json")});
     ASSERT_EQ(result.status, 0) << result.errors.toStdString();
     EXPECT_TRUE(result.output.isEmpty());
     EXPECT_EQ(json(contents(path("logo.json")))["width"].toInt(), 480);
@@ -166,8 +103,9 @@ TEST_F(Ovtrace, WritesBesideTheImageWithoutAnOutput) {
 }
 
 TEST_F(Ovtrace, ResultsDoNotDependOnTheFilesBefore) {
-    const Result alone = run({sample("photo.png"), "-f", "json", "-o", "-"});
-    const Result both = run({sample("logo.png"), sample("photo.png"), "-f", "json", "-o", "-"});
+    const ProgramResult alone = run({sample("photo.png"), "-f", "json", "-o", "-"});
+    const ProgramResult both =
+        run({sample("logo.png"), sample("photo.png"), "-f", "json", "-o", "-"});
     ASSERT_EQ(both.status, 0);
     EXPECT_EQ(both.output.count('\n'), 2);
     EXPECT_TRUE(both.output.endsWith('\n' + alone.output));
@@ -175,13 +113,13 @@ TEST_F(Ovtrace, ResultsDoNotDependOnTheFilesBefore) {
 
 TEST_F(Ovtrace, BwReachesPaletteImages) {
     const QImage square = blackSquareOnWhite(QImage::Format_RGB32);
-    const Result expected =
+    const ProgramResult expected =
         run({saveImage(square, "rgb.png"), "--mode", "bw", "-f", "json", "-o", "-"});
     ASSERT_EQ(expected.status, 0);
     for (const auto format : {QImage::Format_Mono, QImage::Format_Indexed8}) {
         const QString image = saveImage(square.convertToFormat(format), "palette.png");
         ASSERT_EQ(QImage(image).format(), format);
-        const Result result = run({image, "--mode", "bw", "-f", "json", "-o", "-"});
+        const ProgramResult result = run({image, "--mode", "bw", "-f", "json", "-o", "-"});
         EXPECT_EQ(result.output, expected.output);
         EXPECT_TRUE(result.errors.isEmpty()) << result.errors.toStdString();
     }
@@ -190,18 +128,18 @@ TEST_F(Ovtrace, BwReachesPaletteImages) {
 TEST_F(Ovtrace, RawLeavesImageAndDefaultsAlone) {
     const QImage square = blackSquareOnWhite(QImage::Format_RGB32);
     // The engine's defaults blacken everything that takes pixel colours ...
-    const Result rgb =
+    const ProgramResult rgb =
         run({saveImage(square, "rgb.png"), "--mode", "raw", "-f", "json", "-o", "-"});
     EXPECT_EQ(json(rgb.output)["polylines"].toArray().size(), 1);
     // ... and leave a palette image as it is.
     const QString mono = saveImage(square.convertToFormat(QImage::Format_Mono), "mono.png");
-    const Result raw = run({mono, "--mode", "raw", "-f", "json", "-o", "-"});
+    const ProgramResult raw = run({mono, "--mode", "raw", "-f", "json", "-o", "-"});
     EXPECT_GT(json(raw.output)["polylines"].toArray().size(), 1);
     EXPECT_TRUE(raw.errors.isEmpty()) << raw.errors.toStdString();
 }
 
 TEST_F(Ovtrace, SetComesAfterTheMode) {
-    const Result result =
+    const ProgramResult result =
         run({sample("logo.png"), "--mode", "bw", "--set", "monochrome=0", "-f", "json", "-o", "-"});
     EXPECT_EQ(result.output, run({sample("logo.png"), "-f", "json", "-o", "-"}).output);
 }
@@ -227,7 +165,7 @@ TEST_F(Ovtrace, UsageErrors) {
 TEST_F(Ovtrace, FileErrorsLeaveNothingBehind) {
     const QString output = path("x.svg");
     expectError(run({path("missing.png"), "-o", output}), 1, "missing.png: no such file");
-    expectError(run({folder.path(), "-o", output}), 1, "no images in this folder");
+    expectError(run({folderPath(), "-o", output}), 1, "no images in this folder");
     writeFile(path("empty.png"), "");
     expectError(run({path("empty.png"), "-o", output}), 1, "the file is empty");
     writeFile(path("text.png"), "This is not a picture.\n");
@@ -238,7 +176,7 @@ TEST_F(Ovtrace, FileErrorsLeaveNothingBehind) {
     EXPECT_FALSE(QFile::exists(output));
     expectError(run({sample("logo.png"), "-o", path("no/such/folder/x.svg")}), 1,
                 "cannot be written");
-    expectError(run({sample("logo.png"), "-o", folder.path()}), 1, "cannot be written");
+    expectError(run({sample("logo.png"), "-o", folderPath()}), 1, "cannot be written");
     EXPECT_EQ(files(), QStringList({"cut.png", "empty.png", "text.png"}));
 }
 
@@ -250,7 +188,7 @@ TEST_F(Ovtrace, TruncatedImagesAreAResultOrAnError) {
     for (const auto& [bytes, name] : {std::pair(png, "cut.png"), std::pair(jpeg, "cut.jpg")}) {
         for (const int percent : {1, 20, 50, 99}) {
             writeFile(path(name), bytes.left(bytes.size() * percent / 100));
-            const Result result = run({path(name), "-o", path("cut.svg")});
+            const ProgramResult result = run({path(name), "-o", path("cut.svg")});
             EXPECT_EQ(QFile::exists(path("cut.svg")), result.status == 0);
             EXPECT_LE(result.errors.count('\n'), result.status == 0 ? 0 : 1)
                 << result.errors.toStdString();
@@ -288,15 +226,15 @@ TEST_F(Ovtrace, ReadsImagesBeyondTheUsualAllocationLimit) {
     for (int y = 2000; y < 4000; ++y)
         std::memset(image.scanLine(y) + 2000, 0, 2000);
     const QString name = saveImage(image.convertToFormat(QImage::Format_RGB32), "large.png");
-    const Result result = run({name, "-f", "json", "-o", "-"});
+    const ProgramResult result = run({name, "-f", "json", "-o", "-"});
     ASSERT_EQ(result.status, 0) << result.errors.toStdString();
     EXPECT_GE(json(result.output)["polylines"].toArray().size(), 2);
 }
 
 TEST_F(Ovtrace, ExplainsItself) {
-    const Result help = run({"--help"});
+    const ProgramResult help = run({"--help"});
     EXPECT_EQ(help.status, 0);
     EXPECT_TRUE(help.output.contains("--palette"));
-    const Result version = run({"--version"});
+    const ProgramResult version = run({"--version"});
     EXPECT_EQ(version.output.trimmed(), QByteArray("ovtrace " OVTRACE_VERSION));
 }

@@ -20,8 +20,9 @@ const QStringList& actions() {
 
 /// Options that concern a whole batch and not one of its images.
 const QStringList& batchOptions() {
-    static const QStringList names{"jobs",   "output", "output-dir", "name",          "stats",
-                                   "format", "quiet",  "progress",   "save-settings", "continue-on-error"};
+    static const QStringList names{"jobs",          "output",           "output-dir", "name",
+                                   "stats",         "format",           "quiet",      "progress",
+                                   "save-settings", "continue-on-error"};
     return names;
 }
 
@@ -52,8 +53,7 @@ const QList<QPair<QString, Unit>>& units() {
     return all;
 }
 
-double parseNumber(const QCommandLineParser& parser, const QString& name, double low,
-                   double high) {
+double parseNumber(const QCommandLineParser& parser, const QString& name, double low, double high) {
     bool isNumber = false;
     const double value = parser.value(name).toDouble(&isNumber);
     if (!isNumber || !(value >= low && value <= high))
@@ -66,8 +66,8 @@ double parseNumber(const QCommandLineParser& parser, const QString& name, double
 int parseWhole(const QCommandLineParser& parser, const QString& name, int low, int high) {
     const double value = parseNumber(parser, name, low, high);
     if (value != std::floor(value))
-        throw UsageError(QString("--%1 takes a whole number, not \"%2\"")
-                             .arg(name, parser.value(name)));
+        throw UsageError(
+            QString("--%1 takes a whole number, not \"%2\"").arg(name, parser.value(name)));
     return static_cast<int>(value);
 }
 
@@ -88,8 +88,7 @@ QRect parseCrop(const QString& word) {
     const QRect crop(match.captured(1).toInt(), match.captured(2).toInt(),
                      match.captured(3).toInt(), match.captured(4).toInt());
     if (!match.hasMatch() || crop.isEmpty())
-        throw UsageError(
-            QString("--crop takes x,y,width,height in pixels, not \"%1\"").arg(word));
+        throw UsageError(QString("--crop takes x,y,width,height in pixels, not \"%1\"").arg(word));
     return crop;
 }
 
@@ -130,8 +129,8 @@ TraceSettings parseSettings(const QCommandLineParser& parser) {
         settings.mode = choose("--mode", parser.value("mode"), modes());
     for (const EngineOption& option : engineOptions()) {
         if (option.flag[0] != '\0' && parser.isSet(option.flag))
-            settings.values[option.key] = checkedValue(option, QString("--") + option.flag,
-                                                       parser.value(option.flag));
+            settings.values[option.key] =
+                checkedValue(option, QString("--") + option.flag, parser.value(option.flag));
     }
     for (const QString& word : parser.values("set")) {
         const qsizetype equals = word.indexOf('=');
@@ -157,10 +156,9 @@ WriterOptions parseWriterOptions(const QCommandLineParser& parser) {
     if (parser.isSet("precision"))
         writer.precision = parseWhole(parser, "precision", 0, 15);
     if (parser.isSet("dxf-version"))
-        writer.dxfVersion = choose<DxfVersion>("--dxf-version", parser.value("dxf-version"),
-                                               {{"R12", DxfVersion::R12},
-                                                {"R2000", DxfVersion::R2000},
-                                                {"R2010", DxfVersion::R2010}});
+        writer.dxfVersion = choose<DxfVersion>(
+            "--dxf-version", parser.value("dxf-version"),
+            {{"R12", DxfVersion::R12}, {"R2000", DxfVersion::R2000}, {"R2010", DxfVersion::R2010}});
     if (parser.isSet("dxf-curves"))
         writer.dxfCurves = choose<DxfCurves>("--dxf-curves", parser.value("dxf-curves"),
                                              {{"arcs", DxfCurves::Arcs},
@@ -286,8 +284,8 @@ void declareOptions(QCommandLineParser& parser) {
          "arcs (the default), lines, spline (exact, one an outline) or quadratic (exact, one a "
          "curve).",
          "form"},
-        {"deviation",
-         "How far arcs and straight pieces may be off the curves, in pixels (0.05).", "pixels"},
+        {"deviation", "How far arcs and straight pieces may be off the curves, in pixels (0.05).",
+         "pixels"},
         {"scale", "PNG: <factor> pixels for each of the image.", "factor"},
         {"overlay", "PNG: outlines and nodes over the faded image."},
         {"page", "Trace page or frame <number> of the file.", "number"},
@@ -309,8 +307,9 @@ void declareOptions(QCommandLineParser& parser) {
                                 "what");
     generate.setFlags(QCommandLineOption::HiddenFromHelp);
     parser.addOption(generate);
-    parser.addPositionalArgument("image", "Image files, folders of them, or - for the standard "
-                                          "input.",
+    parser.addPositionalArgument("image",
+                                 "Image files, folders of them, or - for the standard "
+                                 "input.",
                                  "IMAGE...");
 }
 

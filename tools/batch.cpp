@@ -158,8 +158,8 @@ public:
 private:
     QStringList wordsFor(const QString& image) const {
         QStringList words = arguments.worker;
-        words.append({"--quiet", "--format", arguments.format, "--output",
-                      outputName(image, arguments)});
+        words.append(
+            {"--quiet", "--format", arguments.format, "--output", outputName(image, arguments)});
         if (arguments.statistics == StatisticsForm::Table)
             words.append({"--stats", "table"});
         else if (arguments.statistics == StatisticsForm::Json)

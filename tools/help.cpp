@@ -74,7 +74,8 @@ QByteArray manualPage() {
     out << ".TH OVTRACE 1 \"\" \"ovtrace " OVTRACE_VERSION "\" \"User commands\"\n"
            ".SH NAME\novtrace \\- trace images: turn colour regions into outlines\n"
            ".SH SYNOPSIS\n.B ovtrace\n[\\fIOPTION\\fR]... \\fIIMAGE\\fR...\n"
-           ".SH DESCRIPTION\nTraces image files, folders of them, or the standard input (\\-): turns "
+           ".SH DESCRIPTION\nTraces image files, folders of them, or the standard input (\\-): "
+           "turns "
            "their colour regions into outlines of lines and quadratic curves.\n"
            ".SH OPTIONS\n";
     for (const OptionHelp& option : optionHelp()) {
@@ -106,17 +107,21 @@ QByteArray bashCompletion() {
     QString script;
     QTextStream out(&script);
     QStringList flags;
-    out << "# bash completion for ovtrace\n_ovtrace() {\n    local previous=${COMP_WORDS[COMP_CWORD-1]} "
+    out << "# bash completion for ovtrace\n_ovtrace() {\n    local "
+           "previous=${COMP_WORDS[COMP_CWORD-1]} "
            "current=${COMP_WORDS[COMP_CWORD]}\n    case $previous in\n";
     for (const OptionHelp& option : optionHelp()) {
         flags += option.flags;
         const QStringList values = valuesOf(option.flags.last());
         if (!values.isEmpty())
-            out << "        " << option.flags.join('|') << ")\n            COMPREPLY=($(compgen -W \""
-                << values.join(' ') << "\" -- \"$current\"))\n            return ;;\n";
+            out << "        " << option.flags.join('|')
+                << ")\n            COMPREPLY=($(compgen -W \"" << values.join(' ')
+                << "\" -- \"$current\"))\n            return ;;\n";
     }
-    out << "    esac\n    case $current in\n        -*) COMPREPLY=($(compgen -W \"" << flags.join(' ')
-        << "\" -- \"$current\")) ;;\n        *) COMPREPLY=($(compgen -f -- \"$current\")) ;;\n    esac\n"
+    out << "    esac\n    case $current in\n        -*) COMPREPLY=($(compgen -W \""
+        << flags.join(' ')
+        << "\" -- \"$current\")) ;;\n        *) COMPREPLY=($(compgen -f -- \"$current\")) ;;\n    "
+           "esac\n"
            "}\ncomplete -o filenames -F _ovtrace ovtrace\n";
     out.flush();
     return script.toUtf8();

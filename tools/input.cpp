@@ -16,9 +16,9 @@ namespace {
 
 /// Formats of pictures made of pixels; Qt may read others, such as drawings and documents.
 const QStringList& pictureFormats() {
-    static const QStringList formats{"bmp",  "cur", "gif", "icns", "ico", "jp2",  "jpeg", "jpg",
-                                     "pbm",  "pgm", "png", "ppm",  "tga", "tif",  "tiff", "wbmp",
-                                     "webp", "xbm", "xpm"};
+    static const QStringList formats{"bmp",  "cur",  "gif",  "icns", "ico", "jp2", "jpeg",
+                                     "jpg",  "pbm",  "pgm",  "png",  "ppm", "tga", "tif",
+                                     "tiff", "wbmp", "webp", "xbm",  "xpm"};
     return formats;
 }
 
@@ -50,20 +50,22 @@ QByteArray readStandardInput() {
 void checkSize(const QString& name, QSize size, const InputRequest& request) {
     const double pixels = static_cast<double>(size.width()) * size.height();
     if (pixels > static_cast<double>(request.largestPixels))
-        throw FileError(QString("%1: %2 x %3 pixels are more than %4; allow them with --max-pixels, "
-                                "or make the image smaller")
-                            .arg(name)
-                            .arg(size.width())
-                            .arg(size.height())
-                            .arg(request.largestPixels));
+        throw FileError(
+            QString("%1: %2 x %3 pixels are more than %4; allow them with --max-pixels, "
+                    "or make the image smaller")
+                .arg(name)
+                .arg(size.width())
+                .arg(size.height())
+                .arg(request.largestPixels));
     const double memory = physicalMemory();
     if (memory > 0.0 && pixels * BytesPerPixel > memory)
-        throw FileError(QString("%1: tracing %2 x %3 pixels may take %4 GB, more than this computer "
-                                "has; make the image smaller or cut it with --crop")
-                            .arg(name)
-                            .arg(size.width())
-                            .arg(size.height())
-                            .arg(pixels * BytesPerPixel / 1e9, 0, 'f', 1));
+        throw FileError(
+            QString("%1: tracing %2 x %3 pixels may take %4 GB, more than this computer "
+                    "has; make the image smaller or cut it with --crop")
+                .arg(name)
+                .arg(size.width())
+                .arg(size.height())
+                .arg(pixels * BytesPerPixel / 1e9, 0, 'f', 1));
 }
 
 /// Goes to the page; formats that cannot jump are read up to it.

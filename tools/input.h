@@ -7,7 +7,7 @@
 /// An image as it is to be traced.
 struct InputImage {
     QImage image;
-    QString title;           ///< the file's name without folder and ending
+    QString title;            ///< the file's name without folder and ending
     double dotsPerInch = 0.0; ///< as the file says; 0 when it does not
 };
 

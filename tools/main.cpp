@@ -10,8 +10,8 @@
 #include "settingsfile.h"
 #include "writers/formats.h"
 
-#include <QDir>
 #include <QCoreApplication>
+#include <QDir>
 #include <QImageReader>
 
 #include <cstdio>

@@ -48,8 +48,7 @@ QString outputName(const QString& imageName, const Arguments& arguments) {
     name.replace("{name}", imageName == "-" ? QString("traced") : image.completeBaseName());
     name.replace("{format}", arguments.format);
     name.replace("{page}", QString::number(arguments.input.page));
-    const QString folder =
-        arguments.outputFolder.isEmpty() ? image.path() : arguments.outputFolder;
+    const QString folder = arguments.outputFolder.isEmpty() ? image.path() : arguments.outputFolder;
     return folder + '/' + name + '.' + arguments.format;
 }
 

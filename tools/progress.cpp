@@ -59,9 +59,8 @@ void Progress::draw() const {
     const double share = pixels > 0.0 ? donePixels / pixels : 0.0;
     const int filled = static_cast<int>(share * BarWidth);
     const double seconds = static_cast<double>(timer.elapsed()) / 1000.0;
-    const QString left = share > 0.0
-                             ? QString("%1 s left").arg(seconds / share - seconds, 0, 'f', 0)
-                             : QString();
+    const QString left =
+        share > 0.0 ? QString("%1 s left").arg(seconds / share - seconds, 0, 'f', 0) : QString();
     std::fprintf(stderr, "\r\033[K[%s%s] %lld/%lld files, %.1f/%.1f Mpx %s",
                  qPrintable(QString(filled, '#')), qPrintable(QString(BarWidth - filled, '-')),
                  static_cast<long long>(doneImages), static_cast<long long>(images),

@@ -12,8 +12,7 @@ QString modeName(Mode mode) {
 }
 
 QString colorName(const QColor& color) {
-    return color.name(QColor::HexRgb) +
-           QString::number(color.alpha() | 0x100, 16).mid(1);
+    return color.name(QColor::HexRgb) + QString::number(color.alpha() | 0x100, 16).mid(1);
 }
 
 Mode modeOf(const QString& fileName, const QString& name) {

@@ -94,12 +94,15 @@ QByteArray toJson(const Statistics& s) {
 }
 
 QByteArray tableHeading() {
-    return "     size    colours outlines   lines  curves   nodes  read s trace s write s  MB  mean "
+    return "     size    colours outlines   lines  curves   nodes  read s trace s write s  MB  "
+           "mean "
            "99 %  image\n";
 }
 
 QByteArray toTableRow(const Statistics& s) {
-    const auto number = [](double value, int digits) { return QString::number(value, 'f', digits); };
+    const auto number = [](double value, int digits) {
+        return QString::number(value, 'f', digits);
+    };
     return QString("%1 %2 %3 %4 %5 %6 %7 %8 %9")
                .arg(QString("%1x%2").arg(s.size.width()).arg(s.size.height()), 12)
                .arg(s.colors, 7)

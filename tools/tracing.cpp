@@ -75,8 +75,7 @@ void setSize(Drawing& drawing, const InputImage& input, const SizeRequest& reque
                                 .arg(input.title));
         drawing.pixelMillimetres = MillimetresPerInch / input.dotsPerInch;
     }
-    drawing.unit =
-        request.unit.value_or(drawing.pixelMillimetres ? Unit::Millimetre : Unit::Pixel);
+    drawing.unit = request.unit.value_or(drawing.pixelMillimetres ? Unit::Millimetre : Unit::Pixel);
 }
 
 QString likelyCause(const Drawing& drawing, const TraceSettings& settings) {

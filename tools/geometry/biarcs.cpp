@@ -9,7 +9,7 @@ namespace {
 constexpr double ArcShare = 0.7;
 constexpr double LineShare = 0.2;
 
-constexpr int Samples = 16;       ///< of a curve, to compare it with its arcs
+constexpr int Samples = 16;        ///< of a curve, to compare it with its arcs
 constexpr int DeepestHalving = 20; ///< parts of a millionth of a curve: far below any tolerance
 
 double length(QPointF vector) {
@@ -89,8 +89,8 @@ private:
         const double toEnd = length(end - control);
         const double whole = length(end - start);
         const double fromStart = length(control - start);
-        const QPointF joint = (start * toEnd + control * whole + end * fromStart) /
-                              (toEnd + whole + fromStart);
+        const QPointF joint =
+            (start * toEnd + control * whole + end * fromStart) / (toEnd + whole + fromStart);
         // The second arc is looked at from its end, backwards.
         return {Arc{start, joint, bulgeAlong(start, joint, control - start)},
                 Arc{joint, end, -bulgeAlong(end, joint, control - end)}};
@@ -101,8 +101,7 @@ private:
         const QPointF joint = arcs[0].end;
         const QPointF across = end - start;
         for (int i = 1; i < Samples; ++i) {
-            const QPointF point =
-                curvePoint(start, control, end, static_cast<double>(i) / Samples);
+            const QPointF point = curvePoint(start, control, end, static_cast<double>(i) / Samples);
             const Arc& arc = dot(point - joint, across) < 0.0 ? arcs[0] : arcs[1];
             if (!(arc.distance(point) <= ArcShare * tolerance))
                 return false;

@@ -91,9 +91,8 @@ QRectF boundingBox(const Outline& outline) {
     for (const OutlinePiece& piece : outline.pieces) {
         extend(box, piece.end);
         if (piece.isCurve) {
-            for (const double t :
-                 {turningParameter(start.x(), piece.control.x(), piece.end.x()),
-                  turningParameter(start.y(), piece.control.y(), piece.end.y())}) {
+            for (const double t : {turningParameter(start.x(), piece.control.x(), piece.end.x()),
+                                   turningParameter(start.y(), piece.control.y(), piece.end.y())}) {
                 if (t > 0.0 && t < 1.0)
                     extend(box, curvePoint(start, piece.control, piece.end, t));
             }

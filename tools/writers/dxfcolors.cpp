@@ -38,9 +38,10 @@ QRgb hueColor(int number) {
 
 std::array<QRgb, LastColor + 1> makeColors() {
     std::array<QRgb, LastColor + 1> colors{};
-    const std::array basic{qRgb(0, 0, 0),     qRgb(255, 0, 0),   qRgb(255, 255, 0), qRgb(0, 255, 0),
-                           qRgb(0, 255, 255), qRgb(0, 0, 255),   qRgb(255, 0, 255), qRgb(0, 0, 0),
-                           qRgb(128, 128, 128), qRgb(192, 192, 192)};
+    const std::array basic{qRgb(0, 0, 0),      qRgb(255, 0, 0),   qRgb(255, 255, 0),
+                           qRgb(0, 255, 0),    qRgb(0, 255, 255), qRgb(0, 0, 255),
+                           qRgb(255, 0, 255),  qRgb(0, 0, 0),     qRgb(128, 128, 128),
+                           qRgb(192, 192, 192)};
     std::copy(basic.begin(), basic.end(), colors.begin());
     for (int number = FirstHue; number < FirstGrey; ++number)
         colors[static_cast<std::size_t>(number)] = hueColor(number);

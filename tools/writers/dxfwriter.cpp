@@ -47,8 +47,8 @@ QRectF boundingBox(const std::vector<BulgeVertex>& vertices) {
         if (bulge == 0.0)
             continue;
         const ArcCircle circle = arcCircle(start, end, bulge);
-        for (const QPointF direction : {QPointF(1, 0), QPointF(0, 1), QPointF(-1, 0),
-                                        QPointF(0, -1)}) {
+        for (const QPointF direction :
+             {QPointF(1, 0), QPointF(0, 1), QPointF(-1, 0), QPointF(0, -1)}) {
             // An arc below a half turn lies on the far side of its chord as its centre sees it.
             const QPointF point = circle.centre + direction * circle.radius;
             const QPointF chord = end - start;
@@ -96,8 +96,7 @@ private:
         const double scale = drawing.unitsPerPixel();
         const double deviation = options.deviation * scale;
         for (qsizetype i = 0; i < drawing.polylines.size(); ++i) {
-            Outline outline =
-                transformed(toOutline(drawing.polylines[i]), scale, scale, QPointF());
+            Outline outline = transformed(toOutline(drawing.polylines[i]), scale, scale, QPointF());
             Shape shape{layers[drawing.layers[i]].name, {}, {}};
             if (options.dxfCurves == DxfCurves::Arcs)
                 shape.vertices = toBulges(outline, deviation);
@@ -114,8 +113,8 @@ private:
         QRectF box;
         bool isFirst = true;
         for (const Shape& shape : shapes) {
-            const QRectF own = shape.vertices.empty() ? ::boundingBox(shape.outline)
-                                                      : boundingBox(shape.vertices);
+            const QRectF own =
+                shape.vertices.empty() ? ::boundingBox(shape.outline) : boundingBox(shape.vertices);
             box = isFirst ? own
                           : QRectF(QPointF(std::min(box.left(), own.left()),
                                            std::min(box.top(), own.top())),

@@ -22,9 +22,9 @@ void GeoJsonWriter::write(const Drawing& drawing, QIODevice& device) const {
         if (signedArea(outline) < 0.0)
             std::reverse(ring.begin(), ring.end());
         const QColor& color = drawing.palette[drawing.layers[i]];
-        json << (i > 0 ? ",\n" : "\n") << "{\"type\":\"Feature\",\"properties\":{\"layer\":"
-             << drawing.layers[i] << ",\"color\":\"" << color.name(QColor::HexRgb).toLatin1()
-             << "\",\"opacity\":"
+        json << (i > 0 ? ",\n" : "\n")
+             << "{\"type\":\"Feature\",\"properties\":{\"layer\":" << drawing.layers[i]
+             << ",\"color\":\"" << color.name(QColor::HexRgb).toLatin1() << "\",\"opacity\":"
              << QByteArray::number(std::round(color.alpha() / 255.0 * 10000.0) / 10000.0)
              << "},\"geometry\":{\"type\":\"Polygon\",\"coordinates\":[[";
         for (std::size_t k = 0; k < ring.size(); ++k)

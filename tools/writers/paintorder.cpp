@@ -40,7 +40,8 @@ std::optional<QList<int>> layerOrder(const Drawing& drawing) {
         const CellRange rows = cellsOf(box.top(), box.bottom(), drawing.size.height());
         for (int row = rows.first; row <= rows.last; ++row) {
             for (int column = columns.first; column <= columns.last; ++column) {
-                int& cell = highest[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)];
+                int& cell =
+                    highest[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)];
                 if (cell > rank)
                     return std::nullopt; // this outline would slip below another one
                 cell = rank;

@@ -13,8 +13,8 @@ enum class DxfCurves {
 
 /// What the user can choose about the files.
 struct WriterOptions {
-    bool outlinesOnly = false; ///< SVG: strokes in place of fills
-    bool closeSeams = false;   ///< SVG: fills stroked in their own colour
+    bool outlinesOnly = false;    ///< SVG: strokes in place of fills
+    bool closeSeams = false;      ///< SVG: fills stroked in their own colour
     std::optional<int> precision; ///< SVG, GeoJSON: digits after the decimal point; none: all
     DxfVersion dxfVersion = DxfVersion::R2010;
     DxfCurves dxfCurves = DxfCurves::Arcs;
