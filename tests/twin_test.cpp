@@ -144,9 +144,10 @@ TEST(Twin, MakesTheSamePalettes) {
         EXPECT_EQ(ovtrace::toColorLists(ovtrace::samplepalette(image, colors)),
                   twin.samplepalette(colors));
         ovtrace::seedRandom(static_cast<unsigned>(round));
+        const auto generated = ovtrace::toColorLists(ovtrace::generatepalette(colors));
+        // After that, because on Windows both draw from the one sequence of the C runtime.
         TraceTwin::seedRandom(static_cast<unsigned>(round));
-        EXPECT_EQ(ovtrace::toColorLists(ovtrace::generatepalette(colors)),
-                  twin.generatepalette(colors));
+        EXPECT_EQ(generated, twin.generatepalette(colors));
     }
 }
 

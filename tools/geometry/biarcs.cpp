@@ -12,8 +12,9 @@ constexpr double LineShare = 0.2;
 constexpr int Samples = 16;        ///< of a curve, to compare it with its arcs
 constexpr int DeepestHalving = 20; ///< parts of a millionth of a curve: far below any tolerance
 
+// Square roots and the four operations alone, which every platform rounds alike: so are the files.
 double length(QPointF vector) {
-    return std::hypot(vector.x(), vector.y());
+    return std::sqrt(vector.x() * vector.x() + vector.y() * vector.y());
 }
 double cross(QPointF a, QPointF b) {
     return a.x() * b.y() - a.y() * b.x();
@@ -25,8 +26,9 @@ double dot(QPointF a, QPointF b) {
 /// The bulge of the arc from `start` to `end` that leaves `start` along `tangent`.
 double bulgeAlong(QPointF start, QPointF end, QPointF tangent) {
     const QPointF chord = end - start;
-    // The arc's angle is twice that between tangent and chord; the bulge is tan of a quarter.
-    return std::tan(std::atan2(cross(tangent, chord), dot(tangent, chord)) / 2.0);
+    // The arc's angle is twice that between tangent and chord, and the bulge the tangent of a
+    // quarter of it: of half the angle between the two, sin / (1 + cos).
+    return cross(tangent, chord) / (length(tangent) * length(chord) + dot(tangent, chord));
 }
 
 double sagitta(QPointF start, QPointF end, double bulge) {

@@ -72,7 +72,7 @@ std::vector<QPointF> flattened(const Outline& outline, double tolerance) {
         if (piece.isCurve) {
             // The chord of a part of length 1 / n is a quarter of the second difference / n² away.
             const QPointF bend = start - 2.0 * piece.control + piece.end;
-            const double distance = std::hypot(bend.x(), bend.y()) / 4.0;
+            const double distance = std::sqrt(bend.x() * bend.x() + bend.y() * bend.y()) / 4.0;
             count = std::max(1, static_cast<int>(std::ceil(std::sqrt(distance / tolerance))));
         }
         for (int i = 1; i < count; ++i)
