@@ -9,6 +9,10 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#ifdef Q_OS_WIN
+#include <windows.h>
+#endif
+
 namespace {
 
 class Batch : public ProgramTest {
@@ -194,6 +198,48 @@ TEST_F(Batch, TurnsTheImageAsItsCameraSaysIt) {
     const auto result = run({path("turned.jpg"), "-f", "json", "-o", "-"});
     EXPECT_TRUE(result.output.startsWith("{\"width\":16,\"height\":24,"))
         << result.errors.toStdString();
+}
+
+TEST_F(Batch, PathsOfEveryKind) {
+    // Longer than the 260 characters that Windows once allowed.
+    QString folder = path("long");
+    while (folder.size() < 300)
+        folder += "/a folder with a rather long name";
+    ASSERT_TRUE(QDir().mkpath(folder));
+    ASSERT_TRUE(QFile::copy(sample("logo.png"), folder + "/logo.png"));
+    EXPECT_EQ(run({folder + "/logo.png"}).status, 0);
+    EXPECT_TRUE(QFile::exists(folder + "/logo.svg"));
+#ifdef Q_OS_WIN
+    const QString native = QDir::toNativeSeparators(path("logo.png"));
+    ASSERT_EQ(native[1], ':') << "a drive's letter";
+    ASSERT_TRUE(QFile::copy(sample("logo.png"), native));
+    EXPECT_EQ(run({native, "-o", native + ".svg"}).status, 0);
+    EXPECT_EQ(run({"\\\\?\\" + native, "-o", path("unc.svg")}).status, 0);
+    EXPECT_EQ(contents(path("unc.svg")), contents(native + ".svg"));
+#endif
+}
+
+TEST_F(Batch, AnOutputThatIsInUseIsAnError) {
+#ifdef Q_OS_WIN
+    const QString name = QDir::toNativeSeparators(path("locked.svg"));
+    writeFile(name, "old");
+    const HANDLE lock = CreateFileW(reinterpret_cast<const wchar_t*>(name.utf16()), GENERIC_READ, 0,
+                                    nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    ASSERT_NE(lock, INVALID_HANDLE_VALUE);
+    expectError(run({sample("logo.png"), "-o", name}), 1, "cannot be written");
+    CloseHandle(lock);
+    EXPECT_EQ(contents(name), "old");
+#else
+    GTEST_SKIP() << "files are locked on Windows alone";
+#endif
+}
+
+TEST_F(Batch, TextHasTheSameLineEndsEverywhere) {
+    for (const QString format : {"svg", "dxf", "json", "geojson"}) {
+        EXPECT_FALSE(run({sample("logo.png"), "-f", format, "-o", "-"}).output.contains('\r'));
+        EXPECT_EQ(run({sample("logo.png"), "-f", format, "-o", path("a." + format)}).status, 0);
+        EXPECT_FALSE(contents(path("a." + format)).contains('\r'));
+    }
 }
 
 TEST_F(Batch, SettingsAreSavedAndRead) {

@@ -1,10 +1,13 @@
 // Loads the built module as the host does. This program links neither the module nor the engine.
 
 #include <QCborStreamReader>
+#include <QDir>
+#include <QFileInfo>
 #include <QJsonObject>
 #include <QLibrary>
 #include <QPluginLoader>
 #include <QPointer>
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 #include <ovplugininterface.h>
@@ -143,5 +146,23 @@ TEST(PluginLoading, CanBeRepeated) {
         QPluginLoader loader{QString::fromLocal8Bit(Module)};
         ASSERT_NE(loader.instance(), nullptr) << loader.errorString().toStdString();
         loader.unload();
+    }
+}
+
+TEST(PluginFile, LoadsAndUnloadsAHundredTimesFromAStrangePlace) {
+    const QTemporaryDir folder;
+    const QString place = folder.filePath(QString::fromUtf8("Würfel und Spätzle – 図"));
+    ASSERT_TRUE(QDir().mkpath(place));
+    const QFileInfo module(QString::fromLocal8Bit(Module));
+    const QString copy = place + '/' + module.fileName();
+    ASSERT_TRUE(QFile::copy(module.filePath(), copy));
+    for (int i = 0; i < 100; ++i) {
+        QPluginLoader loader(copy);
+        auto* plugin = qobject_cast<OvPluginInterface*>(loader.instance());
+        ASSERT_NE(plugin, nullptr) << i << ": " << loader.errorString().toStdString();
+        ASSERT_TRUE(plugin->init());
+        ASSERT_EQ(plugin->getPluginInfo().get("ID").toString(), "TRACE");
+        plugin->uninit(false);
+        ASSERT_TRUE(loader.unload()) << loader.errorString().toStdString();
     }
 }

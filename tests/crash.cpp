@@ -1,0 +1,6 @@
+// Crashes on purpose.
+
+int main() {
+    volatile int* nowhere = nullptr;
+    *nowhere = 1;
+}
