@@ -8,9 +8,12 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QProcess>
 
 #ifdef Q_OS_WIN
 #include <windows.h>
+#else
+#include <csignal>
 #endif
 
 namespace {
@@ -20,7 +23,7 @@ protected:
     /// Images a00.png ... in a folder of their own.
     QString makeImages(int count) const {
         RandomInput input(20272);
-        const QString images = path("images");
+        QString images = path("images");
         EXPECT_TRUE(QDir().mkpath(images));
         for (int i = 0; i < count; ++i)
             EXPECT_TRUE(
@@ -231,6 +234,36 @@ TEST_F(Batch, AnOutputThatIsInUseIsAnError) {
     EXPECT_EQ(contents(name), "old");
 #else
     GTEST_SKIP() << "files are locked on Windows alone";
+#endif
+}
+
+TEST_F(Batch, AnInterruptLeavesNoPartOfAFile) {
+#ifdef Q_OS_WIN
+    GTEST_SKIP() << "a program under another system's control cannot be sent the keys";
+#else
+    RandomInput input(20273);
+    QImage image(1500, 1500, QImage::Format_RGB32);
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            image.setPixel(x, y, static_cast<QRgb>(input.number(0, 0xffffff)));
+    }
+    const QString name = saveImage(image, "noise.bmp");
+    int interrupted = 0;
+    for (int milliseconds = 100; milliseconds <= 1000; milliseconds += 150) {
+        QProcess process;
+        process.start(OVTRACE_PROGRAM, {name, "-o", path("noise.dxf"), "--min-path", "0"});
+        ASSERT_TRUE(process.waitForStarted());
+        if (!process.waitForFinished(milliseconds)) {
+            ::kill(static_cast<pid_t>(process.processId()), SIGINT);
+            ASSERT_TRUE(process.waitForFinished());
+        }
+        if (process.exitStatus() == QProcess::CrashExit) {
+            ++interrupted;
+            EXPECT_EQ(files(), QStringList("noise.bmp"));
+        }
+        QFile::remove(path("noise.dxf"));
+    }
+    EXPECT_GT(interrupted, 1);
 #endif
 }
 

@@ -1,6 +1,7 @@
 // Crashes on purpose.
 
 int main() {
-    volatile int* nowhere = nullptr;
+    // Hidden from those who look for such things.
+    int* volatile nowhere = nullptr;
     *nowhere = 1;
 }

@@ -27,10 +27,10 @@ const EngineOption& findEngineOption(const QString& key);
 
 /// A set of options for a kind of picture.
 struct Preset {
-    const char* name;
-    bool blackAndWhite;
+    const char* name = "";
+    bool blackAndWhite = false;
     EngineValues values;
-    const char* meaning;
+    const char* meaning = "";
 };
 
 const QList<Preset>& presets();

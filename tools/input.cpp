@@ -41,7 +41,7 @@ QByteArray readStandardInput() {
     QFile file;
     if (!file.open(stdin, QIODevice::ReadOnly))
         throw FileError("the standard input cannot be read");
-    const QByteArray contents = file.readAll();
+    QByteArray contents = file.readAll();
     if (contents.isEmpty())
         throw FileError("the standard input is empty");
     return contents;
@@ -90,7 +90,7 @@ QImage readPage(QIODevice& device, const QString& name, const InputRequest& requ
     if (reader.size().isValid())
         checkSize(name, reader.size(), request);
     goToPage(reader, name, request.page);
-    const QImage image = reader.read();
+    QImage image = reader.read();
     if (image.isNull())
         throw FileError(QString("%1: cannot be decoded: %2").arg(name, reader.errorString()));
     checkSize(name, image.size(), request);

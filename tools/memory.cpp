@@ -40,7 +40,7 @@ double peakMemory() {
 #else
     constexpr double Unit = 1024.0;
 #endif
-    return static_cast<double>(usage.ru_maxrss) * Unit;
+    return static_cast<double>(usage.ru_maxrss) * Unit; // NOLINT(*-union-access): the libc's
 }
 
 #endif

@@ -10,7 +10,7 @@ template <Channels channels> inline constexpr int PixelGroup = channels == Chann
 
 /// Whether the PixelGroup pixels from `pixels` on all equal the one before them.
 template <Channels channels> bool groupRepeats(const char* pixels) {
-    constexpr std::size_t PixelBytes = static_cast<std::size_t>(channels);
+    constexpr auto PixelBytes = static_cast<std::size_t>(channels);
     constexpr std::size_t Size = PixelGroup<channels> * PixelBytes;
     constexpr std::size_t Word = sizeof(std::uint64_t);
     const auto changes = [pixels](std::size_t place) {

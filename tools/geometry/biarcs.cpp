@@ -23,9 +23,8 @@ double dot(QPointF a, QPointF b) {
     return a.x() * b.x() + a.y() * b.y();
 }
 
-/// The bulge of the arc from `start` to `end` that leaves `start` along `tangent`.
-double bulgeAlong(QPointF start, QPointF end, QPointF tangent) {
-    const QPointF chord = end - start;
+/// The bulge of the arc over `chord` that starts along `tangent`.
+double bulgeAlong(QPointF chord, QPointF tangent) {
     // The arc's angle is twice that between tangent and chord, and the bulge the tangent of a
     // quarter of it: of half the angle between the two, sin / (1 + cos).
     return cross(tangent, chord) / (length(tangent) * length(chord) + dot(tangent, chord));
@@ -38,7 +37,7 @@ double sagitta(QPointF start, QPointF end, double bulge) {
 struct Arc {
     QPointF start;
     QPointF end;
-    double bulge;
+    double bulge = 0.0;
 
     /// How far a point beside the arc is from it.
     double distance(QPointF point) const {
@@ -94,8 +93,8 @@ private:
         const QPointF joint =
             (start * toEnd + control * whole + end * fromStart) / (toEnd + whole + fromStart);
         // The second arc is looked at from its end, backwards.
-        return {Arc{start, joint, bulgeAlong(start, joint, control - start)},
-                Arc{joint, end, -bulgeAlong(end, joint, control - end)}};
+        return {Arc{start, joint, bulgeAlong(joint - start, control - start)},
+                Arc{joint, end, -bulgeAlong(joint - end, control - end)}};
     }
 
     bool fits(const std::array<Arc, 2>& arcs, QPointF start, QPointF control, QPointF end) const {
