@@ -2,6 +2,6 @@
 
 int main() {
     // Hidden from those who look for such things.
-    int* volatile nowhere = nullptr;
+    volatile int* volatile nowhere = nullptr;
     *nowhere = 1;
 }
