@@ -121,7 +121,7 @@ TraceSettings parseSettings(const QCommandLineParser& parser) {
         QList<QPair<QString, const Preset*>> choices;
         for (const Preset& preset : presets())
             choices.append({preset.name, &preset});
-        const Preset* preset = choose<const Preset*>("--preset", parser.value("preset"), choices);
+        const auto* preset = choose<const Preset*>("--preset", parser.value("preset"), choices);
         settings.mode = preset->blackAndWhite ? Mode::Bw : Mode::Color;
         settings.values = preset->values;
     }

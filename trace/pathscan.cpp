@@ -149,19 +149,19 @@ public:
 private:
     /// A turn and where it leads in this grid. Offsets are between cells, of which a node's lower
     /// right one stands for it.
-    struct alignas(32) Step {
+    struct alignas(64) Step {
         const Step* arrival = nullptr; ///< the four steps to choose from at the next node
-        std::int32_t node = 0;         ///< to the next node
-        std::int32_t aheadLeft = 0;    ///< from there to the cells ahead of the walker
-        std::int32_t aheadRight = 0;   ///< likewise
+        qsizetype node = 0;            ///< to the next node
+        qsizetype aheadLeft = 0;       ///< from there to the cells ahead of the walker
+        qsizetype aheadRight = 0;      ///< likewise
         Turn turn;
     };
 
     void makeSteps() {
-        const auto stride = static_cast<std::int32_t>(grid.stride);
-        const std::array<std::int32_t, 4> node{1, -stride, -1, stride};
-        const std::array<std::int32_t, 4> left{-stride, -stride - 1, -1, 0};
-        const std::array<std::int32_t, 4> right{0, -stride, -stride - 1, -1};
+        const qsizetype stride = grid.stride;
+        const std::array<qsizetype, 4> node{1, -stride, -1, stride};
+        const std::array<qsizetype, 4> left{-stride, -stride - 1, -1, 0};
+        const std::array<qsizetype, 4> right{0, -stride, -stride - 1, -1};
         for (std::size_t side = 0; side < 2; ++side) {
             const auto arriving = [&](std::size_t direction) {
                 return Step{&steps[side][direction * 4],
