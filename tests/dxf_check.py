@@ -5,14 +5,17 @@ Usage: dxf_check.py OVTRACE IMAGE...
 
 For every image, version and form of the curves: no errors and nothing to mend, as many entities as
 there are outlines, the box that the header states to 1e-6, and enclosed areas that differ from the
-exact ones by no more than the deviation along the outline. Coordinates are pixels.
+exact ones by no more than the deviation along the outline. Coordinates are pixels. Where Inkscape is
+installed, its DXF import must show as many paths, too.
 """
 
 import json
 import math
+import os
 import subprocess
 import sys
 import tempfile
+import xml.etree.ElementTree
 
 import ezdxf
 from ezdxf import bbox
@@ -23,6 +26,7 @@ FORMS = {
     "R2000": ["arcs", "lines", "spline", "quadratic"],
     "R2010": ["arcs", "lines", "spline", "quadratic"],
 }
+INKSCAPE_IMPORT = "/usr/share/inkscape/extensions/dxf_input.py"
 OPTIONS = ["--colors", "4", "--min-path", "24", "--deviation", str(DEVIATION)]
 
 
@@ -118,12 +122,25 @@ def extents(entities, form):
     return (box.extmin.x, box.extmin.y), (box.extmax.x, box.extmax.y)
 
 
+def count_inkscape_paths(file_name):
+    """None when there is no Inkscape."""
+    if not os.path.exists(INKSCAPE_IMPORT):
+        return None
+    command = [sys.executable, INKSCAPE_IMPORT, "--scalemethod=manual", "--scale=1.0", file_name]
+    svg = xml.etree.ElementTree.fromstring(
+        subprocess.run(command, check=True, capture_output=True).stdout
+    )
+    name = "{http://www.w3.org/2000/svg}"
+    return len(svg.findall(f".//{name}path")) - len(svg.findall(f".//{name}defs//{name}path"))
+
+
 def check(program, image, outlines, version, form, problems):
     name = f"{image} {version} {form}"
     with tempfile.NamedTemporaryFile(suffix=".dxf") as file:
         file.write(trace(program, image, "-f", "dxf", "--dxf-version", version, "--dxf-curves", form))
         file.flush()
         drawing = ezdxf.readfile(file.name)
+        inkscape_paths = count_inkscape_paths(file.name)
     audit = drawing.audit()
     for entry in audit.errors + audit.fixes:
         problems.append(f"{name}: {entry.message}")
@@ -135,6 +152,8 @@ def check(program, image, outlines, version, form, problems):
     if len(entities) != expected:
         problems.append(f"{name}: {len(entities)} entities, not {expected}")
         return
+    if inkscape_paths not in (None, expected):
+        problems.append(f"{name}: Inkscape shows {inkscape_paths} paths, not {expected}")
     for corner, variable in zip(extents(entities, form), ("$EXTMIN", "$EXTMAX")):
         stated = drawing.header[variable]
         if math.dist(corner, stated[:2]) > 1e-6:

@@ -4,7 +4,7 @@
 
 #include <QList>
 
-/// An image as the colour stages work on it: four stored bytes a pixel.
+/// The pixels of an image, four stored bytes each.
 class OVTRACE_EXPORT ImageData {
 public:
     ImageData();
