@@ -102,7 +102,7 @@ Outline randomOutline(RandomInput& input) {
 
 TEST(Biarcs, AreNeverFartherThanTheTolerance) {
     RandomInput input(20268);
-    for (int round = 0; round < 200; ++round) {
+    for (int round = 0; round < 60; ++round) {
         const Outline outline = randomOutline(input);
         for (const double tolerance : {1.0, 0.05, 0.002}) {
             const auto vertices = toBulges(outline, tolerance);

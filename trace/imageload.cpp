@@ -77,6 +77,7 @@ Channels channelsOf(const QImage& image) {
     switch (image.format()) {
     case QImage::Format_RGB32:
     case QImage::Format_ARGB32:
+    case QImage::Format_ARGB32_Premultiplied:
         return channelsOfWords(image);
     case QImage::Format_Mono:
     case QImage::Format_MonoLSB:
@@ -157,6 +158,7 @@ template <Channels channels> void loadRows(const QImage& image, PixelImage& pixe
     switch (image.format()) {
     case QImage::Format_RGB32:
     case QImage::Format_ARGB32:
+    case QImage::Format_ARGB32_Premultiplied: // pixel() does not divide by alpha
         store([&](int y) { return [row = wordsOf(image, y)](int x) { return toWord(row[x]); }; });
         break;
     case QImage::Format_Grayscale8:
@@ -176,7 +178,7 @@ template <Channels channels> void loadRows(const QImage& image, PixelImage& pixe
         }
         store([&, colors = ColorTable(image)](int y) {
             return [&colors, row = image.constScanLine(y)](int x) {
-                return colors[row[x >> 3] >> (7 - (x & 7)) & 1U];
+                return colors[static_cast<unsigned>(row[x >> 3]) >> (7 - (x & 7)) & 1U];
             };
         });
         break;
