@@ -68,13 +68,17 @@ void checkSize(const QString& name, QSize size, const InputRequest& request) {
                 .arg(pixels * BytesPerPixel / 1e9, 0, 'f', 1));
 }
 
+[[noreturn]] void failWithoutPage(const QString& name, int page) {
+    throw FileError(QString("%1: has no page %2").arg(name).arg(page));
+}
+
 /// Goes to the page; formats that cannot jump are read up to it.
 void goToPage(QImageReader& reader, const QString& name, int page) {
     if (page == 1 || reader.jumpToImage(page - 1))
         return;
     for (int i = 1; i < page; ++i) {
-        if (reader.read().isNull() || !reader.canRead())
-            throw FileError(QString("%1: has no page %2").arg(name).arg(page));
+        if (reader.read().isNull())
+            failWithoutPage(name, page);
     }
 }
 
@@ -91,6 +95,8 @@ QImage readPage(QIODevice& device, const QString& name, const InputRequest& requ
         checkSize(name, reader.size(), request);
     goToPage(reader, name, request.page);
     QImage image = reader.read();
+    if (image.isNull() && request.page > 1)
+        failWithoutPage(name, request.page);
     if (image.isNull())
         throw FileError(QString("%1: cannot be decoded: %2").arg(name, reader.errorString()));
     checkSize(name, image.size(), request);
