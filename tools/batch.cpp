@@ -149,7 +149,8 @@ public:
         const qsizetype count = std::min<qsizetype>(arguments.jobs, images.size());
         for (qsizetype i = 0; i < count; ++i)
             startNext(loop);
-        loop.exec();
+        if (running > 0)
+            loop.exec();
         if (!failure.isEmpty() && !arguments.continueOnError)
             throw FileError(failure);
         return result;
