@@ -363,6 +363,7 @@ TEST_F(Batch, ValuesAreCheckedAndTheRangeNamed) {
     expectError(run({image, "--blur", "nan"}), 2, "from 0 to 5");
     expectError(run({image, "--set", "mincolorratio=2"}), 2, "from 0 to 1");
     expectError(run({image, "--jobs", "0"}), 2, "--jobs takes");
+    expectError(run({image, "--stats", "json", "-o", "-"}), 2, "cannot both go");
     expectError(run({image, "--preset", "cat"}), 2, "photo, logo, lineart, scan, pixelart");
     expectError(run({image, "--width", "12"}), 2, "with its unit");
     expectError(run({image, "--width", "1in", "--dpi", "30"}), 2, "give one of");

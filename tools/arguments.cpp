@@ -20,9 +20,8 @@ const QStringList& actions() {
 
 /// Options that concern a whole batch and not one of its images.
 const QStringList& batchOptions() {
-    static const QStringList names{"jobs",          "output",           "output-dir", "name",
-                                   "stats",         "format",           "quiet",      "progress",
-                                   "save-settings", "continue-on-error"};
+    static const QStringList names{"jobs",   "output",        "output-dir",        "name", "stats",
+                                   "format", "save-settings", "continue-on-error", "quiet"};
     return names;
 }
 
@@ -221,6 +220,9 @@ void checkOutputs(const QCommandLineParser& parser, const Arguments& arguments) 
         throw UsageError("--output takes a file name");
     if (parser.isSet("output") && parser.isSet("output-dir"))
         throw UsageError("give one of --output and --output-dir");
+    if (arguments.output == "-" && arguments.statistics != StatisticsForm::None)
+        throw UsageError("figures and a result cannot both go to the standard output; name a file "
+                         "with --output");
     if (arguments.nameTemplate.isEmpty() || arguments.nameTemplate.contains('/'))
         throw UsageError("--name takes a file name with {name}, {format} or {page} in it");
     if (arguments.inputs.contains("-") && arguments.inputs.size() > 1)
