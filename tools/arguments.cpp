@@ -1,5 +1,6 @@
 #include "arguments.h"
 
+#include "choices.h"
 #include "settingsfile.h"
 #include "writers/formats.h"
 
@@ -26,30 +27,13 @@ const QStringList& batchOptions() {
 }
 
 template <typename Choice>
-Choice choose(const QString& option, const QString& word,
-              const QList<QPair<QString, Choice>>& choices) {
-    QStringList names;
+Choice choose(const QString& option, const QString& word, const Choices<Choice>& choices) {
     for (const auto& [name, choice] : choices) {
         if (name == word)
             return choice;
-        names.append(name);
     }
-    throw UsageError(QString("%1 takes %2, not \"%3\"").arg(option, names.join(", "), word));
-}
-
-const QList<QPair<QString, Mode>>& modes() {
-    static const QList<QPair<QString, Mode>> all{
-        {"color", Mode::Color}, {"bw", Mode::Bw}, {"raw", Mode::Raw}};
-    return all;
-}
-
-const QList<QPair<QString, Unit>>& units() {
-    static const QList<QPair<QString, Unit>> all{{"mm", Unit::Millimetre},
-                                                 {"cm", Unit::Centimetre},
-                                                 {"in", Unit::Inch},
-                                                 {"pt", Unit::Point},
-                                                 {"px", Unit::Pixel}};
-    return all;
+    throw UsageError(
+        QString("%1 takes %2, not \"%3\"").arg(option, wordsOf(choices).join(", "), word));
 }
 
 double parseNumber(const QCommandLineParser& parser, const QString& name, double low, double high) {
@@ -78,7 +62,7 @@ double parseLength(const QCommandLineParser& parser, const QString& name) {
     if (!match.hasMatch() || !(value > 0.0 && value < 1e6))
         throw UsageError(QString("--%1 takes a length with its unit, as 120mm or 4in, not \"%2\"")
                              .arg(name, parser.value(name)));
-    return value * millimetresPer(choose<Unit>(name, match.captured(2), units()));
+    return value * millimetresPer(choose<Unit>(name, match.captured(2), unitChoices()));
 }
 
 QRect parseCrop(const QString& word) {
@@ -106,7 +90,7 @@ SizeRequest parseSize(const QCommandLineParser& parser) {
     if (given > 1)
         throw UsageError("give one of --dpi, --width and --height; the others follow from it");
     if (parser.isSet("units"))
-        size.unit = choose("--units", parser.value("units"), units());
+        size.unit = choose("--units", parser.value("units"), unitChoices());
     if (given == 0 && size.unit.value_or(Unit::Pixel) != Unit::Pixel)
         throw UsageError("--units needs to know the size: give --dpi, --width or --height");
     return size;
@@ -117,7 +101,7 @@ TraceSettings parseSettings(const QCommandLineParser& parser) {
     if (parser.isSet("settings"))
         settings = loadSettings(parser.value("settings"));
     if (parser.isSet("preset")) {
-        QList<QPair<QString, const Preset*>> choices;
+        Choices<const Preset*> choices;
         for (const Preset& preset : presets())
             choices.append({preset.name, &preset});
         const auto* preset = choose<const Preset*>("--preset", parser.value("preset"), choices);
@@ -125,7 +109,7 @@ TraceSettings parseSettings(const QCommandLineParser& parser) {
         settings.values = preset->values;
     }
     if (parser.isSet("mode"))
-        settings.mode = choose("--mode", parser.value("mode"), modes());
+        settings.mode = choose("--mode", parser.value("mode"), modeChoices());
     for (const EngineOption& option : engineOptions()) {
         if (option.flag[0] != '\0' && parser.isSet(option.flag))
             settings.values[option.key] =
@@ -155,18 +139,11 @@ WriterOptions parseWriterOptions(const QCommandLineParser& parser) {
     if (parser.isSet("precision"))
         writer.precision = parseWhole(parser, "precision", 0, 15);
     if (parser.isSet("dxf-version"))
-        writer.dxfVersion = choose<DxfVersion>(
-            "--dxf-version", parser.value("dxf-version"),
-            {{"R12", DxfVersion::R12}, {"R2000", DxfVersion::R2000}, {"R2010", DxfVersion::R2010}});
+        writer.dxfVersion =
+            choose("--dxf-version", parser.value("dxf-version"), dxfVersionChoices());
     if (parser.isSet("dxf-curves"))
-        writer.dxfCurves = choose<DxfCurves>("--dxf-curves", parser.value("dxf-curves"),
-                                             {{"arcs", DxfCurves::Arcs},
-                                              {"lines", DxfCurves::Lines},
-                                              {"spline", DxfCurves::Spline},
-                                              {"quadratic", DxfCurves::Quadratic}});
-    const bool splines =
-        writer.dxfCurves == DxfCurves::Spline || writer.dxfCurves == DxfCurves::Quadratic;
-    if (writer.dxfVersion == DxfVersion::R12 && splines)
+        writer.dxfCurves = choose("--dxf-curves", parser.value("dxf-curves"), dxfCurvesChoices());
+    if (writer.dxfVersion == DxfVersion::R12 && !asPolylines(writer.dxfCurves))
         throw UsageError("DXF R12 has no splines: choose --dxf-curves arcs or lines");
     if (parser.isSet("deviation"))
         writer.deviation = parseNumber(parser, "deviation", 1e-6, 1000);
@@ -190,7 +167,7 @@ InputRequest parseInput(const QCommandLineParser& parser) {
 }
 
 QString parseFormat(const QCommandLineParser& parser, const QString& output) {
-    QList<QPair<QString, QString>> formats;
+    Choices<QString> formats;
     for (const QString& name : formatNames())
         formats.append({name, name});
     if (parser.isSet("format"))
@@ -202,8 +179,7 @@ QString parseFormat(const QCommandLineParser& parser, const QString& output) {
 /// The words that make a worker trace one image as this command line asks.
 QStringList workerWords(const QCommandLineParser& parser) {
     QStringList words;
-    const QStringList names = parser.optionNames();
-    for (const QString& name : QStringList(names.begin(), names.end())) {
+    for (const QString& name : parser.optionNames()) {
         if (batchOptions().contains(name) || words.contains("--" + name) || name.size() == 1)
             continue;
         const QStringList values = parser.values(name);
@@ -350,9 +326,7 @@ Arguments parseArguments(const QStringList& words) {
     arguments.continueOnError = parser.isSet("continue-on-error");
     arguments.quiet = parser.isSet("quiet");
     if (parser.isSet("stats"))
-        arguments.statistics = choose<StatisticsForm>(
-            "--stats", parser.value("stats"),
-            {{"table", StatisticsForm::Table}, {"json", StatisticsForm::Json}});
+        arguments.statistics = choose("--stats", parser.value("stats"), statisticsChoices());
     arguments.saveSettings = parser.value("save-settings");
     arguments.worker = workerWords(parser);
     checkOutputs(parser, arguments);

@@ -44,10 +44,6 @@ double secondsSince(QElapsedTimer& timer) {
     return static_cast<double>(timer.nsecsElapsed()) / 1e9;
 }
 
-void print(const QByteArray& text) {
-    std::fwrite(text.constData(), 1, static_cast<std::size_t>(text.size()), stdout);
-}
-
 /// Prints the statistics of each image; a table has one heading.
 class StatisticsPrinter {
 public:

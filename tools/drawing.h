@@ -6,6 +6,7 @@
 #include <QSize>
 #include <QString>
 
+#include <cmath>
 #include <optional>
 
 #include <ovpolyline.h>
@@ -25,6 +26,11 @@ constexpr double millimetresPer(Unit unit) {
     default:
         return 1.0;
     }
+}
+
+/// A colour's opacity 0..1, rounded to four digits.
+inline double opacityOf(const QColor& color) {
+    return std::round(color.alpha() / 255.0 * 10000.0) / 10000.0;
 }
 
 /// The result of tracing one image.

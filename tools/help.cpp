@@ -1,5 +1,6 @@
 #include "help.h"
 
+#include "choices.h"
 #include "engineoptions.h"
 #include "input.h"
 #include "writers/formats.h"
@@ -45,15 +46,15 @@ QStringList valuesOf(const QString& flag) {
     if (flag == "--format")
         return formatNames();
     if (flag == "--mode")
-        return {"color", "bw", "raw"};
+        return wordsOf(modeChoices());
     if (flag == "--units")
-        return {"mm", "cm", "in", "pt", "px"};
+        return wordsOf(unitChoices());
     if (flag == "--dxf-version")
-        return {"R2010", "R2000", "R12"};
+        return wordsOf(dxfVersionChoices());
     if (flag == "--dxf-curves")
-        return {"arcs", "lines", "spline", "quadratic"};
+        return wordsOf(dxfCurvesChoices());
     if (flag == "--stats")
-        return {"table", "json"};
+        return wordsOf(statisticsChoices());
     QStringList values;
     if (flag == "--preset") {
         for (const Preset& preset : presets())

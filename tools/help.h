@@ -2,8 +2,6 @@
 
 #include <QByteArray>
 
-class QCommandLineParser;
-
 /// The manual page of the program, in troff.
 QByteArray manualPage();
 

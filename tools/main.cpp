@@ -40,10 +40,6 @@ void showErrorsAlone(QtMsgType type, const QMessageLogContext&, const QString& m
         std::fprintf(stderr, "ovtrace: %s\n", qPrintable(message));
 }
 
-void print(const QByteArray& text) {
-    std::fwrite(text.constData(), 1, static_cast<std::size_t>(text.size()), stdout);
-}
-
 /// What is asked for instead of a trace.
 void act(const Arguments& arguments) {
     if (arguments.action == "list-options")

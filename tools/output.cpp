@@ -69,6 +69,10 @@ void saveFile(const QString& fileName, const QByteArray& contents) {
     commit(*file);
 }
 
+void print(const QByteArray& text) {
+    std::fwrite(text.constData(), 1, static_cast<std::size_t>(text.size()), stdout);
+}
+
 Output::Output(const Arguments& arguments, const Writer& writer)
     : arguments(arguments), writer(writer) {
 }

@@ -16,6 +16,9 @@ void checkOutputNames(const QStringList& images, const Arguments& arguments);
 /// Writes a file that appears whole or not at all. Throws FileError.
 void saveFile(const QString& fileName, const QByteArray& contents);
 
+/// Prints text on the standard output.
+void print(const QByteArray& text);
+
 /// Where results go: the standard output, or files that appear whole or not at all.
 class Output {
 public:

@@ -1,5 +1,7 @@
 #include "settingsfile.h"
 
+#include "choices.h"
+
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -8,7 +10,11 @@
 namespace {
 
 QString modeName(Mode mode) {
-    return mode == Mode::Bw ? "bw" : mode == Mode::Raw ? "raw" : "color";
+    for (const auto& [name, choice] : modeChoices()) {
+        if (choice == mode)
+            return name;
+    }
+    return {};
 }
 
 QString colorName(const QColor& color) {
@@ -16,8 +22,8 @@ QString colorName(const QColor& color) {
 }
 
 Mode modeOf(const QString& fileName, const QString& name) {
-    for (const Mode mode : {Mode::Color, Mode::Bw, Mode::Raw}) {
-        if (modeName(mode) == name)
+    for (const auto& [word, mode] : modeChoices()) {
+        if (word == name)
             return mode;
     }
     throw UsageError(QString("%1: \"mode\" is color, bw or raw").arg(fileName));

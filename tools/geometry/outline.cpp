@@ -14,13 +14,6 @@ double cross(QPointF a, QPointF b) {
     return a.x() * b.y() - a.y() * b.x();
 }
 
-void extend(QRectF& box, QPointF point) {
-    box.setLeft(std::min(box.left(), point.x()));
-    box.setRight(std::max(box.right(), point.x()));
-    box.setTop(std::min(box.top(), point.y()));
-    box.setBottom(std::max(box.bottom(), point.y()));
-}
-
 /// The parameter at which a coordinate of the curve turns; outside 0..1 when it does not.
 double turningParameter(double start, double control, double end) {
     const double bend = start - 2.0 * control + end;
@@ -83,6 +76,13 @@ std::vector<QPointF> flattened(const Outline& outline, double tolerance) {
     if (points.back() != points.front())
         points.push_back(points.front());
     return points;
+}
+
+void extend(QRectF& box, QPointF point) {
+    box.setLeft(std::min(box.left(), point.x()));
+    box.setRight(std::max(box.right(), point.x()));
+    box.setTop(std::min(box.top(), point.y()));
+    box.setBottom(std::max(box.bottom(), point.y()));
 }
 
 QRectF boundingBox(const Outline& outline) {

@@ -36,6 +36,9 @@ QPointF curvePoint(QPointF start, QPointF control, QPointF end, double t);
 /// `tolerance`; starts and ends with the same point.
 std::vector<QPointF> flattened(const Outline& outline, double tolerance);
 
+/// Enlarges the box to hold the point.
+void extend(QRectF& box, QPointF point);
+
 /// The smallest box around the outline, curves taken exactly.
 QRectF boundingBox(const Outline& outline);
 

@@ -137,7 +137,7 @@ void DxfDocument::beginTable(const char* name, int handle, int entries) {
 }
 
 void DxfDocument::beginRecord(const char* type, int handle, int table, const char* subclass,
-                              QByteArrayView name, int nameCode) {
+                              QByteArrayView name) {
     text.group(0, type);
     if (hasObjects()) {
         // Dimension styles alone keep their handle in another group.
@@ -145,7 +145,7 @@ void DxfDocument::beginRecord(const char* type, int handle, int table, const cha
         text.handle(330, table);
         text.groups({{100, "AcDbSymbolTableRecord"}, {100, subclass}});
     }
-    text.group(nameCode, name);
+    text.group(2, name);
 }
 
 void DxfDocument::viewports() {

@@ -39,7 +39,7 @@ private:
 
     void beginTable(const char* name, int handle, int entries);
     void beginRecord(const char* type, int handle, int table, const char* subclass,
-                     QByteArrayView name, int nameCode = 2);
+                     QByteArrayView name);
     void block(const char* name, int record, int begin, int end, bool paper);
     bool hasObjects() const {
         return version != DxfVersion::R12;

@@ -16,10 +16,6 @@ struct Shape {
     Outline outline;                   ///< as splines
 };
 
-bool asPolylines(DxfCurves curves) {
-    return curves == DxfCurves::Arcs || curves == DxfCurves::Lines;
-}
-
 std::vector<BulgeVertex> lineVertices(const Outline& outline, double deviation) {
     std::vector<BulgeVertex> vertices;
     for (const QPointF& point : flattened(outline, deviation)) {
@@ -33,17 +29,11 @@ std::vector<BulgeVertex> lineVertices(const Outline& outline, double deviation) 
 /// The box around closed polylines of lines and arcs.
 QRectF boundingBox(const std::vector<BulgeVertex>& vertices) {
     QRectF box(vertices.front().point, vertices.front().point);
-    const auto extend = [&box](QPointF point) {
-        box.setLeft(std::min(box.left(), point.x()));
-        box.setRight(std::max(box.right(), point.x()));
-        box.setTop(std::min(box.top(), point.y()));
-        box.setBottom(std::max(box.bottom(), point.y()));
-    };
     for (std::size_t i = 0; i < vertices.size(); ++i) {
         const QPointF start = vertices[i].point;
         const QPointF end = vertices[(i + 1) % vertices.size()].point;
         const double bulge = vertices[i].bulge;
-        extend(end);
+        extend(box, end);
         if (bulge == 0.0)
             continue;
         const ArcCircle circle = arcCircle(start, end, bulge);
@@ -55,7 +45,7 @@ QRectF boundingBox(const std::vector<BulgeVertex>& vertices) {
             const QPointF offset = point - start;
             const double side = chord.x() * offset.y() - chord.y() * offset.x();
             if (side * bulge < 0.0)
-                extend(point);
+                extend(box, point);
         }
     }
     return box;

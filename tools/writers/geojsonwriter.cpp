@@ -4,7 +4,6 @@
 #include "textbuffer.h"
 
 #include <algorithm>
-#include <cmath>
 
 void GeoJsonWriter::write(const Drawing& drawing, QIODevice& device) const {
     TextBuffer json(device);
@@ -24,8 +23,8 @@ void GeoJsonWriter::write(const Drawing& drawing, QIODevice& device) const {
         const QColor& color = drawing.palette[drawing.layers[i]];
         json << (i > 0 ? ",\n" : "\n")
              << "{\"type\":\"Feature\",\"properties\":{\"layer\":" << drawing.layers[i]
-             << ",\"color\":\"" << color.name(QColor::HexRgb).toLatin1() << "\",\"opacity\":"
-             << QByteArray::number(std::round(color.alpha() / 255.0 * 10000.0) / 10000.0)
+             << ",\"color\":\"" << color.name(QColor::HexRgb).toLatin1()
+             << "\",\"opacity\":" << QByteArray::number(opacityOf(color))
              << "},\"geometry\":{\"type\":\"Polygon\",\"coordinates\":[[";
         for (std::size_t k = 0; k < ring.size(); ++k)
             json << (k > 0 ? ",[" : "[") << ring[k].x() << ',' << ring[k].y() << ']';

@@ -72,11 +72,10 @@ public:
 private:
     QByteArray styleOf(const QColor& color) const {
         const QByteArray name = color.name(QColor::HexRgb).toLatin1();
-        const double opacity = std::round(color.alpha() / 255.0 * 10000.0) / 10000.0;
         const auto withOpacity = [&](const QByteArray& property) {
-            return color.alpha() == 255
-                       ? QByteArray()
-                       : ' ' + property + "-opacity=\"" + QByteArray::number(opacity) + '"';
+            return color.alpha() == 255 ? QByteArray()
+                                        : ' ' + property + "-opacity=\"" +
+                                              QByteArray::number(opacityOf(color)) + '"';
         };
         if (options.outlinesOnly)
             return "fill=\"none\" stroke=\"" + name + '"' + withOpacity("stroke");

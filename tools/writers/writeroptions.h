@@ -11,6 +11,11 @@ enum class DxfCurves {
     Quadratic ///< a quadratic spline for each curve and a line for each line, exact
 };
 
+/// Whether outlines become polylines, which every version has, and not splines.
+constexpr bool asPolylines(DxfCurves curves) {
+    return curves == DxfCurves::Arcs || curves == DxfCurves::Lines;
+}
+
 /// What the user can choose about the files.
 struct WriterOptions {
     bool outlinesOnly = false;    ///< SVG: strokes in place of fills
