@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <new>
 #include <stdexcept>
 
 namespace {
@@ -34,6 +35,20 @@ void paintOverlay(QPainter& painter, const Drawing& drawing, double scale) {
     }
 }
 
+/// The picture with straight alpha, worked out in whole numbers. Qt's own conversion takes the
+/// processor's approximate reciprocals, which are not the same on all of them.
+QImage withStraightAlpha(const QImage& premultiplied) {
+    QImage image(premultiplied.size(), QImage::Format_ARGB32);
+    if (image.isNull())
+        throw std::bad_alloc();
+    for (int y = 0; y < image.height(); ++y) {
+        const auto* from = reinterpret_cast<const QRgb*>(premultiplied.constScanLine(y));
+        std::transform(from, from + image.width(), reinterpret_cast<QRgb*>(image.scanLine(y)),
+                       [](QRgb pixel) { return qUnpremultiply(pixel); });
+    }
+    return image;
+}
+
 } // namespace
 
 void PngWriter::write(const Drawing& drawing, QIODevice& device) const {
@@ -54,6 +69,7 @@ void PngWriter::write(const Drawing& drawing, QIODevice& device) const {
     else
         paintFilled(painter, drawing);
     painter.end();
+    picture = withStraightAlpha(picture);
     picture.setDotsPerMeterX(0);
     picture.setDotsPerMeterY(0);
     if (drawing.pixelMillimetres) {
