@@ -32,6 +32,7 @@ QList<Picture> pictures() {
         {"photo", find("photo/photo_bridge_10.7mp.jpg", "photo.png", 10), Color},
         {"busyphoto", find("photo/photo_raindrops_2.3mp.jpg", "photo.png", 2), Color},
         {"page", find("text/text_feyn_300dpi.png", "text.png", 8), BlackAndWhite},
+        {"sparsepage", find("text/text_debref_en_300dpi.png", "text.png", 8), BlackAndWhite},
         {"clipart", find("clipart/clip_rollpaper_8.7mp.png", "logo.png", 9), Color},
         {"lineart", find("lineart/line_ctrlbox_schematic.png", "drawing.png", 6), BlackAndWhite},
         {"noise", noise(1000), Color},

@@ -101,11 +101,12 @@ private:
         QElapsedTimer timer;
         Timings timings;
         timer.start();
-        const InputImage input = readInput(name, arguments.input);
+        InputImage input = readInput(name, arguments.input);
         timings.reading = secondsSince(timer);
         timer.restart();
-        Drawing drawing = traceImage(input, arguments.settings);
-        setSize(drawing, input, arguments.size);
+        const double dotsPerInch = input.dotsPerInch;
+        Drawing drawing = traceImage(std::move(input), arguments.settings);
+        setSize(drawing, dotsPerInch, arguments.size);
         timings.tracing = secondsSince(timer);
         timer.restart();
         output.add(name, drawing);

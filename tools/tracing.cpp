@@ -43,13 +43,13 @@ void setOptions(OvTraceBitmap& tracer, const TraceSettings& settings) {
 
 } // namespace
 
-Drawing traceImage(const InputImage& input, const TraceSettings& settings) {
+Drawing traceImage(InputImage&& input, const TraceSettings& settings) {
     OvTraceBitmap tracer;
     setOptions(tracer, settings);
     Drawing drawing;
-    drawing.title = input.title;
-    drawing.image = input.image;
-    drawing.size = input.image.size();
+    drawing.title = std::move(input.title);
+    drawing.image = std::move(input.image);
+    drawing.size = drawing.image.size();
     if (settings.mode == Mode::Bw &&
         drawing.image.pixelFormat().colorModel() == QPixelFormat::Indexed)
         thresholdColorTable(drawing.image, tracer);
@@ -61,7 +61,7 @@ Drawing traceImage(const InputImage& input, const TraceSettings& settings) {
     return drawing;
 }
 
-void setSize(Drawing& drawing, const InputImage& input, const SizeRequest& request) {
+void setSize(Drawing& drawing, double dotsPerInch, const SizeRequest& request) {
     if (request.widthMillimetres) {
         drawing.pixelMillimetres = *request.widthMillimetres / drawing.size.width();
     } else if (request.heightMillimetres) {
@@ -69,11 +69,11 @@ void setSize(Drawing& drawing, const InputImage& input, const SizeRequest& reque
     } else if (request.dotsPerInch) {
         drawing.pixelMillimetres = MillimetresPerInch / *request.dotsPerInch;
     } else if (request.dotsFromFile) {
-        if (!(input.dotsPerInch > 0.0))
+        if (!(dotsPerInch > 0.0))
             throw FileError(QString("%1: its file does not say how large it is; give a number to "
                                     "--dpi")
-                                .arg(input.title));
-        drawing.pixelMillimetres = MillimetresPerInch / input.dotsPerInch;
+                                .arg(drawing.title));
+        drawing.pixelMillimetres = MillimetresPerInch / dotsPerInch;
     }
     drawing.unit = request.unit.value_or(drawing.pixelMillimetres ? Unit::Millimetre : Unit::Pixel);
 }

@@ -10,6 +10,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <vector>
 
 namespace ovtrace {
@@ -190,6 +191,7 @@ void blur(PixelImage& image, float radius, float delta) {
     if (image.channels != Channels::All &&
         !(staysOpaque(image.width, r) && staysOpaque(image.height, r)))
         image = withAllChannels(image);
+    image.mostColors = std::numeric_limits<std::size_t>::max();
     const Row shape{image.width, static_cast<int>(image.pixelBytes())};
     const qsizetype rowBytes = image.rowBytes();
     const auto bytesOf = [&](int y) { return reinterpret_cast<Byte*>(image.row(y)); };

@@ -196,6 +196,7 @@ void loadRows(const QImage& image, PixelImage& pixels, int top) {
 PixelImage loadThresholded(const QImage& image, const Threshold& threshold) {
     const int width = image.width();
     PixelImage pixels(width, image.height(), Channels::Grey);
+    pixels.mostColors = 2;
     const auto blackOrWhite = [threshold](QRgb pixel) {
         return threshold.isWhite(pixel) ? StoredWhite : StoredBlack;
     };
@@ -235,6 +236,8 @@ PixelImage loadPixels(const QImage& image, OptionMap& options) {
     if (const auto threshold = thresholdFor(image, options))
         return loadThresholded(image, *threshold);
     PixelImage pixels(image.width(), image.height(), channelsOf(image));
+    if (image.depth() == 1)
+        pixels.mostColors = 2;
     loadRows(image, pixels, 0);
     return pixels;
 }

@@ -79,9 +79,11 @@ Color coarseColor(std::uint32_t key) {
 
 /// The distinct coarse colours of the image in the order in which they are first seen.
 template <Channels channels> std::vector<Color> coarseColors(const PixelImage& image) {
+    constexpr std::size_t CoarseColors = channels == Channels::Grey ? 16 : 65536;
+    const std::size_t most = std::min(image.mostColors, CoarseColors);
     std::bitset<65536> seen;
     std::vector<Color> colors;
-    for (int y = 0; y < image.height; ++y) {
+    for (int y = 0; y < image.height && colors.size() < most; ++y) {
         visitRow<channels>(image, y, [&](std::uint32_t pixel, int, int) {
             const std::uint32_t key = coarseKey(pixel);
             if (seen[key])

@@ -6,6 +6,7 @@
 #include <QtGlobal>
 
 #include <cstring>
+#include <limits>
 
 namespace ovtrace {
 
@@ -45,6 +46,8 @@ public:
     int width;  ///< pixels
     int height; ///< pixels
     Channels channels;
+    /// No more distinct colours than this, as far as is known.
+    std::size_t mostColors = std::numeric_limits<std::size_t>::max();
 
 private:
     /// A pixel of three bytes is read and written as one word, with a byte beyond the last one.
