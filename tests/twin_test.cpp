@@ -21,6 +21,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdlib>
 
 // The engine against the plain reference: random input and real images, no difference allowed.
@@ -96,9 +97,14 @@ protected:
     }
 };
 
+std::string levelName(const testing::TestParamInfo<ovtrace::VectorLevel>& info) {
+    constexpr std::array Names{"Scalar", "Ssse3", "Avx2"};
+    return Names[static_cast<std::size_t>(info.param)];
+}
 INSTANTIATE_TEST_SUITE_P(Twin, EveryLevel,
-                         testing::Values(ovtrace::VectorLevel::Scalar, ovtrace::bestVectorLevel()),
-                         [](const auto& test) { return test.index == 0 ? "Scalar" : "Best"; });
+                         testing::ValuesIn(ovtrace::vectorLevels().begin(),
+                                           ovtrace::vectorLevels().end()),
+                         levelName);
 
 TEST_P(EveryLevel, TracesRandomImagesAlike) {
     RandomInput input(20260);

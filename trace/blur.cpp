@@ -53,7 +53,7 @@ void writeMeans(const Taps& taps, Byte* means, qsizetype size) {
         return;
     }
     // In pieces that stay in the cache, so that each tap is one simple loop.
-    constexpr qsizetype Piece = 256;
+    constexpr qsizetype Piece = 64;
     for (qsizetype start = 0; start < size; start += Piece) {
         const qsizetype count = std::min(Piece, size - start);
         std::array<double, Piece> sums{};

@@ -30,7 +30,8 @@ template <Channels channels> bool groupRepeats(const char* pixels) {
 /// Calls visit(pixel, x, count) for the pixels of row y from left to right, each a channelWord().
 ///
 /// Neighbours that are alike come together where a whole group of them is: drawings have long
-/// runs, and in photographs a test for every pixel would cost more than it saves.
+/// runs. Where a group is not, its pixels come one by one, since a test for each of them would
+/// cost more than it saves.
 template <Channels channels, typename Visit>
 void visitRow(const PixelImage& image, int y, const Visit& visit) {
     constexpr int Group = PixelGroup<channels>;
@@ -39,14 +40,24 @@ void visitRow(const PixelImage& image, int y, const Visit& visit) {
     const char* row = image.row(y);
     if (y + 1 < image.height)
         prefetch(image.row(y + 1), image.rowBytes());
-    for (int x = 0; x < width;) {
-        const std::uint32_t pixel = pixelWord<channels>(row + x * PixelBytes);
+    const auto visitPixels = [&](int x, int end) {
+        for (; x < end; ++x)
+            visit(pixelWord<channels>(row + x * PixelBytes), x, 1);
+    };
+    int x = 0;
+    while (x + Group < width) {
         int end = x + 1;
         while (end + Group <= width && groupRepeats<channels>(row + end * PixelBytes))
             end += Group;
-        visit(pixel, x, end - x);
+        if (end > x + 1) {
+            visit(pixelWord<channels>(row + x * PixelBytes), x, end - x);
+        } else {
+            end = x + Group;
+            visitPixels(x, end);
+        }
         x = end;
     }
+    visitPixels(x, width);
 }
 
 } // namespace ovtrace

@@ -218,10 +218,10 @@ CellGrid<Cell> quantize(const PixelImage& image, Palette& palette,
     if (options.cycles < 1 || palette.empty())
         return grid;
     withChannels(image.channels, [&]<Channels channels>() {
-        if (vectorLevel() == VectorLevel::Ssse3)
-            runCycles<VectorLevel::Ssse3, channels>(image, palette, options, grid);
-        else
+        if (vectorLevel() == VectorLevel::Scalar)
             runCycles<VectorLevel::Scalar, channels>(image, palette, options, grid);
+        else
+            runCycles<VectorLevel::Ssse3, channels>(image, palette, options, grid);
     });
     return grid;
 }

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <cstdlib>
 
-#if OVTRACE_HAS_SSSE3
+#if OVTRACE_X86
 #include <emmintrin.h>
 #endif
 
@@ -47,7 +47,7 @@ template <VectorLevel Level> unsigned nearestInBlock(const ColorBlock& block, st
     return best;
 }
 
-#if OVTRACE_HAS_SSSE3
+#if OVTRACE_X86
 template <>
 inline unsigned nearestInBlock<VectorLevel::Ssse3>(const ColorBlock& block, std::uint64_t pixel) {
     const auto* colors = reinterpret_cast<const __m128i*>(block.colors.data());

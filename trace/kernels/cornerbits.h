@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#if OVTRACE_HAS_SSSE3
+#if OVTRACE_X86
 #include <emmintrin.h>
 #endif
 
@@ -25,7 +25,7 @@ template <typename Cell> std::uint64_t cornerBits(const Cell* cells, const Cell*
     return bits;
 }
 
-#if OVTRACE_HAS_SSSE3
+#if OVTRACE_X86
 /// The vector form for cells of one byte.
 inline std::uint64_t cornerBitsSsse3(const std::uint8_t* cells, const std::uint8_t* above) {
     std::uint64_t bits = 0;

@@ -51,10 +51,15 @@ void means3(const Byte* before, const Byte* center, const Byte* after, Byte* mea
             qsizetype size) {
     const Means3Drops& drops = Means3Drops::instance();
     qsizetype done = 0;
-    if (vectorLevel() == VectorLevel::Ssse3) {
+#if OVTRACE_X86
+    if (vectorLevel() == VectorLevel::Avx2) {
+        done = size / 32 * 32;
+        means3Avx2(before, center, after, means, done, drops);
+    } else if (vectorLevel() == VectorLevel::Ssse3) {
         done = size / 16 * 16;
         means3Ssse3(before, center, after, means, done, drops);
     }
+#endif
     for (qsizetype i = done; i < size; ++i)
         means[i] = mean3(before[i], center[i], after[i], drops);
 }

@@ -32,11 +32,6 @@ public:
         return static_cast<signed char>(drops[index(before, center)]);
     }
 
-    /// The entry for the place before * 256 + center, each as an unsigned byte.
-    std::uint64_t at(std::uint16_t place) const {
-        return drops[place];
-    }
-
     /// The least and the greatest center from which anything is ever taken off.
     int lowestCenter() const {
         return lowest;
@@ -67,9 +62,13 @@ private:
     int highest = -128;
 };
 
-/// The vector form, for a multiple of 16 bytes.
+#if OVTRACE_X86
+/// The vector forms, for multiples of 16 and of 32 bytes.
 void means3Ssse3(const signed char* before, const signed char* center, const signed char* after,
                  signed char* means, qsizetype size, const Means3Drops& drops);
+void means3Avx2(const signed char* before, const signed char* center, const signed char* after,
+                signed char* means, qsizetype size, const Means3Drops& drops);
+#endif
 
 /// The scalar form, for one byte.
 signed char mean3(signed char before, signed char center, signed char after,

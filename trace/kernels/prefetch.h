@@ -4,7 +4,7 @@
 
 #include <QtGlobal>
 
-#if OVTRACE_HAS_SSSE3
+#if OVTRACE_X86
 #include <xmmintrin.h>
 #endif
 
@@ -15,7 +15,7 @@ namespace ovtrace {
 /// A pass over an image asks for the next row while it works on the current one: processors do
 /// not foresee reads beyond the end of a page, of which a row may have several.
 inline void prefetch([[maybe_unused]] const void* memory, [[maybe_unused]] qsizetype size) {
-#if OVTRACE_HAS_SSSE3
+#if OVTRACE_X86
     constexpr qsizetype CacheLine = 64;
     const char* bytes = static_cast<const char*>(memory);
     for (qsizetype i = 0; i < size; i += CacheLine)
