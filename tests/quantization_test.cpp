@@ -65,10 +65,10 @@ TEST(Quantization, ColorsMoveToTheMeanOfTheirPixels) {
 }
 
 TEST(Quantization, ColorOfTransparentPixelsAloneStays) {
-    const PixelImage image = imageOf(2, 1, {{10, 20, 30, -128}, {12, 22, 32, -128}});
+    PixelImage image = imageOf(2, 1, {{10, 20, 30, -128}, {12, 22, 32, -128}});
     const Color start{50, 50, 50, -128};
     Palette palette{start};
-    colorquantization(image, palette, {3, 0.0});
+    colorquantization(std::move(image), palette, {3, 0.0});
     EXPECT_EQ(palette, Palette{start});
 }
 
@@ -109,11 +109,11 @@ TEST(Quantization, AColorTooFarFromAllGetsIndexZero) {
 }
 
 TEST(Quantization, AlphaCountsFourTimes) {
-    const PixelImage image = imageOf(1, 1, {{0, 0, 0, 0}});
-    Palette palette{{0, 0, 0, 10}, {39, 0, 0, 0}};
-    EXPECT_EQ(inner(colorquantization(image, palette, {1, 0.0})), (QList<QList<int>>{{1}}));
-    Palette tied{{0, 0, 0, 10}, {40, 0, 0, 0}};
-    EXPECT_EQ(inner(colorquantization(image, tied, {1, 0.0})), (QList<QList<int>>{{0}}));
+    const auto indicesWith = [](Palette palette) {
+        return inner(colorquantization(imageOf(1, 1, {{0, 0, 0, 0}}), palette, {1, 0.0}));
+    };
+    EXPECT_EQ(indicesWith({{0, 0, 0, 10}, {39, 0, 0, 0}}), (QList<QList<int>>{{1}}));
+    EXPECT_EQ(indicesWith({{0, 0, 0, 10}, {40, 0, 0, 0}}), (QList<QList<int>>{{0}}));
 }
 
 TEST(Quantization, OnePixelHasABorderAllAround) {

@@ -18,11 +18,20 @@ template <typename Cell> class CellGrid {
 public:
     /// Marks the border: no pixel's index.
     static constexpr Cell Border = static_cast<Cell>(-1);
+    /// So many cells can be read beyond the last one: rows are read in blocks.
+    static constexpr std::size_t Padding = 64;
 
     /// Allocates the cells of a width x height image, all 0 but for the border.
     CellGrid(int width, int height)
-        : width(width), height(height), stride(qsizetype(width) + 2),
-          cells(static_cast<std::size_t>(stride * (qsizetype(height) + 2)) + Padding) {
+        : CellGrid(width, height,
+                   PageMemory(((static_cast<std::size_t>(width) + 2) *
+                                   (static_cast<std::size_t>(height) + 2) +
+                               Padding) *
+                              sizeof(Cell))) {
+    }
+    /// Takes over memory of that size, with the cells that it holds.
+    CellGrid(int width, int height, PageMemory&& memory)
+        : width(width), height(height), stride(qsizetype(width) + 2), cells(std::move(memory)) {
         fillBorderRow(0);
         fillBorderRow(height + 1);
         for (int row = 1; row <= height; ++row) {
@@ -49,9 +58,6 @@ private:
         for (qsizetype i = 0; i < stride; ++i)
             cell[i] = Border;
     }
-
-    /// Rows are read in blocks, the last one too.
-    static constexpr std::size_t Padding = 64;
 
     PageArray<Cell> cells;
 };

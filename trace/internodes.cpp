@@ -20,15 +20,16 @@ std::size_t signIndex(int value) {
 void internodes(const Path& path, InternodePath& nodes) {
     const std::size_t n = path.size();
     nodes.resize(n);
-    for (std::size_t i = 0; i < n; ++i) {
-        const std::size_t j = i + 1 < n ? i + 1 : i + 1 - n;
-        const std::size_t k = j + 1 < n ? j + 1 : j + 1 - n;
-        // The next midpoint lies ahead by half of the way from point i to point k.
-        const int dx = path[k].x - path[i].x;
-        const int dy = path[k].y - path[i].y;
-        nodes[i] = {(path[i].x + path[j].x) * 0.5, (path[i].y + path[j].y) * 0.5,
-                    Directions[signIndex(dy)][signIndex(dx)]};
-    }
+    const auto between = [](const PathPoint& a, const PathPoint& b, const PathPoint& c) {
+        // The next midpoint lies ahead by half of the way from a to c.
+        return Internode{(a.x + b.x) * 0.5, (a.y + b.y) * 0.5,
+                         Directions[signIndex(c.y - a.y)][signIndex(c.x - a.x)]};
+    };
+    const std::size_t inner = n < 2 ? 0 : n - 2;
+    for (std::size_t i = 0; i < inner; ++i)
+        nodes[i] = between(path[i], path[i + 1], path[i + 2]);
+    for (std::size_t i = inner; i < n; ++i)
+        nodes[i] = between(path[i], path[(i + 1) % n], path[(i + 2) % n]);
 }
 
 } // namespace ovtrace

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <type_traits>
+#include <utility>
 
 namespace ovtrace {
 
@@ -31,6 +32,12 @@ template <typename Number> class PageArray {
 
 public:
     explicit PageArray(std::size_t size) : memory(size * sizeof(Number)) {
+    }
+    /// Takes over memory of another array, with what it holds.
+    explicit PageArray(PageMemory&& memory) : memory(std::move(memory)) {
+    }
+    PageMemory takeMemory() {
+        return std::move(memory);
     }
     Number* data() const {
         return static_cast<Number*>(memory.data());

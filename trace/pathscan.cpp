@@ -19,8 +19,30 @@ enum Mark : std::uint8_t {
     ConvexLowerRight = 1,  ///< of the lower right cell, unlike its three neighbours
     ConcaveLowerRight = 2, ///< of the colour around the lower right cell
     SaddleUpperLeft = 4,   ///< around the upper left cell, at a node of type 10
-    SaddleUpperRight = 8,  ///< around the upper right cell, at a node of type 5
-    SaddleLowerLeft = 16,  ///< around the lower left cell, at a node of type 5
+    SaddleLowerLeft = 8,   ///< around the lower left cell, at a node of type 5
+    /// Around the upper right cell, at a node of type 5. There the lower right cell is like the
+    /// upper left one, so that the bit cannot mean the other.
+    SaddleUpperRight = ConvexLowerRight,
+};
+
+/// The marks of all nodes, two to a byte.
+class MarkGrid {
+public:
+    explicit MarkGrid(std::size_t nodes) : pairs(nodes / 2 + 1) {
+    }
+    unsigned at(std::size_t node) const {
+        return static_cast<unsigned>(pairs[node / 2]) >> shiftOf(node);
+    }
+    void add(std::size_t node, std::uint8_t mark) {
+        pairs[node / 2] = static_cast<std::uint8_t>(pairs[node / 2] | mark << shiftOf(node));
+    }
+
+private:
+    static unsigned shiftOf(std::size_t node) {
+        return node % 2 * 4;
+    }
+
+    PageArray<std::uint8_t> pairs;
 };
 
 /// Which hand of the walker the colour is on: right along outer boundaries, left along holes.
@@ -133,7 +155,7 @@ public:
             }
             const Cell* cell = grid.rowCells(row) + column;
             const Cell upperRight = cell[-grid.stride];
-            const std::uint8_t passed = marks[markIndex(cell)];
+            const unsigned passed = marks.at(nodeOf(cell));
             if (upperRight == cell[-1] && upperRight != CellGrid<Cell>::Border &&
                 !(passed & ConcaveLowerRight))
                 walk<Hole>(cell, upperRight, [](const Turn&, int) {});
@@ -181,7 +203,7 @@ private:
         }
     }
 
-    std::size_t markIndex(const Cell* cell) const {
+    std::size_t nodeOf(const Cell* cell) const {
         return static_cast<std::size_t>(cell - grid.rowCells(0));
     }
 
@@ -241,16 +263,16 @@ private:
             const std::size_t right = cell[step->aheadRight] == color ? 1 : 0;
             step = step->arrival + (left + right);
             const Turn& turn = step->turn;
-            visit(turn, turn.mark ? passCorner(turn, marks[markIndex(cell)]) : turn.nodeType);
+            visit(turn, turn.mark ? passCorner(turn, nodeOf(cell)) : turn.nodeType);
             cell += step->node;
         } while (cell != start);
     }
 
     /// Marks the corner as passed. Returns the node's type as the walk finds it: at a saddle
     /// whose other corner a walk has passed before, what that walk has left.
-    static int passCorner(const Turn& turn, std::uint8_t& passed) {
-        const int type = (passed & turn.otherMark) ? turn.otherType : turn.nodeType;
-        passed |= turn.mark;
+    int passCorner(const Turn& turn, std::size_t node) {
+        const int type = (marks.at(node) & turn.otherMark) ? turn.otherType : turn.nodeType;
+        marks.add(node, turn.mark);
         return type;
     }
 
@@ -259,7 +281,7 @@ private:
 
     const CellGrid<Cell>& grid;
     const float pathomit;
-    PageArray<std::uint8_t> marks; ///< one byte a node, in the layout of the grid
+    MarkGrid marks; ///< in the layout of the grid
     const VectorLevel level = vectorLevel();
     std::array<std::array<Step, 16>, 2> steps; ///< by side, arrival and the cells ahead
     std::array<Step, 2> starts;                ///< arriving upwards, by side

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "color.h"
+#include "indexgrid.h"
 #include "pagearray.h"
 
 #include <QtGlobal>
@@ -21,12 +22,16 @@ enum class Channels : int {
 /// An image as the colour stages work on it: stored bytes, each a channel value minus 128.
 ///
 /// Most images are opaque and many are grey: they take less memory and less work.
+///
+/// In memory there is room for one more pixel all around: a grey image has the layout of a CellGrid
+/// of bytes and can become one in place.
 class PixelImage {
 public:
     /// Allocates the pixels, mid-grey and transparent at first.
     PixelImage(int width, int height, Channels channels)
         : width(width), height(height), channels(channels),
-          bytes(static_cast<std::size_t>(rowBytes() * height) + Padding) {
+          bytes(static_cast<std::size_t>(stride() * (qsizetype(height) + 2)) +
+                CellGrid<std::uint8_t>::Padding) {
     }
 
     qsizetype pixelBytes() const {
@@ -35,12 +40,21 @@ public:
     qsizetype rowBytes() const {
         return pixelBytes() * width;
     }
+    /// Bytes from one row to the next.
+    qsizetype stride() const {
+        return pixelBytes() * (qsizetype(width) + 2);
+    }
     /// The pixels of row y from left to right; y = 0 is the top row.
     char* row(int y) {
-        return bytes.data() + rowBytes() * y;
+        return bytes.data() + stride() * (qsizetype(y) + 1) + pixelBytes();
     }
     const char* row(int y) const {
-        return bytes.data() + rowBytes() * y;
+        return bytes.data() + stride() * (qsizetype(y) + 1) + pixelBytes();
+    }
+
+    /// Gives the memory away; the pixels are gone then.
+    PageMemory takeMemory() {
+        return bytes.takeMemory();
     }
 
     int width;  ///< pixels
@@ -50,9 +64,6 @@ public:
     std::size_t mostColors = std::numeric_limits<std::size_t>::max();
 
 private:
-    /// A pixel of three bytes is read and written as one word, with a byte beyond the last one.
-    static constexpr std::size_t Padding = 1;
-
     PageArray<char> bytes;
 };
 
@@ -69,7 +80,7 @@ template <Channels channels> std::uint32_t pixelWord(const char* pixel) {
 }
 
 /// Stores the channels of a pixel, a channelWord(). May write all four bytes at `stored` unless
-/// the channels are grey: rows are to be filled from left to right and from the top.
+/// the channels are grey: rows are to be filled from left to right.
 template <Channels channels> void storePixel(char* stored, std::uint32_t word) {
     const std::uint32_t flipped = word ^ 0x80808080U;
     if constexpr (channels == Channels::Grey) {

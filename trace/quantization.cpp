@@ -51,24 +51,35 @@ void unpack(std::vector<PackedShare>& packed, Shares& shares) {
     }
 }
 
-/// Stores the index of every pixel; find(pixel) says which.
+/// The indices of all pixels; find(pixel) says which. The memory of a grey image may become that
+/// of the grid.
 template <Channels channels, typename Cell, typename Find>
-void storeIndices(const PixelImage& image, CellGrid<Cell>& grid, Find find) {
-    for (int y = 0; y < image.height; ++y) {
-        Cell* cells = grid.rowCells(y + 1) + 1;
-        visitRow<channels>(image, y, [&](std::uint32_t pixel, int x, int count) {
-            const auto index = static_cast<Cell>(find(pixel));
-            cells[x] = index;
-            if (count > 1)
-                std::fill_n(cells + x + 1, count - 1, index);
-        });
+CellGrid<Cell> indicesOf(PixelImage& image, const Find& find) {
+    const auto store = [&](const auto& cellsOfRow) {
+        for (int y = 0; y < image.height; ++y) {
+            Cell* cells = cellsOfRow(y);
+            visitRow<channels>(image, y, [&](std::uint32_t pixel, int x, int count) {
+                const auto index = static_cast<Cell>(find(pixel));
+                cells[x] = index;
+                if (count > 1)
+                    std::fill_n(cells + x + 1, count - 1, index);
+            });
+        }
+    };
+    if constexpr (channels == Channels::Grey && sizeof(Cell) == 1) {
+        store([&](int y) { return reinterpret_cast<Cell*>(image.row(y)); });
+        return CellGrid<Cell>(image.width, image.height, image.takeMemory());
+    } else {
+        CellGrid<Cell> grid(image.width, image.height);
+        store([&](int y) { return grid.rowCells(y + 1) + 1; });
+        return grid;
     }
 }
 
 /// The pixels of an image, one by one: what is left when they have too many colours.
 template <VectorLevel Level, Channels channels> class SinglePixels {
 public:
-    explicit SinglePixels(const PixelImage& image) : image(image) {
+    explicit SinglePixels(PixelImage& image) : image(image) {
     }
 
     /// Assigns all pixels and returns what each of the colours got.
@@ -91,19 +102,19 @@ public:
         return shares;
     }
 
-    template <typename Cell> void store(NearestColor& nearest, CellGrid<Cell>& grid) {
-        storeIndices<channels>(image, grid,
-                               [&](std::uint32_t pixel) { return nearest.find<Level>(pixel); });
+    template <typename Cell> CellGrid<Cell> indices(NearestColor& nearest) {
+        return indicesOf<channels, Cell>(
+            image, [&](std::uint32_t pixel) { return nearest.find<Level>(pixel); });
     }
 
 private:
-    const PixelImage& image;
+    PixelImage& image;
 };
 
 /// The pixels of an image, counted by colour.
 template <VectorLevel Level, Channels channels> class CountedPixels {
 public:
-    CountedPixels(const PixelImage& image, ColorHistogram<channels>& histogram)
+    CountedPixels(PixelImage& image, ColorHistogram<channels>& histogram)
         : image(image), histogram(histogram), entries(histogram.entries()) {
     }
 
@@ -118,17 +129,17 @@ public:
         return shares;
     }
 
-    template <typename Cell> void store(NearestColor& nearest, CellGrid<Cell>& grid) {
+    template <typename Cell> CellGrid<Cell> indices(NearestColor& nearest) {
         for (const CountedColor& entry : entries) {
             const int index = nearest.find<Level>(entry.color);
             histogram.setValue(entry.color, static_cast<std::uint32_t>(index));
         }
-        storeIndices<channels>(image, grid,
-                               [&](std::uint32_t pixel) { return histogram.value(pixel); });
+        return indicesOf<channels, Cell>(
+            image, [&](std::uint32_t pixel) { return histogram.value(pixel); });
     }
 
 private:
-    const PixelImage& image;
+    PixelImage& image;
     ColorHistogram<channels>& histogram;
     std::vector<CountedColor> entries;
 };
@@ -184,11 +195,10 @@ bool refinePalette(Palette& palette, const Shares& shares, std::int64_t pixels,
     return changed;
 }
 
-/// All cycles; the last one stores its indices in the grid.
-template <typename Pixels, typename Cell>
-void runCycles(Pixels pixels, Palette& palette, const QuantizationOptions& options,
-               CellGrid<Cell>& grid) {
-    const std::int64_t pixelCount = std::int64_t(grid.width) * grid.height;
+/// All cycles; returns the indices that the last one assigns.
+template <typename Cell, typename Pixels>
+CellGrid<Cell> runCycles(Pixels pixels, std::int64_t pixelCount, Palette& palette,
+                         const QuantizationOptions& options) {
     NearestColor nearest;
     nearest.setPalette(palette);
     for (int cycle = 1; cycle < options.cycles; ++cycle) {
@@ -198,37 +208,33 @@ void runCycles(Pixels pixels, Palette& palette, const QuantizationOptions& optio
             break;
         nearest.setPalette(palette);
     }
-    pixels.store(nearest, grid);
+    return pixels.template indices<Cell>(nearest);
 }
 
-template <VectorLevel Level, Channels channels, typename Cell>
-void runCycles(const PixelImage& image, Palette& palette, const QuantizationOptions& options,
-               CellGrid<Cell>& grid) {
-    ColorHistogram<channels> histogram(countableCells(std::int64_t(image.width) * image.height));
+template <typename Cell, VectorLevel Level, Channels channels>
+CellGrid<Cell> runCycles(PixelImage& image, Palette& palette, const QuantizationOptions& options) {
+    const std::int64_t pixels = std::int64_t(image.width) * image.height;
+    ColorHistogram<channels> histogram(countableCells(pixels));
     if (countColors<channels>(image, histogram))
-        runCycles(CountedPixels<Level, channels>(image, histogram), palette, options, grid);
-    else
-        runCycles(SinglePixels<Level, channels>(image), palette, options, grid);
+        return runCycles<Cell>(CountedPixels<Level, channels>(image, histogram), pixels, palette,
+                               options);
+    return runCycles<Cell>(SinglePixels<Level, channels>(image), pixels, palette, options);
 }
 
 template <typename Cell>
-CellGrid<Cell> quantize(const PixelImage& image, Palette& palette,
-                        const QuantizationOptions& options) {
-    CellGrid<Cell> grid(image.width, image.height);
+CellGrid<Cell> quantize(PixelImage& image, Palette& palette, const QuantizationOptions& options) {
     if (options.cycles < 1 || palette.empty())
-        return grid;
-    withChannels(image.channels, [&]<Channels channels>() {
+        return CellGrid<Cell>(image.width, image.height);
+    return withChannels(image.channels, [&]<Channels channels>() {
         if (vectorLevel() == VectorLevel::Scalar)
-            runCycles<VectorLevel::Scalar, channels>(image, palette, options, grid);
-        else
-            runCycles<VectorLevel::Ssse3, channels>(image, palette, options, grid);
+            return runCycles<Cell, VectorLevel::Scalar, channels>(image, palette, options);
+        return runCycles<Cell, VectorLevel::Ssse3, channels>(image, palette, options);
     });
-    return grid;
 }
 
 } // namespace
 
-QuantizedImage colorquantization(const PixelImage& image, Palette& palette,
+QuantizedImage colorquantization(PixelImage image, Palette& palette,
                                  const QuantizationOptions& options) {
     const int colors = static_cast<int>(palette.size());
     if (palette.size() <= LargestBytePalette)

@@ -18,8 +18,9 @@ struct QuantizationOptions {
 /// cycle. The distance is the sum of the absolute channel differences, alpha counting four times;
 /// ties go to the lower index, and so does a pixel at a distance of 1024 or more from all.
 /// Returns the indices of the last cycle (all 0 without one); `palette` is left as that cycle
-/// used it. An empty palette makes no cycle run.
-QuantizedImage colorquantization(const PixelImage& image, Palette& palette,
+/// used it. An empty palette makes no cycle run. The image is used up: its memory may become that
+/// of the indices.
+QuantizedImage colorquantization(PixelImage image, Palette& palette,
                                  const QuantizationOptions& options);
 
 } // namespace ovtrace

@@ -89,25 +89,23 @@ QImage OvTraceBitmap::getPreprocessed(const QImage& image) {
 }
 
 void OvTraceBitmap::colorquantization(const QImage& image) {
-    // The last trace's pixels go before the new ones come.
-    imageData.reset();
-    indexedImage.reset();
-    PixelImage pixels = loadPixels(image, options);
+    indexedImage.reset(); // the last trace's indices go before new pixels come
+    PixelImage imageData = loadPixels(image, options);
     const int colors = floorToInt(readOption(options, option::NumberOfColors));
     const double minColorRatio = readOption(options, option::MinColorRatio);
     const int cycles = floorToInt(readOption(options, option::ColorQuantCycles));
     if (palette.isEmpty()) {
         // Before the blur: a sampled palette sees the image as it was loaded.
         const bool sampling = readOption(options, option::ColorSampling) != 0.0;
-        palette = toColorLists(sampling ? samplepalette(pixels, colors) : generatepalette(colors));
+        palette =
+            toColorLists(sampling ? samplepalette(imageData, colors) : generatepalette(colors));
     }
     const double blurRadius = readOption(options, option::BlurRadius);
     if (blurRadius > 0.0)
-        blur(pixels, static_cast<float>(blurRadius),
+        blur(imageData, static_cast<float>(blurRadius),
              static_cast<float>(readOption(options, option::BlurDelta)));
     Palette working = toPalette(palette);
     indexedImage = std::make_shared<const QuantizedImage>(
-        ovtrace::colorquantization(pixels, working, {cycles, minColorRatio}));
-    imageData = std::make_shared<const PixelImage>(std::move(pixels));
+        ovtrace::colorquantization(std::move(imageData), working, {cycles, minColorRatio}));
     updateColorLists(working, palette);
 }

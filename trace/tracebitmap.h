@@ -75,8 +75,7 @@ private:
 
     QList<QList<char>> palette;
     QMap<QString, double> options;
-    // What the last trace worked on, shared by copies.
-    std::shared_ptr<const ovtrace::PixelImage> imageData;
+    /// What the last trace found its outlines in, shared by copies.
     std::shared_ptr<const ovtrace::QuantizedImage> indexedImage;
     QList<int> polylineLayers;
 };

@@ -83,7 +83,8 @@ ovtrace::PixelImage imageOf(int width, int height, const QList<QList<char>>& pix
 
 ovtrace::PixelImage toPixels(int width, int height, const QList<char>& bytes) {
     ovtrace::PixelImage image(width, height, ovtrace::Channels::All);
-    std::copy(bytes.begin(), bytes.end(), image.row(0));
+    for (int y = 0; y < height; ++y)
+        std::copy_n(bytes.begin() + y * image.rowBytes(), image.rowBytes(), image.row(y));
     return image;
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <indexgrid.h>
-#include <pixelimage.h>
 #include <tracebitmap.h>
 
 /// The tests' view of a tracer's members.
@@ -9,9 +8,6 @@ class TraceBitmapProbe {
 public:
     static const QMap<QString, double>& options(const OvTraceBitmap& tracer) {
         return tracer.options;
-    }
-    static const ovtrace::PixelImage* imageData(const OvTraceBitmap& tracer) {
-        return tracer.imageData.get();
     }
     static const ovtrace::QuantizedImage* indexedImage(const OvTraceBitmap& tracer) {
         return tracer.indexedImage.get();
