@@ -22,14 +22,9 @@ public:
     static constexpr std::size_t Padding = 64;
 
     /// Allocates the cells of a width x height image, all 0 but for the border.
-    CellGrid(int width, int height)
-        : CellGrid(width, height,
-                   PageMemory(((static_cast<std::size_t>(width) + 2) *
-                                   (static_cast<std::size_t>(height) + 2) +
-                               Padding) *
-                              sizeof(Cell))) {
+    CellGrid(int width, int height) : CellGrid(width, height, PageMemory(bytesOf(width, height))) {
     }
-    /// Takes over memory of that size, with the cells that it holds.
+    /// Takes over memory of at least bytesOf() with the cells that it holds.
     CellGrid(int width, int height, PageMemory&& memory)
         : width(width), height(height), stride(qsizetype(width) + 2), cells(std::move(memory)) {
         fillBorderRow(0);
@@ -38,6 +33,13 @@ public:
             rowCells(row)[0] = Border;
             rowCells(row)[width + 1] = Border;
         }
+    }
+
+    /// What the cells of a width x height image take.
+    static std::size_t bytesOf(int width, int height) {
+        return ((static_cast<std::size_t>(width) + 2) * (static_cast<std::size_t>(height) + 2) +
+                Padding) *
+               sizeof(Cell);
     }
 
     /// The first cell of a row, 0 .. height + 1: the left border cell.

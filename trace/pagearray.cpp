@@ -52,6 +52,23 @@ PageMemory& PageMemory::operator=(PageMemory&& other) noexcept {
     return *this;
 }
 
+void PageMemory::shrink(std::size_t bytes) {
+#ifdef __linux__
+    if (mapping != nullptr) {
+        const auto start =
+            static_cast<std::size_t>(static_cast<char*>(memory) - static_cast<char*>(mapping));
+        const std::size_t kept = start + (bytes + HugePage - 1) / HugePage * HugePage;
+        if (kept < mappingSize) {
+            munmap(static_cast<char*>(mapping) + kept, mappingSize - kept);
+            mappingSize = kept;
+        }
+        return;
+    }
+#endif
+    if (void* shrunk = std::realloc(memory, bytes); shrunk != nullptr)
+        memory = shrunk;
+}
+
 PageMemory::~PageMemory() {
 #ifdef __linux__
     if (mapping != nullptr) {

@@ -19,6 +19,8 @@ public:
     void* data() const {
         return memory;
     }
+    /// Gives back what lies beyond the first `bytes`, as far as that can be done.
+    void shrink(std::size_t bytes);
 
 private:
     void* memory = nullptr;

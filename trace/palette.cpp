@@ -5,7 +5,7 @@
 #include "random.h"
 
 #include <algorithm>
-#include <bitset>
+#include <array>
 #include <cmath>
 
 namespace ovtrace {
@@ -63,8 +63,8 @@ constexpr int CoarseStep = 16;
 /// those of dividing stored bytes by 16, truncated toward stored 0, plus 8: channel values below
 /// 128 (stored negative) round up, the others down.
 std::uint32_t coarseKey(std::uint32_t pixel) {
-    const std::uint32_t below128 = ~pixel & 0x80808080U;
-    const std::uint32_t levels = (pixel + (below128 >> 7U) * 15U) >> 4U & 0x0f0f0f0fU;
+    const std::uint32_t below128 = (~pixel & 0x80808080U) >> 7U;
+    const std::uint32_t levels = (pixel + (below128 << 4U) - below128) >> 4U & 0x0f0f0f0fU;
     const std::uint32_t pairs = (levels | levels >> 4U) & 0x00ff00ffU;
     return (pairs | pairs >> 8U) & 0xffffU;
 }
@@ -77,22 +77,61 @@ Color coarseColor(std::uint32_t key) {
     return {channel(0), channel(1), channel(2), channel(3)};
 }
 
-/// The distinct coarse colours of the image in the order in which they are first seen.
+/// Collects the distinct coarse colours of an image in the order in which they are first seen.
+class CoarseSampler {
+public:
+    /// Looks at `count` pixels, at most PixelBatch.
+    template <Channels channels> void add(const char* pixels, int count) {
+        std::array<std::uint32_t, PixelBatch> keys{};
+        for (int i = 0; i < count; ++i)
+            keys[static_cast<std::size_t>(i)] =
+                pixelWord<channels>(pixels + i * static_cast<qsizetype>(channels));
+        for (std::uint32_t& key : keys)
+            key = coarseKey(key);
+        // One test for all: after the first rows there is hardly ever a new colour.
+        std::uint8_t allSeen = 1;
+        for (const std::uint32_t key : keys)
+            allSeen &= seen[key];
+        if (allSeen != 0)
+            return;
+        for (int i = 0; i < count; ++i)
+            add(keys[static_cast<std::size_t>(i)]);
+    }
+
+    static constexpr int PixelBatch = 16;
+
+    std::vector<Color> colors;
+
+private:
+    void add(std::uint32_t key) {
+        if (seen[key] != 0)
+            return;
+        seen[key] = 1;
+        colors.push_back(coarseColor(key));
+    }
+
+    std::array<std::uint8_t, 65536> seen{}; ///< by key: 1 for one that has occurred
+};
+
+/// The distinct coarse colours of the image.
 template <Channels channels> std::vector<Color> coarseColors(const PixelImage& image) {
+    constexpr int Batch = CoarseSampler::PixelBatch;
+    constexpr auto PixelBytes = static_cast<qsizetype>(channels);
     constexpr std::size_t CoarseColors = channels == Channels::Grey ? 16 : 65536;
     const std::size_t most = std::min(image.mostColors, CoarseColors);
-    std::bitset<65536> seen;
-    std::vector<Color> colors;
-    for (int y = 0; y < image.height && colors.size() < most; ++y) {
-        visitRow<channels>(image, y, [&](std::uint32_t pixel, int, int) {
-            const std::uint32_t key = coarseKey(pixel);
-            if (seen[key])
-                return;
-            seen.set(key);
-            colors.push_back(coarseColor(key));
-        });
+    CoarseSampler sampler;
+    for (int y = 0; y < image.height && sampler.colors.size() < most; ++y) {
+        const char* row = image.row(y);
+        prefetch(row + image.stride(), image.rowBytes());
+        int x = 0;
+        for (; x + Batch <= image.width; x += Batch) {
+            const char* pixels = row + x * PixelBytes;
+            if (x == 0 || !groupRepeats<channels, Batch>(pixels))
+                sampler.add<channels>(pixels, Batch);
+        }
+        sampler.add<channels>(row + x * PixelBytes, image.width - x);
     }
-    return colors;
+    return std::move(sampler.colors);
 }
 
 } // namespace

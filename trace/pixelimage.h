@@ -23,15 +23,14 @@ enum class Channels : int {
 ///
 /// Most images are opaque and many are grey: they take less memory and less work.
 ///
-/// In memory there is room for one more pixel all around: a grey image has the layout of a CellGrid
-/// of bytes and can become one in place.
+/// In memory there is room for one more pixel all around, as in a CellGrid: the cells of a grid can
+/// take the place of the pixels one after another, unless they are larger.
 class PixelImage {
 public:
     /// Allocates the pixels, mid-grey and transparent at first.
     PixelImage(int width, int height, Channels channels)
         : width(width), height(height), channels(channels),
-          bytes(static_cast<std::size_t>(stride() * (qsizetype(height) + 2)) +
-                CellGrid<std::uint8_t>::Padding) {
+          bytes(static_cast<std::size_t>(stride() * (qsizetype(height) + 2)) + Padding) {
     }
 
     qsizetype pixelBytes() const {
@@ -52,6 +51,10 @@ public:
         return bytes.data() + stride() * (qsizetype(y) + 1) + pixelBytes();
     }
 
+    /// All of the memory: the pixel above and to the left of the first one.
+    char* memory() {
+        return bytes.data();
+    }
     /// Gives the memory away; the pixels are gone then.
     PageMemory takeMemory() {
         return bytes.takeMemory();
@@ -64,6 +67,8 @@ public:
     std::size_t mostColors = std::numeric_limits<std::size_t>::max();
 
 private:
+    static constexpr std::size_t Padding = IntGrid::Padding * sizeof(std::int32_t);
+
     PageArray<char> bytes;
 };
 

@@ -5,13 +5,13 @@
 
 namespace ovtrace {
 
-/// How many pixels groupRepeats() looks at.
+/// How many pixels visitRow() compares at a time with those before them.
 template <Channels channels> inline constexpr int PixelGroup = channels == Channels::Grey ? 16 : 4;
 
-/// Whether the PixelGroup pixels from `pixels` on all equal the one before them.
-template <Channels channels> bool groupRepeats(const char* pixels) {
+/// Whether the `count` pixels from `pixels` on all equal the one before them.
+template <Channels channels, int count> bool groupRepeats(const char* pixels) {
     constexpr auto PixelBytes = static_cast<std::size_t>(channels);
-    constexpr std::size_t Size = PixelGroup<channels> * PixelBytes;
+    constexpr std::size_t Size = count * PixelBytes;
     constexpr std::size_t Word = sizeof(std::uint64_t);
     const auto changes = [pixels](std::size_t place) {
         std::uint64_t before = 0;
@@ -20,10 +20,9 @@ template <Channels channels> bool groupRepeats(const char* pixels) {
         std::memcpy(&here, pixels + place, Word);
         return before ^ here;
     };
-    // Two words cover the group; in the middle they may overlap.
-    std::uint64_t changed = changes(0);
-    if constexpr (Size > Word)
-        changed |= changes(Size - Word);
+    std::uint64_t changed = changes(Size - Word); // may overlap the one before it
+    for (std::size_t place = 0; place + Word < Size; place += Word)
+        changed |= changes(place);
     return changed == 0;
 }
 
@@ -47,7 +46,7 @@ void visitRow(const PixelImage& image, int y, const Visit& visit) {
     int x = 0;
     while (x + Group < width) {
         int end = x + 1;
-        while (end + Group <= width && groupRepeats<channels>(row + end * PixelBytes))
+        while (end + Group <= width && groupRepeats<channels, Group>(row + end * PixelBytes))
             end += Group;
         if (end > x + 1) {
             visit(pixelWord<channels>(row + x * PixelBytes), x, end - x);

@@ -51,13 +51,13 @@ void unpack(std::vector<PackedShare>& packed, Shares& shares) {
     }
 }
 
-/// The indices of all pixels; find(pixel) says which. The memory of a grey image may become that
-/// of the grid.
+/// The indices of all pixels; find(pixel) says which. Where there is room they take the place of
+/// the pixels: the cell of a pixel never lies behind it in memory.
 template <Channels channels, typename Cell, typename Find>
 CellGrid<Cell> indicesOf(PixelImage& image, const Find& find) {
-    const auto store = [&](const auto& cellsOfRow) {
+    const auto store = [&](Cell* grid) {
         for (int y = 0; y < image.height; ++y) {
-            Cell* cells = cellsOfRow(y);
+            Cell* cells = grid + (qsizetype(image.width) + 2) * (qsizetype(y) + 1) + 1;
             visitRow<channels>(image, y, [&](std::uint32_t pixel, int x, int count) {
                 const auto index = static_cast<Cell>(find(pixel));
                 cells[x] = index;
@@ -66,12 +66,14 @@ CellGrid<Cell> indicesOf(PixelImage& image, const Find& find) {
             });
         }
     };
-    if constexpr (channels == Channels::Grey && sizeof(Cell) == 1) {
-        store([&](int y) { return reinterpret_cast<Cell*>(image.row(y)); });
-        return CellGrid<Cell>(image.width, image.height, image.takeMemory());
+    if constexpr (sizeof(Cell) <= static_cast<std::size_t>(channels)) {
+        store(reinterpret_cast<Cell*>(image.memory()));
+        PageMemory memory = image.takeMemory();
+        memory.shrink(CellGrid<Cell>::bytesOf(image.width, image.height));
+        return CellGrid<Cell>(image.width, image.height, std::move(memory));
     } else {
         CellGrid<Cell> grid(image.width, image.height);
-        store([&](int y) { return grid.rowCells(y + 1) + 1; });
+        store(grid.rowCells(0));
         return grid;
     }
 }
