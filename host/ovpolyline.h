@@ -37,20 +37,16 @@ public:
         appendPoint(data, vertex, plain);
         if (!plain)
             data.numbers.append(parameters.data(), parameters.size());
-        data.end = vertex;
     }
 
     /// Appends a shape, so that its last point becomes the end of the polyline.
     ///
     /// `flag` is stored with the piece. Always returns true.
     bool appendShape(const OvShape& shape, bool flag = false) {
-        const OvVector shapeEnd = shape.getEndPoint();
         if (shape.getShapeType() == Type::Spline)
             appendSpline(static_cast<const OvSpline&>(shape), flag);
         else
             appendClone(shape, flag);
-        if (shapeEnd.valid)
-            d->end = shapeEnd;
         return true;
     }
 
@@ -111,7 +107,15 @@ public:
         return isVertexAt(0) ? getVertexAt(0) : getShapeAt(0)->getStartPoint();
     }
     OvVector getEndPoint() const override {
-        return d->end;
+        // A shape without an end leaves that of the piece before it.
+        for (qsizetype i = countPieces() - 1; i >= 0; --i) {
+            if (isVertexAt(i))
+                return getVertexAt(i);
+            const OvVector end = endOfShape(i);
+            if (end.valid)
+                return end;
+        }
+        return OvVector::invalid();
     }
 
 private:
@@ -132,17 +136,15 @@ private:
 
     struct Data : QSharedData {
         Data() = default;
-        Data(const Data& other)
-            : QSharedData(other), pieces(other.pieces), numbers(other.numbers), end(other.end) {
+        Data(const Data& other) : QSharedData(other), pieces(other.pieces), numbers(other.numbers) {
             if (other.shapes)
                 shapes = std::make_unique<Shapes>(*other.shapes);
         }
 
         // An outline of usual size takes no memory but that of this block.
-        QVarLengthArray<Piece, 8> pieces;
-        QVarLengthArray<double, 16> numbers;
+        QVarLengthArray<Piece, 6> pieces;
+        QVarLengthArray<double, 12> numbers;
         std::unique_ptr<Shapes> shapes;
-        OvVector end = OvVector::invalid();
     };
 
     /// Where the next items will lie. Throws std::length_error when the polyline is full, beyond
@@ -208,6 +210,12 @@ private:
 
     const Piece& piece(qsizetype index) const {
         return d->pieces[index];
+    }
+    OvVector endOfShape(qsizetype index) const {
+        const Piece& p = piece(index);
+        if (p.storage == Storage::PlanarSpline && p.count > 0)
+            return pointAt(p.first + (p.count - 1U) * 2U, true);
+        return getShapeAt(index)->getEndPoint();
     }
     OvVector pointAt(std::size_t first, bool planar) const {
         const double* number = d->numbers.constData() + first;
