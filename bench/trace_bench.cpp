@@ -23,6 +23,7 @@
 #include <cstdio>
 #include <cstring>
 #include <functional>
+#include <optional>
 
 using namespace ovtrace;
 
@@ -107,15 +108,19 @@ void report(benchmark::State& state, const QImage& image) {
         benchmark::Counter(pixels / 1e6, benchmark::Counter::kIsIterationInvariantRate);
 }
 
-/// Registers the benchmark `name`/<picture>; `work` is what is timed.
+/// Registers the benchmark `name`/<picture>; `work` is what is timed, `times` times or as often as
+/// the command line wants.
 void addBenchmark(const std::string& name, const Picture& picture,
-                  const std::function<void()>& work) {
-    benchmark::RegisterBenchmark((name + '/' + picture.name).c_str(), [&picture, work](
-                                                                          benchmark::State& state) {
-        for (auto iteration : state)
-            work();
-        report(state, picture.image);
-    })->Unit(benchmark::kMillisecond);
+                  const std::function<void()>& work, std::optional<int> times = {}) {
+    auto* added = benchmark::RegisterBenchmark((name + '/' + picture.name).c_str(),
+                                               [&picture, work](benchmark::State& state) {
+                                                   for (auto iteration : state)
+                                                       work();
+                                                   report(state, picture.image);
+                                               });
+    added->Unit(benchmark::kMillisecond);
+    if (times)
+        added->Iterations(*times);
 }
 
 /// The same for work that uses up a copy of an image, whose making is not timed.
@@ -199,21 +204,23 @@ void addTraces(const Picture& picture) {
                  [&picture] { benchmark::DoNotOptimize(traceWithTwin(picture, picture.image)); });
 }
 
-/// The same picture once, and side by side to 4, 16 and 64 megapixels.
-void addSizes(const Picture& picture) {
+/// The middle megapixel of a picture once, and side by side to 4, 16 and 64 megapixels; 64
+/// megapixels of each.
+void addSizes(const Picture& picture, QList<Picture>& sizes) {
     constexpr int Side = 1000;
+    constexpr int Sum = 64;
     const QImage tile = picture.image.copy((picture.image.width() - Side) / 2,
                                            (picture.image.height() - Side) / 2, Side, Side);
-    static QList<Picture> sizes;
-    for (const int megapixels : {1, 4, 16, 64})
-        sizes.append({"tiled-" + std::to_string(megapixels) + "Mpx",
-                      tiled(tile, megapixels * 1000000LL), picture.options});
-    for (const Picture& sized : sizes)
-        addBenchmark("size", sized, [&sized] {
+    for (const int megapixels : {1, 4, 16, Sum}) {
+        const Picture& sized = sizes.emplaceBack(
+            Picture{picture.name, tiled(tile, megapixels * 1000000LL), picture.options});
+        const auto trace = [&sized] {
             OvTraceBitmap tracer = makeTracer(sized);
             OvTraceBitmap::seedRandom(1);
             benchmark::DoNotOptimize(tracer.trace(sized.image).size());
-        });
+        };
+        addBenchmark(std::to_string(megapixels) + "-Mpx", sized, trace, Sum / megapixels);
+    }
 }
 
 } // namespace
@@ -227,6 +234,9 @@ int main(int argc, char* argv[]) {
         addStages(std::make_shared<Stages>(picture));
         addTraces(picture);
     }
-    addSizes(all[1]);
+    QList<Picture> sizes;
+    sizes.reserve(8); // the benchmarks keep references
+    addSizes(all[0], sizes);
+    addSizes(all[1], sizes);
     benchmark::RunSpecifiedBenchmarks();
 }

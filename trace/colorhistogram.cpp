@@ -41,11 +41,15 @@ template <Channels channels> void ColorHistogram<channels>::growHashed() {
 template <Channels channels> std::vector<CountedColor> ColorHistogram<channels>::entries() const {
     std::vector<CountedColor> used;
     for (std::size_t block = 1; block < cells.size(); ++block) {
+        // Every counter is written down, but the next one takes the place of one that is 0.
+        std::array<CountedColor, BlockSize> found; // NOLINT(*-member-init): as far as it is read
+        std::size_t size = 0;
         for (std::uint32_t place = 0; place < BlockSize; ++place) {
             const std::uint32_t count = counters[block * BlockSize + place];
-            if (count != 0)
-                used.push_back({cells[block] | colorInCell(place), count});
+            found[size] = {cells[block] | colorInCell(place), count};
+            size += count != 0 ? 1 : 0;
         }
+        used.insert(used.end(), found.begin(), found.begin() + static_cast<std::ptrdiff_t>(size));
     }
     return used;
 }
