@@ -62,8 +62,8 @@ void act(const Arguments& arguments) {
 
 int trace(const Arguments& arguments) {
     const QStringList images = expandInputs(arguments.inputs);
-    const auto writer = findFormat(arguments.format)->makeWriter(arguments.writer);
-    if (images.size() > 1 && !arguments.output.isEmpty() && !writer->takesSeveral())
+    if (images.size() > 1 && !arguments.output.isEmpty() &&
+        !findFormat(arguments.format)->takesSeveral)
         throw UsageError(QString("a %1 file takes one image alone; leave --output away to get one "
                                  "each")
                              .arg(arguments.format.toUpper()));

@@ -40,9 +40,9 @@ template <Channels channels> void ColorHistogram<channels>::growHashed() {
 
 template <Channels channels> std::vector<CountedColor> ColorHistogram<channels>::entries() const {
     std::vector<CountedColor> used;
+    std::array<CountedColor, BlockSize> found{};
     for (std::size_t block = 1; block < cells.size(); ++block) {
         // Every counter is written down, but the next one takes the place of one that is 0.
-        std::array<CountedColor, BlockSize> found; // NOLINT(*-member-init): as far as it is read
         std::size_t size = 0;
         for (std::uint32_t place = 0; place < BlockSize; ++place) {
             const std::uint32_t count = counters[block * BlockSize + place];

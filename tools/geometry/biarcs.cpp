@@ -1,5 +1,7 @@
 #include "biarcs.h"
 
+#include "vectors.h"
+
 #include <array>
 #include <cmath>
 
@@ -11,17 +13,6 @@ constexpr double LineShare = 0.2;
 
 constexpr int Samples = 16;        ///< of a curve, to compare it with its arcs
 constexpr int DeepestHalving = 20; ///< parts of a millionth of a curve: far below any tolerance
-
-// Square roots and the four operations alone, which every platform rounds alike: so are the files.
-double length(QPointF vector) {
-    return std::sqrt(vector.x() * vector.x() + vector.y() * vector.y());
-}
-double cross(QPointF a, QPointF b) {
-    return a.x() * b.y() - a.y() * b.x();
-}
-double dot(QPointF a, QPointF b) {
-    return a.x() * b.x() + a.y() * b.y();
-}
 
 /// The bulge of the arc over `chord` that starts along `tangent`.
 double bulgeAlong(QPointF chord, QPointF tangent) {

@@ -1,5 +1,7 @@
 #include "outline.h"
 
+#include "vectors.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -7,11 +9,6 @@ namespace {
 
 QPointF toPoint(const OvVector& vector) {
     return {vector.x, vector.y};
-}
-
-/// Twice the area between the origin and a straight piece.
-double cross(QPointF a, QPointF b) {
-    return a.x() * b.y() - a.y() * b.x();
 }
 
 /// The parameter at which a coordinate of the curve turns; outside 0..1 when it does not.
@@ -65,7 +62,7 @@ std::vector<QPointF> flattened(const Outline& outline, double tolerance) {
         if (piece.isCurve) {
             // The chord of a part of length 1 / n is a quarter of the second difference / n² away.
             const QPointF bend = start - 2.0 * piece.control + piece.end;
-            const double distance = std::sqrt(bend.x() * bend.x() + bend.y() * bend.y()) / 4.0;
+            const double distance = length(bend) / 4.0;
             count = std::max(1, static_cast<int>(std::ceil(std::sqrt(distance / tolerance))));
         }
         for (int i = 1; i < count; ++i)

@@ -1,6 +1,7 @@
 #include "dxfwriter.h"
 
 #include "../geometry/biarcs.h"
+#include "../geometry/vectors.h"
 #include "dxfdocument.h"
 
 #include <algorithm>
@@ -41,10 +42,7 @@ QRectF boundingBox(const std::vector<BulgeVertex>& vertices) {
              {QPointF(1, 0), QPointF(0, 1), QPointF(-1, 0), QPointF(0, -1)}) {
             // An arc below a half turn lies on the far side of its chord as its centre sees it.
             const QPointF point = circle.centre + direction * circle.radius;
-            const QPointF chord = end - start;
-            const QPointF offset = point - start;
-            const double side = chord.x() * offset.y() - chord.y() * offset.x();
-            if (side * bulge < 0.0)
+            if (cross(end - start, point - start) * bulge < 0.0)
                 extend(box, point);
         }
     }

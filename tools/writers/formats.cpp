@@ -21,7 +21,7 @@ const QList<FileFormat>& fileFormats() {
         {"dxf", "Drawing Exchange Format: R2010, R2000 or R12", make<DxfWriter>},
         {"pdf", "Portable Document Format, in true size", make<PdfWriter>},
         {"png", "a picture of the result", make<PngWriter>},
-        {"json", "the outlines as numbers, exact; one line a drawing", make<JsonWriter>},
+        {"json", "the outlines as numbers, exact; one line a drawing", make<JsonWriter>, true},
         {"geojson", "one feature an outline, curves as straight pieces", make<GeoJsonWriter>},
     };
     return formats;

@@ -12,6 +12,7 @@ struct FileFormat {
     const char* name;
     const char* description;
     std::unique_ptr<Writer> (*makeWriter)(const WriterOptions& options);
+    bool takesSeveral = false; ///< whether drawings may follow one another in one file
 };
 
 /// All formats, the default one first.

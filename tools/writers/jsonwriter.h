@@ -10,7 +10,4 @@ public:
     explicit JsonWriter(const WriterOptions&) {
     }
     void write(const Drawing& drawing, QIODevice& device) const override;
-    bool takesSeveral() const override {
-        return true;
-    }
 };

@@ -11,8 +11,4 @@ public:
 
     /// Writes a whole file; throws std::runtime_error when the format cannot hold the drawing.
     virtual void write(const Drawing& drawing, QIODevice& device) const = 0;
-    /// Whether several drawings may follow one another in one file.
-    virtual bool takesSeveral() const {
-        return false;
-    }
 };
