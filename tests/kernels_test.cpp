@@ -4,9 +4,11 @@
 #include <kernels/cornerbits.h>
 #include <kernels/means3.h>
 #include <nearestcolor.h>
+#include <pixelruns.h>
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <numeric>
@@ -121,6 +123,33 @@ TEST(CornerBits, EveryFormFindsTheSameCells) {
         ASSERT_EQ(cornerBitsSsse3(&cells[static_cast<std::size_t>(start) + 1],
                                   &above[static_cast<std::size_t>(start)]),
                   expected);
+    }
+}
+
+TEST(PixelRuns, BringEveryPixelOnceAndInOrder) {
+    RandomInput input(20268);
+    for (const Channels channels : {Channels::Grey, Channels::Opaque, Channels::All}) {
+        for (int width = 1; width <= 100; ++width) {
+            PixelImage image(width, 1, channels);
+            const auto size = static_cast<std::size_t>(channels);
+            std::vector<char> pixel(size);
+            for (int x = 0; x < width; ++x) {
+                if (x == 0 || input.oneIn(input.oneIn(2) ? 30 : 3))
+                    pixel[size - 1] = static_cast<char>(input.number(-128, 127));
+                std::copy(pixel.begin(), pixel.end(),
+                          image.row(0) + x * static_cast<qsizetype>(size));
+            }
+            withChannels(channels, [&]<Channels known>() {
+                int next = 0;
+                visitRow<known>(image, 0, [&](std::uint32_t word, int x, int count) {
+                    ASSERT_EQ(x, next);
+                    ASSERT_GE(count, 1);
+                    for (; next < x + count; ++next)
+                        ASSERT_EQ(word, pixelWord<known>(image.row(0) + next * image.pixelBytes()));
+                });
+                ASSERT_EQ(next, width);
+            });
+        }
     }
 }
 

@@ -115,6 +115,20 @@ TEST(SampledPalette, SpreadsThePicksOverFewerColors) {
     EXPECT_EQ(samplepalette(image, 1), Palette{dark});
 }
 
+TEST(SampledPalette, KnownNumberOfColorsChangesNothing) {
+    PixelImage image = imageOf(3, 2,
+                               {{96, 96, 96, 127},
+                                {96, 96, 96, 127},
+                                {-96, 0, 0, 127},
+                                {96, 96, 96, 127},
+                                {-96, 0, 0, 127},
+                                {96, 96, 96, 127}});
+    const Palette sampled = samplepalette(image, 2);
+    EXPECT_EQ(sampled, (Palette{{-96, 0, 0, 112}, {96, 96, 96, 112}}));
+    image.mostColors = 2;
+    EXPECT_EQ(samplepalette(image, 2), sampled);
+}
+
 TEST(SampledPalette, NothingToSampleIsEmpty) {
     EXPECT_TRUE(samplepalette(PixelImage(0, 0, Channels::All), 4).empty());
     const PixelImage image = imageOf(1, 1, {{0, 0, 0, 0}});

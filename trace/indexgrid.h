@@ -4,6 +4,7 @@
 
 #include <QtGlobal>
 
+#include <algorithm>
 #include <cstdint>
 #include <variant>
 
@@ -22,17 +23,15 @@ public:
     static constexpr std::size_t Padding = 64;
 
     /// Allocates the cells of a width x height image, all 0 but for the border.
-    CellGrid(int width, int height) : CellGrid(width, height, PageMemory(bytesOf(width, height))) {
+    CellGrid(int width, int height)
+        : width(width), height(height), stride(qsizetype(width) + 2),
+          cells(PageMemory(bytesOf(width, height))) {
+        fillBorder();
     }
     /// Takes over memory of at least bytesOf() with the cells that it holds.
     CellGrid(int width, int height, PageMemory&& memory)
         : width(width), height(height), stride(qsizetype(width) + 2), cells(std::move(memory)) {
-        fillBorderRow(0);
-        fillBorderRow(height + 1);
-        for (int row = 1; row <= height; ++row) {
-            rowCells(row)[0] = Border;
-            rowCells(row)[width + 1] = Border;
-        }
+        fillBorder();
     }
 
     /// What the cells of a width x height image take.
@@ -55,10 +54,13 @@ public:
     const qsizetype stride; ///< cells from one row to the next
 
 private:
-    void fillBorderRow(int row) {
-        Cell* cell = rowCells(row);
-        for (qsizetype i = 0; i < stride; ++i)
-            cell[i] = Border;
+    void fillBorder() {
+        std::fill_n(rowCells(0), stride, Border);
+        std::fill_n(rowCells(height + 1), stride, Border);
+        for (int row = 1; row <= height; ++row) {
+            rowCells(row)[0] = Border;
+            rowCells(row)[width + 1] = Border;
+        }
     }
 
     PageArray<Cell> cells;

@@ -52,7 +52,7 @@ void unpack(std::vector<PackedShare>& packed, Shares& shares) {
 }
 
 /// The indices of all pixels; find(pixel) says which. Where there is room they take the place of
-/// the pixels: the cell of a pixel never lies behind it in memory.
+/// the pixels, from first to last: a cell never lies farther on than its pixel.
 template <Channels channels, typename Cell, typename Find>
 CellGrid<Cell> indicesOf(PixelImage& image, const Find& find) {
     const auto store = [&](Cell* grid) {
