@@ -100,15 +100,19 @@ TEST(Means3, EveryFormWritesTheSameAndNothingElse) {
     }
 }
 
-TEST(CornerBits, EveryFormFindsTheSameCells) {
+template <typename Cell> class CornerBits : public testing::Test {};
+using VectorCells = testing::Types<std::uint8_t, std::uint16_t>;
+TYPED_TEST_SUITE(CornerBits, VectorCells);
+
+TYPED_TEST(CornerBits, EveryFormFindsTheSameCells) {
     RandomInput input(20267);
     for (int round = 0; round < 5000; ++round) {
         const int colors = input.number(1, 4);
-        std::vector<std::uint8_t> cells(CornerCells + 16 + 1);
-        std::vector<std::uint8_t> above(CornerCells + 16);
+        std::vector<TypeParam> cells(CornerCells + 16 + 1);
+        std::vector<TypeParam> above(CornerCells + 16);
         for (auto* row : {&cells, &above}) {
-            for (std::uint8_t& cell : *row)
-                cell = static_cast<std::uint8_t>(255 - input.number(0, colors));
+            for (TypeParam& cell : *row)
+                cell = static_cast<TypeParam>(-1 - input.number(0, colors));
         }
         const int start = input.number(0, 15);
         std::uint64_t expected = 0;
@@ -117,12 +121,10 @@ TEST(CornerBits, EveryFormFindsTheSameCells) {
             if (cells[x + 1] != cells[x] && cells[x + 1] != above[x])
                 expected |= std::uint64_t(1) << i;
         }
-        ASSERT_EQ(cornerBits(&cells[static_cast<std::size_t>(start) + 1],
-                             &above[static_cast<std::size_t>(start)]),
-                  expected);
-        ASSERT_EQ(cornerBitsSsse3(&cells[static_cast<std::size_t>(start) + 1],
-                                  &above[static_cast<std::size_t>(start)]),
-                  expected);
+        const TypeParam* first = &cells[static_cast<std::size_t>(start) + 1];
+        const TypeParam* firstAbove = &above[static_cast<std::size_t>(start)];
+        ASSERT_EQ(cornerBits(first, firstAbove), expected);
+        ASSERT_EQ(cornerBitsSsse3(first, firstAbove), expected);
     }
 }
 

@@ -44,6 +44,20 @@ const Points OnePixel{{0, 0, 4}, {1, 0, 8}, {1, 1, 1}, {0, 1, 2}};
 
 } // namespace
 
+TEST(PathScan, CellsOfEveryWidthGiveTheSameOutlines) {
+    const QList<QList<int>> rows{
+        {0, 1, 1, 0, 2}, {1, 0, 1, 2, 2}, {1, 1, 1, 0, 2}, {2, 0, 0, 0, 1}};
+    const QuantizedImage bytes = quantizedImage(rows, 3);
+    const QuantizedImage shorts = quantizedImage(rows, 256);
+    const QuantizedImage ints = quantizedImage(rows, 65536);
+    ASSERT_TRUE(std::holds_alternative<ByteGrid>(bytes.indices));
+    ASSERT_TRUE(std::holds_alternative<ShortGrid>(shorts.indices));
+    ASSERT_TRUE(std::holds_alternative<IntGrid>(ints.indices));
+    EXPECT_EQ(scan(bytes, 0).size(), 7);
+    EXPECT_EQ(scan(shorts, 0), scan(bytes, 0));
+    EXPECT_EQ(scan(ints, 0), scan(bytes, 0));
+}
+
 TEST(PathTables, DirectionsMatchTheSteps) {
     for (const auto& row : PathSteps) {
         for (const PathStep& step : row) {

@@ -98,6 +98,19 @@ TEST(Quantization, RareColorsAreDrawnAnewExceptBeforeTheLastCycle) {
     EXPECT_FALSE(drawsWith(5, 0.0));
 }
 
+TEST(Quantization, LargestPalettesOfEveryCellWidth) {
+    for (const std::size_t size : {255U, 256U, 65535U, 65536U}) {
+        for (const QList<char>& other : {QList<char>{5, 5, 5, 127}, {5, 6, 7, 127}, {5, 6, 7, 8}}) {
+            Palette palette(size - 1, Black);
+            palette.push_back({other[0], other[1], other[2], other[3]});
+            const auto image =
+                colorquantization(imageOf(3, 1, {other, BlackPixel, other}), palette, {1, 0.0});
+            const int last = static_cast<int>(size) - 1;
+            EXPECT_EQ(inner(image), (QList<QList<int>>{{last, 0, last}})) << size;
+        }
+    }
+}
+
 TEST(Quantization, AColorTooFarFromAllGetsIndexZero) {
     Palette palette{{-128, -128, -128, -128}, {-128, -128, -128, 0}};
     const auto image = colorquantization(imageOf(1, 1, {WhitePixel}), palette, {1, 0.0});

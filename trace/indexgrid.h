@@ -12,8 +12,8 @@ namespace ovtrace {
 
 /// The palette index of every pixel, one cell each, inside a border of one cell all around.
 ///
-/// Cells are bytes while the palette is small enough, so that the stages after quantization read
-/// one byte a pixel; larger palettes take ints. Cell (0, 0) is the upper-left border cell, the
+/// Cells are as small as the palette allows, mostly bytes: the stages after quantization have so
+/// much less to read. Cell (0, 0) is the upper-left border cell, the
 /// pixel at column x of row y is cell (y + 1, x + 1). The border holds a value that is no index.
 template <typename Cell> class CellGrid {
 public:
@@ -67,13 +67,15 @@ private:
 };
 
 using ByteGrid = CellGrid<std::uint8_t>;
+using ShortGrid = CellGrid<std::uint16_t>;
 using IntGrid = CellGrid<std::int32_t>;
 
-/// The largest palette whose indices fit a ByteGrid beside its border value.
-inline constexpr std::size_t LargestBytePalette = 255;
+/// The largest palettes whose indices fit such grids beside the border value.
+inline constexpr std::size_t LargestBytePalette = ByteGrid::Border;
+inline constexpr std::size_t LargestShortPalette = ShortGrid::Border;
 
-/// A grid of either cell width.
-using IndexGrid = std::variant<ByteGrid, IntGrid>;
+/// A grid of any cell width.
+using IndexGrid = std::variant<ByteGrid, ShortGrid, IntGrid>;
 
 /// An image whose pixels are indices into a palette.
 struct QuantizedImage {

@@ -231,7 +231,7 @@ private:
         const Cell* cells = grid.rowCells(row) + block;
         const Cell* above = cells - grid.stride;
         std::uint64_t bits = 0;
-        if constexpr (sizeof(Cell) == 1)
+        if constexpr (sizeof(Cell) <= sizeof(std::uint16_t))
             bits = level == VectorLevel::Scalar ? cornerBits(cells, above)
                                                 : cornerBitsSsse3(cells, above);
         else

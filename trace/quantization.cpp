@@ -241,6 +241,8 @@ QuantizedImage colorquantization(PixelImage image, Palette& palette,
     const int colors = static_cast<int>(palette.size());
     if (palette.size() <= LargestBytePalette)
         return {quantize<std::uint8_t>(image, palette, options), colors};
+    if (palette.size() <= LargestShortPalette)
+        return {quantize<std::uint16_t>(image, palette, options), colors};
     return {quantize<std::int32_t>(image, palette, options), colors};
 }
 

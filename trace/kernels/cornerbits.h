@@ -26,7 +26,7 @@ template <typename Cell> std::uint64_t cornerBits(const Cell* cells, const Cell*
 }
 
 #if OVTRACE_X86
-/// The vector form for cells of one byte.
+/// The vector forms for cells of one byte and of two.
 inline std::uint64_t cornerBitsSsse3(const std::uint8_t* cells, const std::uint8_t* above) {
     std::uint64_t bits = 0;
     for (int i = 0; i < CornerCells; i += 16) {
@@ -41,8 +41,25 @@ inline std::uint64_t cornerBitsSsse3(const std::uint8_t* cells, const std::uint8
     }
     return bits;
 }
+inline std::uint64_t cornerBitsSsse3(const std::uint16_t* cells, const std::uint16_t* above) {
+    const auto repeats = [=](int i) {
+        const auto load = [i](const std::uint16_t* from) {
+            return _mm_loadu_si128(reinterpret_cast<const __m128i*>(from + i));
+        };
+        const __m128i here = load(cells);
+        return _mm_or_si128(_mm_cmpeq_epi16(here, load(cells - 1)),
+                            _mm_cmpeq_epi16(here, load(above)));
+    };
+    std::uint64_t bits = 0;
+    for (int i = 0; i < CornerCells; i += 16) {
+        const __m128i packed = _mm_packs_epi16(repeats(i), repeats(i + 8));
+        const auto differing = static_cast<std::uint16_t>(~_mm_movemask_epi8(packed));
+        bits |= std::uint64_t(differing) << i;
+    }
+    return bits;
+}
 #else
-inline std::uint64_t cornerBitsSsse3(const std::uint8_t* cells, const std::uint8_t* above) {
+template <typename Cell> std::uint64_t cornerBitsSsse3(const Cell* cells, const Cell* above) {
     return cornerBits(cells, above);
 }
 #endif
