@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 using namespace ovtrace;
 
 namespace {
@@ -96,6 +98,19 @@ TEST(Quantization, RareColorsAreDrawnAnewExceptBeforeTheLastCycle) {
     EXPECT_TRUE(drawsWith(3, 0.3)) << "one opportunity";
     EXPECT_FALSE(drawsWith(3, 0.25)) << "a share of exactly a quarter is not below it";
     EXPECT_FALSE(drawsWith(5, 0.0));
+}
+
+TEST(Quantization, MoreThanSixteenMillionPixelsOfAColor) {
+    constexpr int Side = 4400;
+    for (const int dark : {1, 1200, 4399}) { // rows
+        PixelImage image(Side, Side, Channels::Grey);
+        for (int y = 0; y < Side; ++y)
+            std::fill_n(image.row(y), Side, static_cast<char>(y < dark ? -128 : 127));
+        Palette palette{Black};
+        colorquantization(std::move(image), palette, {2, 0.0});
+        const auto mean = static_cast<signed char>((Side - dark) * 255 / Side - 128);
+        EXPECT_EQ(palette, (Palette{{mean, mean, mean, 127}})) << dark;
+    }
 }
 
 TEST(Quantization, LargestPalettesOfEveryCellWidth) {

@@ -15,7 +15,7 @@ ColorHistogram<channels>::ColorHistogram(std::size_t largestCells)
 }
 
 template <Channels channels> std::uint32_t ColorHistogram<channels>::addBlock(std::uint32_t color) {
-    const std::uint32_t cell = color & ~PlaceMask;
+    const std::uint32_t cell = cellOf(color);
     const auto block = static_cast<std::uint32_t>(cells.size()) * BlockSize;
     cells.push_back(cell);
     if (color >> 24U == 255U) {

@@ -41,8 +41,12 @@ public:
         return true;
     }
 
-    /// The distinct colours with their counts, in no particular order.
+    /// The distinct colours with their counts; those of a cell follow each other.
     std::vector<CountedColor> entries() const;
+    /// Which cell a colour belongs to.
+    static std::uint32_t cellOf(std::uint32_t color) {
+        return color & ~PlaceMask;
+    }
 
     /// Replaces the count of a colour that has been counted by a number of the caller's.
     void setValue(std::uint32_t color, std::uint32_t value) {
@@ -77,7 +81,7 @@ private:
     /// The block's first counter, or NoBlock.
     std::uint32_t blockOf(std::uint32_t color) const {
         if (channels == Channels::All && color >> 24U != 255U)
-            return hashed[hashedPlaceOf(color & ~PlaceMask)].block;
+            return hashed[hashedPlaceOf(cellOf(color))].block;
         return opaque[opaqueCell(color)];
     }
     std::uint32_t addBlock(std::uint32_t color);
@@ -117,6 +121,9 @@ public:
         return true;
     }
     std::vector<CountedColor> entries() const;
+    static std::uint32_t cellOf(std::uint32_t color) {
+        return color;
+    }
     void setValue(std::uint32_t color, std::uint32_t value) {
         numbers[greyOf(color)] = value;
     }

@@ -22,9 +22,17 @@ public:
 
     /// The index of the colour nearest to the pixel, a channelWord().
     template <VectorLevel Level> int find(std::uint32_t pixel) {
-        std::int32_t entry = entries[boxOf<FineBits>(pixel)];
-        if (entry == Unknown)
-            entry = fillBox(pixel);
+        return findNear<Level>(nearBy(pixel), pixel);
+    }
+
+    /// What findNear() needs to know for all pixels near this one: those of a box of 8 x 8 x 8
+    /// colours and 64 values of alpha.
+    std::int32_t nearBy(std::uint32_t pixel) {
+        const std::int32_t entry = entries[boxOf<FineBits>(pixel)];
+        return entry == Unknown ? fillBox(pixel) : entry;
+    }
+    /// find() when nearBy() is known.
+    template <VectorLevel Level> int findNear(std::int32_t entry, std::uint32_t pixel) const {
         if (entry >= 0)
             return entry;
         const std::uint64_t spread = spreadColor(pixel);

@@ -17,6 +17,12 @@ constexpr std::size_t ChannelCount = 4;
 struct Share {
     std::array<std::int64_t, ChannelCount> sums{}; ///< of channel values 0..255
     std::int64_t pixels = 0;
+
+    void add(const CountedColor& entry) {
+        for (std::size_t c = 0; c < ChannelCount; ++c)
+            sums[c] += std::int64_t(entry.color >> 8 * c & 255U) * entry.count;
+        pixels += entry.count;
+    }
 };
 
 using Shares = std::vector<Share>;
@@ -122,25 +128,44 @@ public:
 
     Shares assign(std::size_t colors, NearestColor& nearest) const {
         Shares shares(colors);
-        for (const CountedColor& entry : entries) {
-            Share& share = shares[static_cast<std::size_t>(nearest.find<Level>(entry.color))];
-            for (std::size_t c = 0; c < ChannelCount; ++c)
-                share.sums[c] += std::int64_t(entry.color >> 8 * c & 255U) * entry.count;
-            share.pixels += entry.count;
-        }
+        std::vector<PackedShare> packed(colors);
+        std::int64_t room = PackedPixels;
+        visitAssigned(nearest, [&](const CountedColor& entry, int index) {
+            if (entry.count > room) {
+                unpack(packed, shares);
+                room = PackedPixels;
+            }
+            if (entry.count > room) {
+                shares[static_cast<std::size_t>(index)].add(entry);
+            } else {
+                room -= entry.count;
+                packed[static_cast<std::size_t>(index)].add(entry.color, entry.count);
+            }
+        });
+        unpack(packed, shares);
         return shares;
     }
 
     template <typename Cell> CellGrid<Cell> indices(NearestColor& nearest) {
-        for (const CountedColor& entry : entries) {
-            const int index = nearest.find<Level>(entry.color);
+        visitAssigned(nearest, [&](const CountedColor& entry, int index) {
             histogram.setValue(entry.color, static_cast<std::uint32_t>(index));
-        }
+        });
         return indicesOf<channels, Cell>(
             image, [&](std::uint32_t pixel) { return histogram.value(pixel); });
     }
 
 private:
+    /// Calls visit(entry, index of its nearest colour) for all entries.
+    template <typename Visit> void visitAssigned(NearestColor& nearest, const Visit& visit) const {
+        using Histogram = ColorHistogram<channels>;
+        for (auto entry = entries.begin(); entry != entries.end();) {
+            const std::uint32_t cell = Histogram::cellOf(entry->color);
+            const std::int32_t nearBy = nearest.nearBy(cell);
+            for (; entry != entries.end() && Histogram::cellOf(entry->color) == cell; ++entry)
+                visit(*entry, nearest.findNear<Level>(nearBy, entry->color));
+        }
+    }
+
     PixelImage& image;
     ColorHistogram<channels>& histogram;
     std::vector<CountedColor> entries;
