@@ -1,6 +1,7 @@
 #include "support/randominput.h"
 
 #include <blurkernels.h>
+#include <kernels/colorcell.h>
 #include <kernels/cornerbits.h>
 #include <kernels/means3.h>
 #include <nearestcolor.h>
@@ -9,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdlib>
 #include <numeric>
@@ -125,6 +127,100 @@ TYPED_TEST(CornerBits, EveryFormFindsTheSameCells) {
         const TypeParam* firstAbove = &above[static_cast<std::size_t>(start)];
         ASSERT_EQ(cornerBits(first, firstAbove), expected);
         ASSERT_EQ(cornerBitsSsse3(first, firstAbove), expected);
+    }
+}
+
+namespace {
+
+/// Calls check.operator()<level>() for the forms that there are of the kernels of a colour cell.
+template <typename Check> void forCellLevels(const Check& check) {
+    check.template operator()<VectorLevel::Scalar>();
+    check.template operator()<VectorLevel::Ssse3>();
+}
+
+} // namespace
+
+TEST(ColorCell, CutsColorsIntoCellsAndPlaces) {
+    RandomInput input(20269);
+    for (int round = 0; round < 5000; ++round) {
+        const auto color = static_cast<std::uint32_t>(input.number(0, 0x7fffffff)) * 2654435761U;
+        const std::uint32_t cell = colorcell::cellOf(color);
+        EXPECT_EQ(cell, color & 0xfffcfcfcU);
+        ASSERT_EQ(colorcell::colorAt(cell, colorcell::placeOf(color)), color);
+    }
+    EXPECT_EQ(colorcell::placeOf(0xff030201U), 1U + 4U * 2U + 16U * 3U);
+}
+
+TEST(ColorCell, EveryFormFindsTheUsedPlaces) {
+    RandomInput input(20270);
+    for (int round = 0; round < 5000; ++round) {
+        std::array<std::uint32_t, colorcell::Places> numbers{};
+        std::uint64_t expected = 0;
+        const int rarity = input.number(1, 10);
+        for (std::size_t place = 0; place < numbers.size(); ++place) {
+            if (!input.oneIn(rarity))
+                continue;
+            // Any bit makes a number other than 0.
+            numbers[place] = 1U << input.number(0, 31);
+            expected |= std::uint64_t(1) << place;
+        }
+        forCellLevels([&]<VectorLevel Level>() {
+            ASSERT_EQ(colorcell::usedPlaces<Level>(numbers.data()), expected);
+        });
+    }
+}
+
+TEST(ColorCell, EveryFormFindsTheNearestColors) {
+    RandomInput input(20271);
+    for (int round = 0; round < 3000; ++round) {
+        // Colours near each other, so that ties occur; of far apart alphas too.
+        const int spread = input.oneIn(2) ? 255 : 6;
+        const int lowest = input.number(0, 255 - spread);
+        const auto color = [&] {
+            std::uint32_t word = input.oneIn(2) ? 255U : 0U;
+            if (input.oneIn(3))
+                word = static_cast<std::uint32_t>(input.number(0, 255));
+            for (int c = 0; c < 3; ++c)
+                word =
+                    word << 8U | static_cast<std::uint32_t>(input.number(lowest, lowest + spread));
+            return word;
+        };
+        const std::uint32_t cell = colorcell::cellOf(color());
+        std::vector<std::uint32_t> colors(static_cast<std::size_t>(input.number(1, 31)));
+        std::generate(colors.begin(), colors.end(), color);
+        std::vector<ColorBlock> blocks((colors.size() + ColorBlock::Size - 1) / ColorBlock::Size);
+        for (std::size_t i = 0; i < blocks.size() * ColorBlock::Size; ++i) {
+            const std::size_t k = std::min(i, colors.size() - 1);
+            ColorBlock& block = blocks[i / ColorBlock::Size];
+            block.colors[i % ColorBlock::Size] = spreadColor(colors[k]);
+            block.indices[i % ColorBlock::Size] = static_cast<std::int32_t>(k);
+            block.size += i == k ? 1 : 0;
+            block.continues = &block != &blocks.back();
+        }
+        std::array<std::uint8_t, colorcell::Places> expected{};
+        for (std::uint32_t place = 0; place < colorcell::Places; ++place) {
+            const std::uint64_t here = spreadColor(colorcell::colorAt(cell, place));
+            unsigned least = 1024;
+            for (std::size_t k = 0; k < colors.size(); ++k) {
+                const unsigned distance = spreadDistance(here, spreadColor(colors[k]));
+                if (distance < least) {
+                    least = distance;
+                    expected[place] = static_cast<std::uint8_t>(k);
+                }
+            }
+        }
+        forCellLevels([&]<VectorLevel Level>() {
+            std::array<std::uint8_t, colorcell::Places + 2> indices{};
+            indices.front() = indices.back() = 99;
+            const bool found =
+                colorcell::nearestInCell<Level>(blocks.data(), cell, indices.data() + 1);
+            ASSERT_EQ(found, OVTRACE_X86 != 0 && Level != VectorLevel::Scalar);
+            if (!found)
+                return;
+            ASSERT_TRUE(std::equal(expected.begin(), expected.end(), indices.begin() + 1));
+            ASSERT_EQ(indices.front(), 99);
+            ASSERT_EQ(indices.back(), 99);
+        });
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "kernels/colorcell.h"
 #include "pagearray.h"
 #include "pixelimage.h"
 
@@ -8,21 +9,21 @@
 
 namespace ovtrace {
 
-/// A colour and how often it occurs.
-struct CountedColor {
-    std::uint32_t color; ///< a channelWord()
-    std::uint32_t count; ///< at least 1
+/// The colours of a cell (see colorcell) that occur.
+struct CountedCell {
+    std::uint32_t cell;
+    const std::uint32_t* counts; ///< by place
+    std::uint64_t used;          ///< the bits of the places that occur
 };
 
-/// Counts how often each colour occurs and keeps a number for each.
+/// Counts how often each colour occurs, then keeps a value for each.
 ///
 /// Even a photograph has far fewer colours than pixels: what is worked out once a colour need not
 /// be worked out again for every pixel. Colours are channelWord()s.
 ///
-/// The colour space is cut into cells of 4 x 4 x 4 colours of one alpha. A cell that occurs gets a
-/// block of counters, side by side: colours that are alike, as those of neighbouring pixels are,
-/// are counted near each other in memory. The blocks of opaque cells are found by a directory of
-/// all such cells, the others by a hash table.
+/// A cell of colours that occurs gets a block of counters, side by side: colours that are alike, as
+/// those of neighbouring pixels are, are counted near each other in memory. The blocks of opaque
+/// cells are found by a directory of all such cells, the others by a hash table.
 template <Channels channels> class ColorHistogram {
 public:
     /// Holds the colours of up to `largestCells` cells.
@@ -37,42 +38,39 @@ public:
                 return false;
             block = addBlock(color);
         }
-        counters[block + placeInCell(color)] += count;
+        counters[block + colorcell::placeOf(color)] += count;
         return true;
     }
 
-    /// The distinct colours with their counts; those of a cell follow each other.
-    std::vector<CountedColor> entries() const;
-    /// Which cell a colour belongs to.
-    static std::uint32_t cellOf(std::uint32_t color) {
-        return color & ~PlaceMask;
+    /// Calls visit(CountedCell) for the cells that occur, in the order of their first colours.
+    template <VectorLevel Level, typename Visit> void visitCells(const Visit& visit) const {
+        for (std::size_t block = 1; block < cells.size(); ++block) {
+            const std::uint32_t* counts = counters.data() + block * BlockSize;
+            visit(CountedCell{cells[block], counts, colorcell::usedPlaces<Level>(counts)});
+        }
     }
 
-    /// Replaces the count of a colour that has been counted by a number of the caller's.
-    void setValue(std::uint32_t color, std::uint32_t value) {
-        counters[blockOf(color) + placeInCell(color)] = value;
+    /// Puts a value in place of each count: calls assign(CountedCell, values by place).
+    template <VectorLevel Level, typename Value, typename Assign>
+    void replaceCounts(const Assign& assign) {
+        // Values are no larger than counts: they never reach the counters of later cells, nor,
+        // as block 0 is not used, those of their own unless they have their size.
+        static_assert(sizeof(Value) <= sizeof(std::uint32_t));
+        Value* values = valuesAt<Value>(0);
+        visitCells<Level>([&](const CountedCell& cell) { assign(cell, values += BlockSize); });
     }
-    /// Gives that number back.
-    std::uint32_t value(std::uint32_t color) const {
-        return counters[blockOf(color) + placeInCell(color)];
+    /// The value of a colour.
+    template <typename Value> Value value(std::uint32_t color) const {
+        return *valuesAt<Value>(blockOf(color) + colorcell::placeOf(color));
     }
 
 private:
-    static constexpr unsigned PlaceBits = 2; ///< of each colour channel, within a cell
+    static constexpr unsigned PlaceBits = colorcell::PlaceBits;
     static constexpr unsigned CellBits = 8 - PlaceBits;
-    static constexpr std::uint32_t BlockSize = 1U << 3 * PlaceBits;
+    static constexpr std::uint32_t BlockSize = colorcell::Places;
     /// The first counter of no block: that of block 0, which is never used.
     static constexpr std::uint32_t NoBlock = 0;
-    static constexpr std::uint32_t PlaceMask = ((1U << PlaceBits) - 1U) * 0x010101U;
 
-    static std::uint32_t placeInCell(std::uint32_t color) {
-        const std::uint32_t low = color & PlaceMask;
-        return (low | low >> (8U - PlaceBits) | low >> 2U * (8U - PlaceBits)) & (BlockSize - 1U);
-    }
-    /// The channel bits of the colour at that place.
-    static std::uint32_t colorInCell(std::uint32_t place) {
-        return (place | place << (8U - PlaceBits) | place << 2U * (8U - PlaceBits)) & PlaceMask;
-    }
     static std::uint32_t opaqueCell(std::uint32_t color) {
         constexpr std::uint32_t Mask = (1U << CellBits) - 1U;
         return (color >> PlaceBits & Mask) | (color >> 2U * PlaceBits & Mask << CellBits) |
@@ -81,10 +79,13 @@ private:
     /// The block's first counter, or NoBlock.
     std::uint32_t blockOf(std::uint32_t color) const {
         if (channels == Channels::All && color >> 24U != 255U)
-            return hashed[hashedPlaceOf(cellOf(color))].block;
+            return hashed[hashedPlaceOf(colorcell::cellOf(color))].block;
         return opaque[opaqueCell(color)];
     }
     std::uint32_t addBlock(std::uint32_t color);
+    template <typename Value> Value* valuesAt(std::size_t index) const {
+        return reinterpret_cast<Value*>(counters.data()) + index;
+    }
 
     /// A place of the hash table, unused with no block.
     struct HashedCell {
@@ -103,7 +104,7 @@ private:
 
     std::size_t largestCells;
     std::vector<std::uint32_t> cells;  ///< by block: the first colour of its cell
-    PageArray<std::uint32_t> counters; ///< by block and place in the cell
+    PageArray<std::uint32_t> counters; ///< by block and place in the cell; later the values
     PageArray<std::uint32_t> opaque;   ///< by cell: its block
     std::vector<HashedCell> hashed;    ///< a power of two of places, at most half in use
     unsigned hashedShift;
@@ -120,15 +121,23 @@ public:
         numbers[greyOf(color)] += count;
         return true;
     }
-    std::vector<CountedColor> entries() const;
-    static std::uint32_t cellOf(std::uint32_t color) {
-        return color;
+    /// Each grey is visited as a cell of its own, its first colour.
+    template <VectorLevel, typename Visit> void visitCells(const Visit& visit) const {
+        for (std::uint32_t grey = 0; grey < numbers.size(); ++grey) {
+            if (numbers[grey] != 0)
+                visit(CountedCell{grey * 0x010101U | 0xff000000U, &numbers[grey], 1});
+        }
     }
-    void setValue(std::uint32_t color, std::uint32_t value) {
-        numbers[greyOf(color)] = value;
+    template <VectorLevel Level, typename Value, typename Assign>
+    void replaceCounts(const Assign& assign) {
+        visitCells<Level>([&](const CountedCell& cell) {
+            std::array<Value, colorcell::Places> values{};
+            assign(cell, values.data());
+            numbers[greyOf(cell.cell)] = static_cast<std::uint32_t>(values[0]);
+        });
     }
-    std::uint32_t value(std::uint32_t color) const {
-        return numbers[greyOf(color)];
+    template <typename Value> Value value(std::uint32_t color) const {
+        return static_cast<Value>(numbers[greyOf(color)]);
     }
 
 private:

@@ -116,6 +116,7 @@ std::int32_t NearestColor::appendBlocks(const Candidates& colors) {
             block.colors[place] = spreadColor(palette[static_cast<std::size_t>(k)]);
             block.indices[place] = k;
         }
+        block.size = static_cast<std::uint32_t>(std::min(colors.size() - i, ColorBlock::Size));
         block.continues = i + ColorBlock::Size < colors.size();
         blocks.push_back(block);
     }

@@ -2,7 +2,10 @@
 
 #include "color.h"
 #include "kernels/colorblock.h"
+#include "kernels/colorcell.h"
 
+#include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <unordered_map>
 #include <vector>
@@ -25,27 +28,25 @@ public:
         return findNear<Level>(nearBy(pixel), pixel);
     }
 
-    /// What findNear() needs to know for all pixels near this one: those of a box of 8 x 8 x 8
-    /// colours and 64 values of alpha.
-    std::int32_t nearBy(std::uint32_t pixel) {
-        const std::int32_t entry = entries[boxOf<FineBits>(pixel)];
-        return entry == Unknown ? fillBox(pixel) : entry;
-    }
-    /// find() when nearBy() is known.
-    template <VectorLevel Level> int findNear(std::int32_t entry, std::uint32_t pixel) const {
-        if (entry >= 0)
-            return entry;
-        const std::uint64_t spread = spreadColor(pixel);
-        const ColorBlock* block = blocks.data() - entry - FirstBlock;
-        unsigned best = DistanceBound;
-        int index = 0;
-        for (bool more = true; more; ++block) {
-            const unsigned key = nearestInBlock<Level>(*block, spread);
-            index = key >> 2U < best ? block->indices[key & 3U] : index;
-            best = key >> 2U < best ? key >> 2U : best;
-            more = block->continues;
+    /// Stores the indices of the colours nearest to those of a cell (see colorcell), by place: to
+    /// those whose bits are set in `places` at least.
+    template <VectorLevel Level, typename Index>
+    void findInCell(std::uint32_t cell, std::uint64_t places, Index* indices) {
+        const std::int32_t entry = nearBy(cell);
+        if (entry >= 0) {
+            std::fill_n(indices, colorcell::Places, static_cast<Index>(entry));
+            return;
         }
-        return index;
+        if constexpr (sizeof(Index) == 1) {
+            if (palette.size() <= colorcell::LargestIndex + 1 &&
+                colorcell::nearestInCell<Level>(blocksOf(entry), cell, indices))
+                return;
+        }
+        for (; places != 0; places &= places - 1U) {
+            const auto place = static_cast<std::uint32_t>(std::countr_zero(places));
+            indices[place] =
+                static_cast<Index>(findNear<Level>(entry, colorcell::colorAt(cell, place)));
+        }
     }
 
 private:
@@ -76,6 +77,31 @@ private:
     static constexpr unsigned AlphaBits = 2;
     static constexpr unsigned CoarseBits = 3;
     static constexpr unsigned FineBits = 5;
+
+    /// The entry of the pixel's box.
+    std::int32_t nearBy(std::uint32_t pixel) {
+        const std::int32_t entry = entries[boxOf<FineBits>(pixel)];
+        return entry == Unknown ? fillBox(pixel) : entry;
+    }
+    const ColorBlock* blocksOf(std::int32_t entry) const {
+        return blocks.data() - entry - FirstBlock;
+    }
+    /// find() for a pixel in a box with that entry.
+    template <VectorLevel Level> int findNear(std::int32_t entry, std::uint32_t pixel) const {
+        if (entry >= 0)
+            return entry;
+        const std::uint64_t spread = spreadColor(pixel);
+        const ColorBlock* block = blocksOf(entry);
+        unsigned best = DistanceBound;
+        int index = 0;
+        for (bool more = true; more; ++block) {
+            const unsigned key = nearestInBlock<Level>(*block, spread);
+            index = key >> 2U < best ? block->indices[key & 3U] : index;
+            best = key >> 2U < best ? key >> 2U : best;
+            more = block->continues;
+        }
+        return index;
+    }
 
     /// The box that the pixel lies in when `Bits` of each of red, green and blue count.
     template <unsigned Bits> static std::size_t boxOf(std::uint32_t pixel) {

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 
 namespace ovtrace {
 namespace {
@@ -18,10 +19,10 @@ struct Share {
     std::array<std::int64_t, ChannelCount> sums{}; ///< of channel values 0..255
     std::int64_t pixels = 0;
 
-    void add(const CountedColor& entry) {
+    void add(std::uint32_t color, std::int64_t count) {
         for (std::size_t c = 0; c < ChannelCount; ++c)
-            sums[c] += std::int64_t(entry.color >> 8 * c & 255U) * entry.count;
-        pixels += entry.count;
+            sums[c] += std::int64_t(color >> 8 * c & 255U) * count;
+        pixels += count;
     }
 };
 
@@ -85,7 +86,7 @@ CellGrid<Cell> indicesOf(PixelImage& image, const Find& find) {
 }
 
 /// The pixels of an image, one by one: what is left when they have too many colours.
-template <VectorLevel Level, Channels channels> class SinglePixels {
+template <typename Cell, VectorLevel Level, Channels channels> class SinglePixels {
 public:
     explicit SinglePixels(PixelImage& image) : image(image) {
     }
@@ -110,7 +111,7 @@ public:
         return shares;
     }
 
-    template <typename Cell> CellGrid<Cell> indices(NearestColor& nearest) {
+    CellGrid<Cell> indices(NearestColor& nearest) {
         return indicesOf<channels, Cell>(
             image, [&](std::uint32_t pixel) { return nearest.find<Level>(pixel); });
     }
@@ -120,55 +121,44 @@ private:
 };
 
 /// The pixels of an image, counted by colour.
-template <VectorLevel Level, Channels channels> class CountedPixels {
+template <typename Cell, VectorLevel Level, Channels channels> class CountedPixels {
 public:
     CountedPixels(PixelImage& image, ColorHistogram<channels>& histogram)
-        : image(image), histogram(histogram), entries(histogram.entries()) {
+        : image(image), histogram(histogram) {
     }
 
     Shares assign(std::size_t colors, NearestColor& nearest) const {
         Shares shares(colors);
         std::vector<PackedShare> packed(colors);
-        std::int64_t room = PackedPixels;
-        visitAssigned(nearest, [&](const CountedColor& entry, int index) {
-            if (entry.count > room) {
-                unpack(packed, shares);
-                room = PackedPixels;
-            }
-            if (entry.count > room) {
-                shares[static_cast<std::size_t>(index)].add(entry);
-            } else {
-                room -= entry.count;
-                packed[static_cast<std::size_t>(index)].add(entry.color, entry.count);
+        const bool canPack = std::int64_t(image.width) * image.height <= PackedPixels;
+        std::array<Cell, colorcell::Places> indices{};
+        histogram.template visitCells<Level>([&](const CountedCell& cell) {
+            nearest.findInCell<Level>(cell.cell, cell.used, indices.data());
+            for (std::uint64_t left = cell.used; left != 0; left &= left - 1U) {
+                const auto place = static_cast<std::uint32_t>(std::countr_zero(left));
+                const std::uint32_t color = colorcell::colorAt(cell.cell, place);
+                const auto index = static_cast<std::size_t>(indices[place]);
+                if (canPack)
+                    packed[index].add(color, cell.counts[place]);
+                else
+                    shares[index].add(color, cell.counts[place]);
             }
         });
         unpack(packed, shares);
         return shares;
     }
 
-    template <typename Cell> CellGrid<Cell> indices(NearestColor& nearest) {
-        visitAssigned(nearest, [&](const CountedColor& entry, int index) {
-            histogram.setValue(entry.color, static_cast<std::uint32_t>(index));
+    CellGrid<Cell> indices(NearestColor& nearest) {
+        histogram.template replaceCounts<Level, Cell>([&](const CountedCell& cell, Cell* values) {
+            nearest.findInCell<Level>(cell.cell, cell.used, values);
         });
         return indicesOf<channels, Cell>(
-            image, [&](std::uint32_t pixel) { return histogram.value(pixel); });
+            image, [&](std::uint32_t pixel) { return histogram.template value<Cell>(pixel); });
     }
 
 private:
-    /// Calls visit(entry, index of its nearest colour) for all entries.
-    template <typename Visit> void visitAssigned(NearestColor& nearest, const Visit& visit) const {
-        using Histogram = ColorHistogram<channels>;
-        for (auto entry = entries.begin(); entry != entries.end();) {
-            const std::uint32_t cell = Histogram::cellOf(entry->color);
-            const std::int32_t nearBy = nearest.nearBy(cell);
-            for (; entry != entries.end() && Histogram::cellOf(entry->color) == cell; ++entry)
-                visit(*entry, nearest.findNear<Level>(nearBy, entry->color));
-        }
-    }
-
     PixelImage& image;
     ColorHistogram<channels>& histogram;
-    std::vector<CountedColor> entries;
 };
 
 /// Counts the colours of the image; false when they are too many to be worth it.
@@ -235,7 +225,7 @@ CellGrid<Cell> runCycles(Pixels pixels, std::int64_t pixelCount, Palette& palett
             break;
         nearest.setPalette(palette);
     }
-    return pixels.template indices<Cell>(nearest);
+    return pixels.indices(nearest);
 }
 
 template <typename Cell, VectorLevel Level, Channels channels>
@@ -243,9 +233,9 @@ CellGrid<Cell> runCycles(PixelImage& image, Palette& palette, const Quantization
     const std::int64_t pixels = std::int64_t(image.width) * image.height;
     ColorHistogram<channels> histogram(countableCells(pixels));
     if (countColors<channels>(image, histogram))
-        return runCycles<Cell>(CountedPixels<Level, channels>(image, histogram), pixels, palette,
-                               options);
-    return runCycles<Cell>(SinglePixels<Level, channels>(image), pixels, palette, options);
+        return runCycles<Cell>(CountedPixels<Cell, Level, channels>(image, histogram), pixels,
+                               palette, options);
+    return runCycles<Cell>(SinglePixels<Cell, Level, channels>(image), pixels, palette, options);
 }
 
 template <typename Cell>

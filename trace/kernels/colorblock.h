@@ -20,12 +20,25 @@ inline std::uint64_t spreadColor(std::uint32_t word) {
     return word | static_cast<std::uint64_t>((word >> 24U) * 0x010101U) << 32U;
 }
 
+/// The distance of two spread colours, by definition.
+inline unsigned spreadDistance(std::uint64_t a, std::uint64_t b) {
+    unsigned distance = 0;
+    for (unsigned shift = 0; shift < 64; shift += 8) {
+        const auto byte = [shift](std::uint64_t spread) {
+            return static_cast<int>(spread >> shift & 255U);
+        };
+        distance += static_cast<unsigned>(std::abs(byte(a) - byte(b)));
+    }
+    return distance;
+}
+
 /// Four colours to compare a pixel with at once.
 struct alignas(16) ColorBlock {
     static constexpr std::size_t Size = 4;
 
     std::array<std::uint64_t, Size> colors{}; ///< spread; unused places repeat the last colour
     std::array<std::int32_t, Size> indices{}; ///< of the colours in the palette, ascending
+    std::uint32_t size = 0;                   ///< how many places are used
     bool continues = false;                   ///< whether the next block belongs to this one
 };
 
@@ -34,14 +47,8 @@ struct alignas(16) ColorBlock {
 template <VectorLevel Level> unsigned nearestInBlock(const ColorBlock& block, std::uint64_t pixel) {
     unsigned best = ~0U;
     for (std::size_t place = 0; place < ColorBlock::Size; ++place) {
-        unsigned distance = 0;
-        for (unsigned shift = 0; shift < 64; shift += 8) {
-            const auto byte = [shift](std::uint64_t spread) {
-                return static_cast<int>(spread >> shift & 255U);
-            };
-            distance += static_cast<unsigned>(std::abs(byte(block.colors[place]) - byte(pixel)));
-        }
-        const unsigned key = distance << 2U | static_cast<unsigned>(place);
+        const unsigned key =
+            spreadDistance(block.colors[place], pixel) << 2U | static_cast<unsigned>(place);
         best = key < best ? key : best;
     }
     return best;
