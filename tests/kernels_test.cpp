@@ -170,6 +170,48 @@ TEST(ColorCell, EveryFormFindsTheUsedPlaces) {
     }
 }
 
+TEST(ColorCell, EveryFormFindsEqualPlaces) {
+    RandomInput input(20272);
+    for (int round = 0; round < 5000; ++round) {
+        const auto value = static_cast<std::uint8_t>(input.number(0, 255));
+        std::array<std::uint8_t, colorcell::Places + 1> bytes{};
+        std::uint64_t expected = 0;
+        const int rarity = input.number(1, 10);
+        for (std::uint32_t place = 0; place < colorcell::Places; ++place) {
+            const bool equal = !input.oneIn(rarity);
+            bytes[place + 1] = equal ? value : static_cast<std::uint8_t>(value ^ 1U << (place % 8));
+            expected |= std::uint64_t(equal ? 1 : 0) << place;
+        }
+        forCellLevels([&]<VectorLevel Level>() {
+            ASSERT_EQ(colorcell::equalPlaces<Level>(bytes.data() + 1, value), expected);
+        });
+    }
+}
+
+TEST(ColorCell, EveryFormAddsUpTheSame) {
+    RandomInput input(20273);
+    for (int round = 0; round < 5000; ++round) {
+        std::array<std::uint32_t, colorcell::Places> counts{};
+        const int most = input.oneIn(2) ? 3 : (1 << 30) / 64 - 1;
+        std::array<std::uint64_t, 3> expected{};
+        std::uint64_t pixels = 0;
+        for (std::uint32_t place = 0; place < counts.size(); ++place) {
+            counts[place] = static_cast<std::uint32_t>(input.number(0, most));
+            pixels += counts[place];
+            expected[0] += std::uint64_t(counts[place]) * (place % 4);
+            expected[1] += std::uint64_t(counts[place]) * (place / 4 % 4);
+            expected[2] += std::uint64_t(counts[place]) * (place / 16);
+        }
+        forCellLevels([&]<VectorLevel Level>() {
+            const colorcell::Totals sums = colorcell::totals<Level>(counts.data());
+            ASSERT_EQ(sums.pixels, pixels);
+            ASSERT_EQ(sums.red, expected[0]);
+            ASSERT_EQ(sums.green, expected[1]);
+            ASSERT_EQ(sums.blue, expected[2]);
+        });
+    }
+}
+
 TEST(ColorCell, EveryFormFindsTheNearestColors) {
     RandomInput input(20271);
     for (int round = 0; round < 3000; ++round) {

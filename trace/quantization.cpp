@@ -39,6 +39,11 @@ struct PackedShare {
         blueAlpha += ((pixel >> 16U & 0xffU) | std::uint64_t(pixel & 0xff000000U) << 8U) * count;
         pixels += count;
     }
+    void add(std::uint32_t cell, const colorcell::Totals& totals) {
+        add(cell, totals.pixels);
+        redGreen += totals.red | std::uint64_t(totals.green) << 32U;
+        blueAlpha += totals.blue;
+    }
 };
 
 constexpr std::int64_t PackedPixels = std::int64_t(1) << 24;
@@ -134,6 +139,8 @@ public:
         std::array<Cell, colorcell::Places> indices{};
         histogram.template visitCells<Level>([&](const CountedCell& cell) {
             nearest.findInCell<Level>(cell.cell, cell.used, indices.data());
+            if (canPack && addWhole(cell, indices, packed))
+                return;
             for (std::uint64_t left = cell.used; left != 0; left &= left - 1U) {
                 const auto place = static_cast<std::uint32_t>(std::countr_zero(left));
                 const std::uint32_t color = colorcell::colorAt(cell.cell, place);
@@ -157,6 +164,20 @@ public:
     }
 
 private:
+    /// Adds a cell to the share of the one colour that all of it is assigned to, if there is one.
+    static bool addWhole(const CountedCell& cell,
+                         const std::array<Cell, colorcell::Places>& indices,
+                         std::vector<PackedShare>& packed) {
+        if constexpr (sizeof(Cell) == 1 && channels != Channels::Grey) {
+            const Cell index = indices[static_cast<std::size_t>(std::countr_zero(cell.used))];
+            if ((cell.used & ~colorcell::equalPlaces<Level>(indices.data(), index)) != 0)
+                return false;
+            packed[index].add(cell.cell, colorcell::totals<Level>(cell.counts));
+            return true;
+        }
+        return false;
+    }
+
     PixelImage& image;
     ColorHistogram<channels>& histogram;
 };

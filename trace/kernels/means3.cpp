@@ -50,17 +50,17 @@ Byte mean3(Byte before, Byte center, Byte after, const Means3Drops& drops) {
 void means3(const Byte* before, const Byte* center, const Byte* after, Byte* means,
             qsizetype size) {
     const Means3Drops& drops = Means3Drops::instance();
-    qsizetype done = 0;
 #if OVTRACE_X86
-    if (vectorLevel() == VectorLevel::Avx2) {
-        done = size / 32 * 32;
-        means3Avx2(before, center, after, means, done, drops);
-    } else if (vectorLevel() == VectorLevel::Ssse3) {
-        done = size / 16 * 16;
-        means3Ssse3(before, center, after, means, done, drops);
+    if (vectorLevel() == VectorLevel::Avx2 && size >= 32) {
+        means3Avx2(before, center, after, means, size, drops);
+        return;
+    }
+    if (vectorLevel() != VectorLevel::Scalar && size >= 16) {
+        means3Ssse3(before, center, after, means, size, drops);
+        return;
     }
 #endif
-    for (qsizetype i = done; i < size; ++i)
+    for (qsizetype i = 0; i < size; ++i)
         means[i] = mean3(before[i], center[i], after[i], drops);
 }
 

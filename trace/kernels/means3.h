@@ -63,7 +63,7 @@ private:
 };
 
 #if OVTRACE_X86
-/// The vector forms, for multiples of 16 and of 32 bytes.
+/// The vector forms, for 16 and for 32 bytes or more.
 void means3Ssse3(const signed char* before, const signed char* center, const signed char* after,
                  signed char* means, qsizetype size, const Means3Drops& drops);
 void means3Avx2(const signed char* before, const signed char* center, const signed char* after,

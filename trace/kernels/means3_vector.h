@@ -2,6 +2,7 @@
 
 #include "means3.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstdint>
 
@@ -14,10 +15,11 @@ public:
         : drops(drops), falling(drops, -1), flat(drops, 0), rising(drops, 1) {
     }
 
-    /// For a multiple of Bytes::Size bytes.
+    /// For Bytes::Size bytes or more. The last vector may overlap the one before it.
     void operator()(const signed char* before, const signed char* center, const signed char* after,
                     signed char* means, qsizetype size) const {
-        for (qsizetype i = 0; i < size; i += Bytes::Size) {
+        for (qsizetype next = 0; next < size; next += Bytes::Size) {
+            const qsizetype i = std::min(next, size - Bytes::Size);
             const Vector a = Bytes::load(before + i);
             const Vector b = Bytes::load(center + i);
             const Vector c = Bytes::load(after + i);
