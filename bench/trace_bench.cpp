@@ -23,7 +23,6 @@
 #include <cstdio>
 #include <cstring>
 #include <functional>
-#include <optional>
 
 using namespace ovtrace;
 
@@ -108,34 +107,31 @@ void report(benchmark::State& state, const QImage& image) {
         benchmark::Counter(pixels / 1e6, benchmark::Counter::kIsIterationInvariantRate);
 }
 
-/// Registers the benchmark `name`/<picture>; `work` is what is timed, `times` times or as often as
-/// the command line wants.
+using Work = std::function<void(benchmark::State&)>;
+
+/// Registers the benchmark `name`/<picture>; `once` does what is timed once.
+void addBenchmark(const std::string& name, const Picture& picture, const Work& once) {
+    benchmark::RegisterBenchmark((name + '/' + picture.name).c_str(), [&picture, once](
+                                                                          benchmark::State& state) {
+        for (auto iteration : state)
+            once(state);
+        report(state, picture.image);
+    })->Unit(benchmark::kMillisecond);
+}
 void addBenchmark(const std::string& name, const Picture& picture,
-                  const std::function<void()>& work, std::optional<int> times = {}) {
-    auto* added = benchmark::RegisterBenchmark((name + '/' + picture.name).c_str(),
-                                               [&picture, work](benchmark::State& state) {
-                                                   for (auto iteration : state)
-                                                       work();
-                                                   report(state, picture.image);
-                                               });
-    added->Unit(benchmark::kMillisecond);
-    if (times)
-        added->Iterations(*times);
+                  const std::function<void()>& work) {
+    addBenchmark(name, picture, [work](benchmark::State&) { work(); });
 }
 
 /// The same for work that uses up a copy of an image, whose making is not timed.
 void addBenchmarkOnCopy(const std::string& name, const Picture& picture, const PixelImage& image,
                         const std::function<void(PixelImage&)>& work) {
-    benchmark::RegisterBenchmark((name + '/' + picture.name).c_str(), [&picture, &image, work](
-                                                                          benchmark::State& state) {
-        for (auto iteration : state) {
-            state.PauseTiming();
-            PixelImage copy = copyOf(image);
-            state.ResumeTiming();
-            work(copy);
-        }
-        report(state, picture.image);
-    })->Unit(benchmark::kMillisecond);
+    addBenchmark(name, picture, [&image, work](benchmark::State& state) {
+        state.PauseTiming();
+        PixelImage copy = copyOf(image);
+        state.ResumeTiming();
+        work(copy);
+    });
 }
 
 void addStages(const std::shared_ptr<Stages>& s) {
@@ -188,38 +184,38 @@ void addStages(const std::shared_ptr<Stages>& s) {
     });
 }
 
+void trace(const Picture& picture, const QImage& image, double colors = 16) {
+    OvTraceBitmap tracer = makeTracer(picture);
+    tracer.setOption("numberofcolors", colors);
+    OvTraceBitmap::seedRandom(1);
+    benchmark::DoNotOptimize(tracer.trace(image).size());
+}
+
 void addTraces(const Picture& picture) {
-    addBenchmark("trace", picture, [&picture] {
-        OvTraceBitmap tracer = makeTracer(picture);
-        OvTraceBitmap::seedRandom(1);
-        benchmark::DoNotOptimize(tracer.trace(picture.image).size());
-    });
-    addBenchmark("trace-256-colors", picture, [&picture] {
-        OvTraceBitmap tracer = makeTracer(picture);
-        tracer.setOption("numberofcolors", 256);
-        OvTraceBitmap::seedRandom(1);
-        benchmark::DoNotOptimize(tracer.trace(picture.image).size());
-    });
+    addBenchmark("trace", picture, [&picture] { trace(picture, picture.image); });
+    addBenchmark("trace-256-colors", picture, [&picture] { trace(picture, picture.image, 256); });
     addBenchmark("twin", picture,
                  [&picture] { benchmark::DoNotOptimize(traceWithTwin(picture, picture.image)); });
 }
 
 /// The middle megapixel of a picture once, and side by side to 4, 16 and 64 megapixels; 64
 /// megapixels of each.
-void addSizes(const Picture& picture, QList<Picture>& sizes) {
+void addSizes(const Picture& picture) {
     constexpr int Side = 1000;
     constexpr int Sum = 64;
-    const QImage tile = picture.image.copy((picture.image.width() - Side) / 2,
-                                           (picture.image.height() - Side) / 2, Side, Side);
+    const QImage& image = picture.image;
+    const QImage tile =
+        image.copy((image.width() - Side) / 2, (image.height() - Side) / 2, Side, Side);
     for (const int megapixels : {1, 4, 16, Sum}) {
-        const Picture& sized = sizes.emplaceBack(
-            Picture{picture.name, tiled(tile, megapixels * 1000000LL), picture.options});
-        const auto trace = [&sized] {
-            OvTraceBitmap tracer = makeTracer(sized);
-            OvTraceBitmap::seedRandom(1);
-            benchmark::DoNotOptimize(tracer.trace(sized.image).size());
-        };
-        addBenchmark(std::to_string(megapixels) + "-Mpx", sized, trace, Sum / megapixels);
+        const std::string name = std::to_string(megapixels) + "-Mpx/" + picture.name;
+        const QImage sized = tiled(tile, megapixels * 1000000LL);
+        benchmark::RegisterBenchmark(name.c_str(),
+                                     [&picture, sized](benchmark::State& state) {
+                                         for (auto iteration : state)
+                                             trace(picture, sized);
+                                     })
+            ->Unit(benchmark::kMillisecond)
+            ->Iterations(Sum / megapixels);
     }
 }
 
@@ -234,9 +230,7 @@ int main(int argc, char* argv[]) {
         addStages(std::make_shared<Stages>(picture));
         addTraces(picture);
     }
-    QList<Picture> sizes;
-    sizes.reserve(8); // the benchmarks keep references
-    addSizes(all[0], sizes);
-    addSizes(all[1], sizes);
+    addSizes(all[0]);
+    addSizes(all[1]);
     benchmark::RunSpecifiedBenchmarks();
 }
