@@ -4,6 +4,7 @@
 #include <kernels/colorcell.h>
 #include <kernels/cornerbits.h>
 #include <kernels/means3.h>
+#include <kernels/nearestincell.h>
 #include <nearestcolor.h>
 #include <pixelruns.h>
 

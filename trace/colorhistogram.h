@@ -56,7 +56,7 @@ public:
         // Values are no larger than counts: they never reach the counters of later cells, nor,
         // as block 0 is not used, those of their own unless they have their size.
         static_assert(sizeof(Value) <= sizeof(std::uint32_t));
-        Value* values = valuesAt<Value>(0);
+        auto* values = valuesAt<Value>(0);
         visitCells<Level>([&](const CountedCell& cell) { assign(cell, values += BlockSize); });
     }
     /// The value of a colour.

@@ -2,7 +2,7 @@
 
 #include "color.h"
 #include "kernels/colorblock.h"
-#include "kernels/colorcell.h"
+#include "kernels/nearestincell.h"
 
 #include <algorithm>
 #include <bit>
