@@ -22,8 +22,9 @@ inline std::uint32_t cellOf(std::uint32_t color) {
     return color & ~PlaceMask;
 }
 inline std::uint32_t placeOf(std::uint32_t color) {
-    const std::uint32_t low = color & PlaceMask;
-    return (low | low >> (8U - PlaceBits) | low >> 2U * (8U - PlaceBits)) & (Places - 1U);
+    // The product has the bits of the three channels side by side, from bit 16 on.
+    constexpr std::uint32_t SideBySide = 1U << 16U | 1U << (8U + PlaceBits) | 1U << 2U * PlaceBits;
+    return (color & PlaceMask) * SideBySide >> 16U & (Places - 1U);
 }
 inline std::uint32_t colorAt(std::uint32_t cell, std::uint32_t place) {
     return cell |
