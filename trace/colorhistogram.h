@@ -11,7 +11,7 @@ namespace ovtrace {
 
 /// The colours of a cell (see colorcell) that occur.
 struct CountedCell {
-    std::uint32_t cell;
+    std::uint32_t cell;          ///< its first colour
     const std::uint32_t* counts; ///< by place
     std::uint64_t used;          ///< the bits of the places that occur
 };
