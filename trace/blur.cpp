@@ -44,28 +44,15 @@ Byte flooredByte(double mean) {
     return static_cast<Byte>(truncated - (mean < truncated ? 1 : 0));
 }
 
-/// Weighted mean i. The sum runs in the order of the taps and each product is rounded before it is
-/// added: the floor lets the last bit decide.
-Byte weightedMean(const Taps& taps, qsizetype i) {
-    double sum = 0.0;
-    for (std::size_t k = 0; k < static_cast<std::size_t>(taps.count); ++k)
-        sum += static_cast<double>(taps.bytes[k][i]) * taps.weights[k];
-    return flooredByte(sum / taps.weightSum);
-}
-
-/// Writes `size` weighted means. Without taps the mean is 0 / 0, which is stored as 0.
+/// Writes `size` weighted means. The sums run in the order of the taps and each product is
+/// rounded before it is added: the floor lets the last bit decide. Without taps the mean is
+/// 0 / 0, which is stored as 0.
 void writeMeans(const Taps& taps, Byte* means, qsizetype size) {
     if (taps.count == 0) {
         std::memset(means, 0, static_cast<std::size_t>(size));
         return;
     }
-    constexpr qsizetype OnePixel = 4;
-    if (size <= OnePixel) {
-        for (qsizetype i = 0; i < size; ++i)
-            means[i] = weightedMean(taps, i);
-        return;
-    }
-    // The same in pieces that stay in the cache, so that each tap is one simple loop.
+    // In pieces that stay in the cache, so that each tap is one simple loop.
     constexpr qsizetype Piece = 64;
     for (qsizetype start = 0; start < size; start += Piece) {
         const qsizetype count = std::min(Piece, size - start);
