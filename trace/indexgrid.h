@@ -74,6 +74,15 @@ using IntGrid = CellGrid<std::int32_t>;
 inline constexpr std::size_t LargestBytePalette = ByteGrid::Border;
 inline constexpr std::size_t LargestShortPalette = ShortGrid::Border;
 
+/// Calls work.operator()<Cell>() for the smallest cells that hold the indices of that many colours.
+template <typename Work> decltype(auto) withCell(std::size_t colors, const Work& work) {
+    if (colors <= LargestBytePalette)
+        return work.template operator()<std::uint8_t>();
+    if (colors <= LargestShortPalette)
+        return work.template operator()<std::uint16_t>();
+    return work.template operator()<std::int32_t>();
+}
+
 /// A grid of any cell width.
 using IndexGrid = std::variant<ByteGrid, ShortGrid, IntGrid>;
 

@@ -5,7 +5,6 @@
 #include "kernels/nearestincell.h"
 
 #include <algorithm>
-#include <bit>
 #include <cstdint>
 #include <unordered_map>
 #include <vector>
@@ -42,11 +41,10 @@ public:
                 colorcell::nearestInCell<Level>(blocksOf(entry), cell, indices))
                 return;
         }
-        for (; places != 0; places &= places - 1U) {
-            const auto place = static_cast<std::uint32_t>(std::countr_zero(places));
+        colorcell::visitPlaces(places, [&](std::uint32_t place) {
             indices[place] =
                 static_cast<Index>(findNear<Level>(entry, colorcell::colorAt(cell, place)));
-        }
+        });
     }
 
 private:

@@ -141,15 +141,14 @@ public:
             nearest.findInCell<Level>(cell.cell, cell.used, indices.data());
             if (canPack && addWhole(cell, indices, packed))
                 return;
-            for (std::uint64_t left = cell.used; left != 0; left &= left - 1U) {
-                const auto place = static_cast<std::uint32_t>(std::countr_zero(left));
+            colorcell::visitPlaces(cell.used, [&](std::uint32_t place) {
                 const std::uint32_t color = colorcell::colorAt(cell.cell, place);
                 const auto index = static_cast<std::size_t>(indices[place]);
                 if (canPack)
                     packed[index].add(color, cell.counts[place]);
                 else
                     shares[index].add(color, cell.counts[place]);
-            }
+            });
         });
         unpack(packed, shares);
         return shares;
@@ -275,11 +274,9 @@ CellGrid<Cell> quantize(PixelImage& image, Palette& palette, const QuantizationO
 QuantizedImage colorquantization(PixelImage image, Palette& palette,
                                  const QuantizationOptions& options) {
     const int colors = static_cast<int>(palette.size());
-    if (palette.size() <= LargestBytePalette)
-        return {quantize<std::uint8_t>(image, palette, options), colors};
-    if (palette.size() <= LargestShortPalette)
-        return {quantize<std::uint16_t>(image, palette, options), colors};
-    return {quantize<std::int32_t>(image, palette, options), colors};
+    return withCell(palette.size(), [&]<typename Cell>() -> QuantizedImage {
+        return {quantize<Cell>(image, palette, options), colors};
+    });
 }
 
 } // namespace ovtrace

@@ -55,12 +55,10 @@ template <typename Cell> ovtrace::CellGrid<Cell> gridOf(const QList<QList<int>>&
 
 ovtrace::QuantizedImage quantizedImage(const QList<QList<int>>& rows, int colors) {
     const int width = rows.isEmpty() ? 0 : static_cast<int>(rows.first().size());
-    const auto size = static_cast<std::size_t>(colors);
-    if (size <= ovtrace::LargestBytePalette)
-        return {gridOf<std::uint8_t>(rows, width), colors};
-    if (size <= ovtrace::LargestShortPalette)
-        return {gridOf<std::uint16_t>(rows, width), colors};
-    return {gridOf<std::int32_t>(rows, width), colors};
+    return ovtrace::withCell(static_cast<std::size_t>(colors),
+                             [&]<typename Cell>() -> ovtrace::QuantizedImage {
+                                 return {gridOf<Cell>(rows, width), colors};
+                             });
 }
 
 ovtrace::Path toPath(const QList<QList<int>>& points) {

@@ -2,6 +2,7 @@
 
 #include "vectorlevel.h"
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 
@@ -29,6 +30,12 @@ inline std::uint32_t placeOf(std::uint32_t color) {
 inline std::uint32_t colorAt(std::uint32_t cell, std::uint32_t place) {
     return cell |
            ((place | place << (8U - PlaceBits) | place << 2U * (8U - PlaceBits)) & PlaceMask);
+}
+
+/// Calls visit(place) for the places whose bits are set, in ascending order.
+template <typename Visit> void visitPlaces(std::uint64_t places, const Visit& visit) {
+    for (; places != 0; places &= places - 1U)
+        visit(static_cast<std::uint32_t>(std::countr_zero(places)));
 }
 
 /// Which of the numbers of a cell's colours are not 0: bit i stands for numbers[i].
