@@ -1,6 +1,6 @@
 #include "support/randominput.h"
 
-#include <geometry/biarcs.h>
+#include <drawing/geometry/biarcs.h>
 
 #include <gtest/gtest.h>
 

@@ -2,7 +2,7 @@
 
 #include "support/program.h"
 
-#include <geometry/outline.h>
+#include <drawing/geometry/outline.h>
 
 #include <QCryptographicHash>
 #include <QJsonArray>

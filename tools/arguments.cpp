@@ -1,8 +1,8 @@
 #include "arguments.h"
 
-#include "choices.h"
-#include "settingsfile.h"
-#include "writers/formats.h"
+#include <drawing/choices.h>
+#include <drawing/settingsfile.h>
+#include <drawing/writers/formats.h>
 
 #include <QCommandLineParser>
 #include <QFileInfo>

@@ -1,13 +1,13 @@
 #include "batch.h"
 
 #include "exitstatus.h"
-#include "input.h"
 #include "output.h"
 #include "progress.h"
-#include "quietstderr.h"
-#include "statistics.h"
-#include "tracing.h"
-#include "writers/formats.h"
+#include <drawing/input.h>
+#include <drawing/quietstderr.h>
+#include <drawing/statistics.h>
+#include <drawing/tracing.h>
+#include <drawing/writers/formats.h>
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

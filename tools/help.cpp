@@ -1,9 +1,11 @@
 #include "help.h"
 
-#include "choices.h"
-#include "engineoptions.h"
-#include "input.h"
-#include "writers/formats.h"
+#include "arguments.h"
+
+#include <drawing/choices.h>
+#include <drawing/engineoptions.h>
+#include <drawing/input.h>
+#include <drawing/writers/formats.h>
 
 #include <QCommandLineParser>
 #include <QRegularExpression>

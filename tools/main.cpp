@@ -5,10 +5,10 @@
 #include "exitstatus.h"
 #include "help.h"
 #include "hostedmodule.h"
-#include "input.h"
 #include "output.h"
-#include "settingsfile.h"
-#include "writers/formats.h"
+#include <drawing/input.h>
+#include <drawing/settingsfile.h>
+#include <drawing/writers/formats.h>
 
 #include <QCoreApplication>
 #include <QDir>

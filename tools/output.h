@@ -1,7 +1,7 @@
 #pragma once
 
 #include "arguments.h"
-#include "writers/writer.h"
+#include <drawing/writers/writer.h>
 
 #include <memory>
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "arguments.h"
 #include "drawing.h"
 #include "input.h"
+#include "settings.h"
 
 /// Traces an image, which is the drawing's from then on.
 ///

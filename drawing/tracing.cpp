@@ -1,5 +1,6 @@
 #include "tracing.h"
 
+#include "errors.h"
 #include "settingsfile.h"
 
 #include <tracebitmap.h>

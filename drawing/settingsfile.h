@@ -1,6 +1,7 @@
 #pragma once
 
-#include "arguments.h"
+#include "errors.h"
+#include "settings.h"
 
 #include <QByteArray>
 

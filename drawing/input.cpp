@@ -1,5 +1,6 @@
 #include "input.h"
 
+#include "errors.h"
 #include "memory.h"
 #include "quietstderr.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "arguments.h"
+#include "settings.h"
 
 #include <QImage>
 

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "arguments.h"
+#include "settings.h"
+#include "writers/writeroptions.h"
 
 /// The words of an option and what they stand for.
 template <typename Choice> using Choices = QList<QPair<QString, Choice>>;

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "arguments.h"
 #include "drawing.h"
+#include "settings.h"
 
 #include <QByteArray>
 
