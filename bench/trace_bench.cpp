@@ -14,6 +14,7 @@
 #include <palette.h>
 #include <pathscan.h>
 #include <polylines.h>
+#include <preprocess.h>
 #include <quantization.h>
 #include <random.h>
 #include <tracebitmap.h>
@@ -62,6 +63,10 @@ OptionMap optionsOf(const Picture& picture) {
     return options;
 }
 
+PixelImage load(const QImage& image, OptionMap& options) {
+    return loadPixels(image, thresholdFor(image, options));
+}
+
 PixelImage copyOf(const PixelImage& image) {
     PixelImage copy(image.width, image.height, image.channels);
     for (int y = 0; y < image.height; ++y)
@@ -72,8 +77,8 @@ PixelImage copyOf(const PixelImage& image) {
 /// What the stages hand on for one picture, made once.
 struct Stages {
     explicit Stages(const Picture& source)
-        : picture(source), options(optionsOf(source)), loaded(loadPixels(source.image, options)),
-          blurred(loadPixels(source.image, options)) {
+        : picture(source), options(optionsOf(source)), loaded(load(source.image, options)),
+          blurred(load(source.image, options)) {
         start = samplepalette(loaded, 16);
         blur(blurred, 1, 2000);
         Palette palette = start;
@@ -142,9 +147,8 @@ void addStages(const std::shared_ptr<Stages>& s) {
                     static_cast<std::size_t>(copy->sizeInBytes()));
         benchmark::DoNotOptimize(copy->constBits());
     });
-    addBenchmark("1-load", picture, [s] {
-        benchmark::DoNotOptimize(loadPixels(s->picture.image, s->options).row(0));
-    });
+    addBenchmark("1-load", picture,
+                 [s] { benchmark::DoNotOptimize(load(s->picture.image, s->options).row(0)); });
     addBenchmark("2-samplepalette", picture,
                  [s] { benchmark::DoNotOptimize(samplepalette(s->loaded, 16).data()); });
     addBenchmarkOnCopy("3-blur", picture, s->loaded, [](PixelImage& image) {

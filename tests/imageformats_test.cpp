@@ -38,11 +38,6 @@ protected:
     }
 };
 
-PixelImage load(const QImage& image) {
-    OptionMap none;
-    return loadPixels(image, none);
-}
-
 } // namespace
 
 TEST_P(EveryFormat, LoadsAsItsPixelsSay) {
@@ -51,7 +46,7 @@ TEST_P(EveryFormat, LoadsAsItsPixelsSay) {
         ASSERT_EQ(image.format(), GetParam());
         TraceTwin twin;
         twin.loadImageData(image);
-        const PixelImage loaded = load(image);
+        const PixelImage loaded = loadPixels(image);
         EXPECT_EQ(loaded.width, twin.imageData.width);
         EXPECT_EQ(loaded.height, twin.imageData.height);
         EXPECT_EQ(toBytes(loaded), twin.imageData.data);
@@ -86,7 +81,7 @@ TEST_P(EveryFormat, LoadsBlackAndWhiteAsItsPixelsSay) {
         QImage prepared = image.copy();
         twin.preprocess(prepared);
         twin.loadImageData(prepared);
-        EXPECT_EQ(toBytes(loadPixels(image, options)), twin.imageData.data);
+        EXPECT_EQ(toBytes(loadPixels(image, thresholdFor(image, options))), twin.imageData.data);
     }
 }
 
@@ -119,28 +114,28 @@ TEST(ImageLoad, StoresChannelValuesMinus128) {
     QImage image(2, 1, QImage::Format_RGB32);
     image.setPixel(0, 0, qRgb(255, 255, 255));
     image.setPixel(1, 0, qRgb(0, 0, 0));
-    EXPECT_EQ(toBytes(load(image)), QList<char>({127, 127, 127, 127, -128, -128, -128, 127}));
+    EXPECT_EQ(toBytes(loadPixels(image)), QList<char>({127, 127, 127, 127, -128, -128, -128, 127}));
 }
 
 TEST(ImageLoad, StoresNoMoreChannelsThanThePixelsNeed) {
     QImage image(5, 3, QImage::Format_ARGB32);
     image.fill(qRgb(7, 7, 7));
-    EXPECT_EQ(load(image).channels, Channels::Grey);
+    EXPECT_EQ(loadPixels(image).channels, Channels::Grey);
     image.setPixel(4, 2, qRgb(7, 8, 7));
-    EXPECT_EQ(load(image).channels, Channels::Opaque);
+    EXPECT_EQ(loadPixels(image).channels, Channels::Opaque);
     image.setPixel(4, 2, qRgb(7, 7, 8));
-    EXPECT_EQ(load(image).channels, Channels::Opaque);
+    EXPECT_EQ(loadPixels(image).channels, Channels::Opaque);
     image.setPixel(4, 1, qRgba(7, 7, 7, 254));
-    EXPECT_EQ(load(image).channels, Channels::All);
-    EXPECT_EQ(load(image.convertToFormat(QImage::Format_RGB32)).channels, Channels::Opaque);
+    EXPECT_EQ(loadPixels(image).channels, Channels::All);
+    EXPECT_EQ(loadPixels(image.convertToFormat(QImage::Format_RGB32)).channels, Channels::Opaque);
     OptionMap monochrome{{"monochrome", 1.0}};
-    EXPECT_EQ(loadPixels(image, monochrome).channels, Channels::Grey);
+    EXPECT_EQ(loadPixels(image, thresholdFor(image, monochrome)).channels, Channels::Grey);
 }
 
 TEST(ImageLoad, OpaqueRedPixel) {
     QImage image(1, 1, QImage::Format_ARGB32);
     image.setPixel(0, 0, qRgb(255, 0, 0));
-    EXPECT_EQ(toBytes(load(image)), QList<char>({127, -128, -128, 127}));
+    EXPECT_EQ(toBytes(loadPixels(image)), QList<char>({127, -128, -128, 127}));
 }
 
 TEST(ImageLoad, ReadsRowsThatAreNotContiguous) {
@@ -152,5 +147,5 @@ TEST(ImageLoad, ReadsRowsThatAreNotContiguous) {
                        QImage::Format_ARGB32);
     TraceTwin twin;
     twin.loadImageData(image);
-    EXPECT_EQ(toBytes(load(image)), twin.imageData.data);
+    EXPECT_EQ(toBytes(loadPixels(image)), twin.imageData.data);
 }

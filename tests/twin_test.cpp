@@ -133,8 +133,7 @@ ovtrace::PixelImage loadBoth(TraceTwin& twin, RandomInput& input, int largest) {
     twin.loadImageData(image);
     if (input.oneIn(4))
         return toPixels(image.width(), image.height(), twin.imageData.data);
-    ovtrace::OptionMap none;
-    return ovtrace::loadPixels(image, none);
+    return ovtrace::loadPixels(image);
 }
 
 } // namespace

@@ -2,8 +2,9 @@
 
 #include "blurkernels.h"
 #include "kernels/means3.h"
-#include "kernels/prefetch.h"
-#include "numbers.h"
+
+#include <kernels/prefetch.h>
+#include <numbers.h>
 
 #include <algorithm>
 #include <array>

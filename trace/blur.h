@@ -1,6 +1,6 @@
 #pragma once
 
-#include "pixelimage.h"
+#include <pixelimage.h>
 
 namespace ovtrace {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "indexgrid.h"
+#include <indexgrid.h>
 
 namespace ovtrace {
 

@@ -1,8 +1,9 @@
 #pragma once
 
-#include "color.h"
 #include "kernels/colorblock.h"
 #include "kernels/nearestincell.h"
+
+#include <color.h>
 
 #include <algorithm>
 #include <cstdint>

@@ -1,8 +1,9 @@
 #include "palette.h"
 
-#include "numbers.h"
-#include "pixelruns.h"
 #include "random.h"
+
+#include <numbers.h>
+#include <pixelruns.h>
 
 #include <algorithm>
 #include <array>

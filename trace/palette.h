@@ -1,7 +1,7 @@
 #pragma once
 
-#include "color.h"
-#include "pixelimage.h"
+#include <color.h>
+#include <pixelimage.h>
 
 namespace ovtrace {
 

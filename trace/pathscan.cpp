@@ -1,10 +1,11 @@
 #include "pathscan.h"
 
 #include "kernels/cornerbits.h"
-#include "kernels/prefetch.h"
 #include "nodetypes.h"
-#include "pagearray.h"
 #include "pathtables.h"
+
+#include <kernels/prefetch.h>
+#include <pagearray.h>
 
 #include <array>
 #include <bit>

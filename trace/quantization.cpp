@@ -1,9 +1,10 @@
 #include "quantization.h"
 
-#include "colorhistogram.h"
 #include "nearestcolor.h"
-#include "pixelruns.h"
 #include "random.h"
+
+#include <colorhistogram.h>
+#include <pixelruns.h>
 
 #include <algorithm>
 #include <array>

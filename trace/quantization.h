@@ -1,8 +1,8 @@
 #pragma once
 
-#include "color.h"
-#include "indexgrid.h"
-#include "pixelimage.h"
+#include <color.h>
+#include <indexgrid.h>
+#include <pixelimage.h>
 
 namespace ovtrace {
 

@@ -1,12 +1,9 @@
 #include "tracebitmap.h"
 
 #include "blur.h"
-#include "color.h"
 #include "fitting.h"
-#include "imageload.h"
 #include "internodes.h"
 #include "layering.h"
-#include "numbers.h"
 #include "options.h"
 #include "palette.h"
 #include "pathscan.h"
@@ -14,6 +11,10 @@
 #include "preprocess.h"
 #include "quantization.h"
 #include "random.h"
+
+#include <color.h>
+#include <imageload.h>
+#include <numbers.h>
 
 #include <QImage>
 
@@ -90,7 +91,7 @@ QImage OvTraceBitmap::getPreprocessed(const QImage& image) {
 
 void OvTraceBitmap::colorquantization(const QImage& image) {
     indexedImage.reset(); // the last trace's indices go before new pixels come
-    PixelImage imageData = loadPixels(image, options);
+    PixelImage imageData = loadPixels(image, thresholdFor(image, options));
     const int colors = floorToInt(readOption(options, option::NumberOfColors));
     const double minColorRatio = readOption(options, option::MinColorRatio);
     const int cycles = floorToInt(readOption(options, option::ColorQuantCycles));

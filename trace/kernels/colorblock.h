@@ -1,7 +1,7 @@
 #pragma once
 
-#include "color.h"
-#include "vectorlevel.h"
+#include <color.h>
+#include <kernels/vectorlevel.h>
 
 #include <array>
 #include <cstdint>

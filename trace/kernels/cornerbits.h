@@ -1,6 +1,6 @@
 #pragma once
 
-#include "vectorlevel.h"
+#include <kernels/vectorlevel.h>
 
 #include <cstddef>
 #include <cstdint>

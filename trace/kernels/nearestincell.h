@@ -1,7 +1,8 @@
 #pragma once
 
 #include "colorblock.h"
-#include "colorcell.h"
+
+#include <kernels/colorcell.h>
 
 #include <cstddef>
 #include <cstdint>

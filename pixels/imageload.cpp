@@ -1,7 +1,6 @@
 #include "imageload.h"
 
 #include "kernels/prefetch.h"
-#include "preprocess.h"
 
 #include <QImage>
 
@@ -232,8 +231,8 @@ PixelImage loadThresholded(const QImage& image, const Threshold& threshold) {
 
 } // namespace
 
-PixelImage loadPixels(const QImage& image, OptionMap& options) {
-    if (const auto threshold = thresholdFor(image, options))
+PixelImage loadPixels(const QImage& image, const std::optional<Threshold>& threshold) {
+    if (threshold)
         return loadThresholded(image, *threshold);
     PixelImage pixels(image.width(), image.height(), channelsOf(image));
     if (image.depth() == 1)
