@@ -1,0 +1,248 @@
+#include "shapes/joining.h"
+
+#include "shapes/tangency.h"
+
+#include <algorithm>
+
+namespace ovtrace {
+
+namespace {
+
+/// Where one carrier ends and the next begins; two places where a cap lies between.
+struct Joint {
+    Point before;
+    Point after;
+    bool smooth = false;
+};
+
+/// The samples of a chain by index, round its end when it is closed.
+class Chain {
+public:
+    explicit Chain(std::span<const Sample> samples) : samples_(samples) {
+    }
+
+    [[nodiscard]] Point at(int index) const {
+        return samples_[static_cast<std::size_t>(index) % samples_.size()].at;
+    }
+
+    /// The samples of a carrier with the weights of the fit.
+    [[nodiscard]] std::vector<Sample> of(const Carrier& carrier, double spread) const {
+        std::vector<Sample> result;
+        for (int k = carrier.first; k <= carrier.last; ++k) {
+            Sample sample = samples_[static_cast<std::size_t>(k) % samples_.size()];
+            sample.sigma = std::sqrt(sample.sigma * sample.sigma + spread);
+            result.push_back(sample);
+        }
+        return result;
+    }
+
+    /// The sample after `last` up to `first`, unwrapped.
+    [[nodiscard]] int unwrapped(int last, int first) const {
+        const int count = static_cast<int>(samples_.size());
+        return first > last ? first : first + (last - first) / count * count + count;
+    }
+
+private:
+    std::span<const Sample> samples_;
+};
+
+class Joiner {
+public:
+    Joiner(const ChainModel& model, std::span<const Sample> samples, const FitOptions& options)
+        : carriers_(model.carriers), closed_(model.closed), chain_(samples), options_(options) {
+    }
+
+    std::vector<Piece> run(Point start, Point end) {
+        makeTangent();
+        std::vector<Joint> joints;
+        const std::size_t count = carriers_.size();
+        joints.push_back(closed_ && count > 1 ? joint(count - 1, 0) : Joint{start, start, false});
+        for (std::size_t k = 1; k < count; ++k)
+            joints.push_back(joint(k - 1, k));
+        joints.push_back(closed_ && count > 1 ? joints.front() : Joint{end, end, false});
+        std::vector<Piece> pieces;
+        for (std::size_t k = 0; k < count; ++k) {
+            append(carriers_[k], joints[k].after, joints[k + 1].before, pieces);
+            if (joints[k + 1].before != joints[k + 1].after)
+                pieces.push_back(linePiece(joints[k + 1].before, joints[k + 1].after));
+        }
+        return pieces;
+    }
+
+private:
+    /// Where the chain is between the carriers: the middle of the samples on both sides of the
+    /// break.
+    [[nodiscard]] Point gap(const Carrier& a, const Carrier& b) const {
+        return middle(chain_.at(a.last), chain_.at(b.first));
+    }
+
+    [[nodiscard]] bool isSmooth(const Carrier& a, const Carrier& b) const {
+        const Point place = gap(a, b);
+        const Point u = directionAt(a, place);
+        const Point v = directionAt(b, place);
+        return dot(u, v) > 0.0 && std::abs(cross(u, v)) < options_.smoothSine;
+    }
+
+    [[nodiscard]] const Carrier* smoothLine(std::size_t index, int step) const {
+        const std::size_t count = carriers_.size();
+        if (!closed_ && (step < 0 ? index == 0 : index + 1 == count))
+            return nullptr;
+        const std::size_t other = (step < 0 ? index + count - 1 : index + 1) % count;
+        if (other == index || !carriers_[other].isLine())
+            return nullptr;
+        const bool smooth = step < 0 ? isSmooth(carriers_[other], carriers_[index])
+                                     : isSmooth(carriers_[index], carriers_[other]);
+        return smooth ? &carriers_[other] : nullptr;
+    }
+
+    /// Arcs between lines become tangent to them where the samples allow it: within three sigmas
+    /// for each constraint.
+    void makeTangent() {
+        constexpr double allowed = 9.0;
+        const double spread = options_.tolerance * options_.tolerance / 3.0;
+        for (std::size_t k = 0; k < carriers_.size(); ++k) {
+            if (carriers_[k].isLine())
+                continue;
+            const Carrier* before = smoothLine(k, -1);
+            const Carrier* after = smoothLine(k, 1);
+            if (!before && !after)
+                continue;
+            const std::vector<Sample> samples = chain_.of(carriers_[k], spread);
+            const double bound = (before ? allowed : 0.0) + (after ? allowed : 0.0);
+            if (const auto circle = tangentCircle(carriers_[k], before, after, samples, bound))
+                carriers_[k] = *circle;
+        }
+    }
+
+    [[nodiscard]] Joint joint(std::size_t before, std::size_t after) const {
+        const Carrier& a = carriers_[before];
+        const Carrier& b = carriers_[after];
+        const bool smooth = isSmooth(a, b);
+        const Point place = gap(a, b);
+        const double width = distance(chain_.at(a.last), chain_.at(b.first));
+        if (smooth && a.isLine() != b.isLine())
+            if (const auto touch = touching(a, b, place, width))
+                return {*touch, *touch, true};
+        if (const auto corner = meeting(a, b, place, width))
+            return {*corner, *corner, smooth};
+        if (!smooth && dot(directionAt(a, place), directionAt(b, place)) < 0.0)
+            return cap(a, b);
+        const Point between = middle(projected(a, place), projected(b, place));
+        return {between, between, smooth};
+    }
+
+    /// Where a line touches a circle, when that is near the break.
+    [[nodiscard]] static std::optional<Point> touching(const Carrier& a, const Carrier& b,
+                                                       Point place, double width) {
+        const Carrier& line = a.isLine() ? a : b;
+        const Carrier& circle = a.isLine() ? b : a;
+        const Point foot = projected(line, circle.at);
+        const bool tangent = std::abs(distance(foot, circle.at) - circle.radius) <=
+                             1e-9 * std::max(1.0, circle.radius);
+        if (!tangent || distance(foot, place) > width + circle.radius / 2.0)
+            return std::nullopt;
+        return foot;
+    }
+
+    /// The meeting of two carriers that is near the break: a corner is cut over about a pixel, and
+    /// lies farther out the sharper it is.
+    [[nodiscard]] std::optional<Point> meeting(const Carrier& a, const Carrier& b, Point place,
+                                               double width) const {
+        constexpr double cut = 1.2;
+        constexpr double farthest = 12.0;
+        const double sine = std::abs(cross(directionAt(a, place), directionAt(b, place)));
+        const double limit = 1.0 + width / 2.0 + std::min(farthest, sine > 0.0 ? cut / sine : 0.0);
+        std::optional<Point> best;
+        for (const Point& candidate : meetings(a, b))
+            if (distance(candidate, place) < (best ? distance(*best, place) : limit))
+                best = candidate;
+        return best;
+    }
+
+    /// A line across the end of two sides that run back nearly parallel, as far out as the samples
+    /// go.
+    [[nodiscard]] Joint cap(const Carrier& a, const Carrier& b) const {
+        const int end = chain_.unwrapped(a.last, b.first);
+        const Point p = projected(a, chain_.at(a.last));
+        const Point q = projected(b, chain_.at(b.first));
+        const Point u = directionAt(a, p);
+        const Point v = directionAt(b, q);
+        const Point axis = unit(u - v);
+        double extreme = dot(chain_.at(a.last), axis);
+        for (int k = a.last + 1; k <= end; ++k)
+            extreme = std::max(extreme, dot(chain_.at(k), axis));
+        return {p + u * ((extreme - dot(p, axis)) / dot(u, axis)),
+                q + v * ((extreme - dot(q, axis)) / dot(v, axis)), false};
+    }
+
+    /// The carrier between two joints. Where the joints have passed each other it has shrunk to a
+    /// straight piece.
+    void append(const Carrier& carrier, Point from, Point to, std::vector<Piece>& pieces) const {
+        if (from == to)
+            return;
+        const Point chord = chain_.at(carrier.last) - chain_.at(carrier.first);
+        const bool short_ = !carrier.isLine() &&
+                            std::abs(bulgeAround(from, to, carrier.at, carrier.turn)) > 1.0 &&
+                            std::abs(bulgeAround(chain_.at(carrier.first), chain_.at(carrier.last),
+                                                 carrier.at, carrier.turn)) < 0.5 &&
+                            dot(chord, to - from) < 0.0;
+        if (short_)
+            pieces.push_back(linePiece(from, to));
+        else
+            appendPieces(carrier, from, to, pieces);
+    }
+
+    std::vector<Carrier> carriers_;
+    bool closed_;
+    Chain chain_;
+    const FitOptions& options_;
+};
+
+bool isFinitePiece(const Piece& piece) {
+    return isFinite(piece.from) && isFinite(piece.to) && std::isfinite(piece.bulge) &&
+           isFinite(piece.control1) && isFinite(piece.control2);
+}
+
+} // namespace
+
+std::vector<Piece> wholeCircle(const Carrier& circle) {
+    const Point left = circle.at - Point{circle.radius, 0.0};
+    const Point right = circle.at + Point{circle.radius, 0.0};
+    return {arcPiece(left, right, circle.turn), arcPiece(right, left, circle.turn)};
+}
+
+std::vector<Piece> polygonThrough(std::span<const Sample> samples, bool closed,
+                                  std::optional<Point> start, std::optional<Point> end) {
+    std::vector<Point> points;
+    if (start)
+        points.push_back(*start);
+    for (const Sample& sample : samples)
+        points.push_back(sample.at);
+    if (end)
+        points.push_back(*end);
+    if (closed && !points.empty())
+        points.push_back(points.front());
+    std::vector<Piece> pieces;
+    for (std::size_t k = 1; k < points.size(); ++k)
+        if (points[k] != points[k - 1])
+            pieces.push_back(linePiece(points[k - 1], points[k]));
+    return pieces;
+}
+
+std::vector<Piece> joinChain(const ChainModel& model, std::span<const Sample> samples,
+                             const FitOptions& options, std::optional<Point> start,
+                             std::optional<Point> end) {
+    if (model.carriers.empty() || (model.closed && model.carriers.size() == 1 && !model.isCircle))
+        return polygonThrough(samples, model.closed, start, end);
+    const Point first = start ? *start : projected(model.carriers.front(), samples.front().at);
+    const Point last = end ? *end : projected(model.carriers.back(), samples.back().at);
+    const std::vector<Piece> pieces = model.isCircle
+                                          ? wholeCircle(model.carriers.front())
+                                          : Joiner(model, samples, options).run(first, last);
+    // Coordinates beyond what fits can calculate with.
+    return std::all_of(pieces.begin(), pieces.end(), isFinitePiece)
+               ? pieces
+               : polygonThrough(samples, model.closed, start, end);
+}
+
+} // namespace ovtrace
