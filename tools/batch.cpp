@@ -3,6 +3,7 @@
 #include "exitstatus.h"
 #include "output.h"
 #include "progress.h"
+#include "standardstreams.h"
 #include <drawing/input.h>
 #include <drawing/quietstderr.h>
 #include <drawing/statistics.h>

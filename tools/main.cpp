@@ -5,7 +5,8 @@
 #include "exitstatus.h"
 #include "help.h"
 #include "hostedmodule.h"
-#include "output.h"
+#include "standardstreams.h"
+#include <drawing/files/resultfile.h>
 #include <drawing/input.h>
 #include <drawing/settingsfile.h>
 #include <drawing/writers/formats.h>
@@ -22,6 +23,8 @@
 #ifdef _WIN32
 #include <fcntl.h>
 #include <io.h>
+#else
+#include <csignal>
 #endif
 
 namespace {
@@ -88,10 +91,15 @@ int run(const Arguments& arguments) {
 } // namespace
 
 int main(int argc, char* argv[]) {
+    openStandardDescriptors();
+    checkStandardOutputAtExit();
 #ifdef _WIN32
     // Images come in and results go out byte by byte.
     _setmode(_fileno(stdin), _O_BINARY);
     _setmode(_fileno(stdout), _O_BINARY);
+#else
+    // A file that reaches its largest size is an error with words, as a full disk is.
+    std::signal(SIGXFSZ, SIG_IGN);
 #endif
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName("ovtrace");

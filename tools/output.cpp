@@ -1,11 +1,12 @@
 #include "output.h"
 
+#include <drawing/files/resultfile.h>
+
 #include <QDir>
 #include <QFileInfo>
 #include <QHash>
-#include <QSaveFile>
 
-#include <cstdio>
+#include <stdexcept>
 
 namespace {
 
@@ -14,30 +15,18 @@ bool isSameFile(const QString& a, const QString& b) {
     return !path.isEmpty() && path == QFileInfo(b).canonicalFilePath();
 }
 
-[[noreturn]] void failWriting(const QFileDevice& file) {
-    throw FileError(QString("%1: cannot be written: %2").arg(file.fileName(), file.errorString()));
-}
-
-std::unique_ptr<QSaveFile> openFile(const QString& fileName) {
-    auto file = std::make_unique<QSaveFile>(fileName);
-    // A device or a pipe has no folder in which a new file could take its place.
-    file->setDirectWriteFallback(QFileInfo(fileName).exists() && !QFileInfo(fileName).isFile());
-    if (!file->open(QIODevice::WriteOnly))
-        failWriting(*file);
-    return file;
-}
-
-void commit(QSaveFile& file) {
-    if (!file.commit())
-        failWriting(file);
-}
-
-void writeStandardOutput(const Writer& writer, const Drawing& drawing) {
-    QFile file;
-    if (file.open(stdout, QIODevice::WriteOnly))
+/// Errors of the device come before what a writer makes of them; each names the file.
+void writeDrawing(const Writer& writer, const Drawing& drawing, ResultFile& file,
+                  const QString& name) {
+    try {
         writer.write(drawing, file);
-    if (!file.flush() || file.error() != QFileDevice::NoError)
-        throw FileError("the standard output cannot be written");
+    } catch (const FileError&) {
+        throw;
+    } catch (const std::runtime_error& error) {
+        file.check();
+        throw FileError(QString("%1: %2").arg(name, error.what()));
+    }
+    file.check();
 }
 
 } // namespace
@@ -63,16 +52,6 @@ void checkOutputNames(const QStringList& images, const Arguments& arguments) {
     }
 }
 
-void saveFile(const QString& fileName, const QByteArray& contents) {
-    const auto file = openFile(fileName);
-    file->write(contents);
-    commit(*file);
-}
-
-void print(const QByteArray& text) {
-    std::fwrite(text.constData(), 1, static_cast<std::size_t>(text.size()), stdout);
-}
-
 Output::Output(const Arguments& arguments, const Writer& writer)
     : arguments(arguments), writer(writer) {
 }
@@ -80,26 +59,22 @@ Output::Output(const Arguments& arguments, const Writer& writer)
 Output::~Output() = default;
 
 void Output::add(const QString& imageName, const Drawing& drawing) {
-    if (arguments.output == "-") {
-        writeStandardOutput(writer, drawing);
-        return;
-    }
     const QString fileName =
         arguments.output.isEmpty() ? outputName(imageName, arguments) : arguments.output;
     if (isSameFile(fileName, imageName))
         throw FileError(QString("%1: the result would replace the image").arg(imageName));
     if (arguments.output.isEmpty()) {
-        const auto file = openFile(fileName);
-        writer.write(drawing, *file);
-        commit(*file);
+        ResultFile file(fileName);
+        writeDrawing(writer, drawing, file, fileName);
+        file.commit();
         return;
     }
     if (!shared)
-        shared = openFile(fileName);
-    writer.write(drawing, *shared);
+        shared = std::make_unique<ResultFile>(fileName);
+    writeDrawing(writer, drawing, *shared, fileName);
 }
 
 void Output::finish() {
     if (shared)
-        commit(*shared);
+        shared->commit();
 }

@@ -5,19 +5,13 @@
 
 #include <memory>
 
-class QSaveFile;
+class ResultFile;
 
 /// The file in which the result for an image goes when it gets one of its own.
 QString outputName(const QString& imageName, const Arguments& arguments);
 
 /// Throws FileError when two images would have the same result file.
 void checkOutputNames(const QStringList& images, const Arguments& arguments);
-
-/// Writes a file that appears whole or not at all. Throws FileError.
-void saveFile(const QString& fileName, const QByteArray& contents);
-
-/// Prints text on the standard output.
-void print(const QByteArray& text);
 
 /// Where results go: the standard output, or files that appear whole or not at all.
 class Output {
@@ -35,5 +29,5 @@ public:
 private:
     const Arguments& arguments;
     const Writer& writer;
-    std::unique_ptr<QSaveFile> shared; ///< the one output file, once there is something for it
+    std::unique_ptr<ResultFile> shared; ///< the one output file, once there is something for it
 };

@@ -1,6 +1,7 @@
 #include "pngwriter.h"
 
 #include "../geometry/outline.h"
+#include "../quietstderr.h"
 #include "painting.h"
 
 #include <QImageWriter>
@@ -79,6 +80,7 @@ void PngWriter::write(const Drawing& drawing, QIODevice& device) const {
         picture.setDotsPerMeterY(dots);
     }
     QImageWriter writer(&device, "png");
+    const QuietStandardError quiet; // the library beneath has words of its own for a full disk
     if (!writer.write(picture))
         throw std::runtime_error(writer.errorString().toStdString());
 }
