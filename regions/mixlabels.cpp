@@ -1,0 +1,324 @@
+#include "mixlabels.h"
+
+#include "colorcounts.h"
+#include "mixing.h"
+
+#include <algorithm>
+#include <optional>
+
+namespace ovtrace {
+namespace {
+
+constexpr std::uint16_t Unknown = 65535;
+constexpr int Reach = 2; ///< pixels: how far from a mix the colours may lie that it is made of
+
+/// A pixel that has no palette colour: a share `t` of `b`, the rest of `a`.
+struct Mix {
+    int x;
+    int y;
+    std::uint16_t a = Unknown;
+    std::uint16_t b = Unknown;
+    float t = 0.0F;
+
+    std::uint16_t label() const {
+        return t > 0.5F && b != Unknown ? b : a;
+    }
+};
+
+/// The different labels of the known pixels around a place, the nearest first.
+struct Neighbours {
+    static constexpr int Most = 6;
+    std::array<std::uint16_t, Most> label{};
+    int count = 0;
+
+    void add(std::uint16_t added) {
+        if (added == Unknown || count == Most)
+            return;
+        if (std::find(label.begin(), label.begin() + count, added) == label.begin() + count)
+            label[static_cast<std::size_t>(count++)] = added;
+    }
+    std::uint16_t operator[](int i) const {
+        return label[static_cast<std::size_t>(i)];
+    }
+};
+
+struct Offset {
+    int x;
+    int y;
+};
+// By distance; among equal ones in raster order.
+constexpr std::array<Offset, 24> Around{{{0, -1},  {-1, 0}, {1, 0},   {0, 1},  {-1, -1}, {1, -1},
+                                         {-1, 1},  {1, 1},  {0, -2},  {-2, 0}, {2, 0},   {0, 2},
+                                         {-1, -2}, {1, -2}, {-2, -1}, {2, -1}, {-2, 1},  {2, 1},
+                                         {-1, 2},  {1, 2},  {-2, -2}, {2, -2}, {-2, 2},  {2, 2}}};
+
+class PixelLabeller {
+public:
+    PixelLabeller(const PixelView& image, std::vector<QRgb> palette, const MixOptions& options)
+        : image(image), options(options) {
+        labels.width = image.width;
+        labels.height = image.height;
+        labels.palette = std::move(palette);
+        labels.labels.resize(static_cast<std::size_t>(image.width) *
+                             static_cast<std::size_t>(image.height));
+    }
+
+    LabelImage run() {
+        for (const QRgb color : labels.palette)
+            colors.push_back(mixColor(color));
+        labelKnown();
+        for (Mix& mix : mixes)
+            explain(mix);
+        explainLonely();
+        for (const Mix& mix : mixes)
+            labels.row(mix.y)[mix.x] = mix.label();
+        keepRidges();
+        return std::move(labels);
+    }
+
+private:
+    void labelKnown() {
+        ColorCounts places;
+        for (const QRgb color : labels.palette)
+            places.add(color);
+        for (int y = 0; y < image.height; ++y) {
+            const QRgb* row = image.row(y);
+            std::uint16_t* out = labels.row(y);
+            for (int x = 0; x < image.width; ++x) {
+                if (x > 0 && row[x] == row[x - 1]) {
+                    out[x] = out[x - 1];
+                } else {
+                    const std::size_t found = places.find(row[x]);
+                    out[x] =
+                        found < labels.palette.size() ? static_cast<std::uint16_t>(found) : Unknown;
+                }
+                if (out[x] == Unknown)
+                    mixes.push_back({x, y});
+            }
+        }
+    }
+
+    std::uint16_t labelAt(int x, int y) const {
+        if (x < 0 || y < 0 || x >= image.width || y >= image.height)
+            return Unknown;
+        return labels.at(x, y);
+    }
+    Neighbours neighboursOf(int x, int y) const {
+        Neighbours found;
+        for (const Offset offset : Around)
+            found.add(labelAt(x + offset.x, y + offset.y));
+        return found;
+    }
+
+    ColorAxis axis(std::uint16_t a, std::uint16_t b) const {
+        return {labels.palette[a], labels.palette[b]};
+    }
+
+    /// Two colours around the mix, of those that explain it the nearest.
+    void explain(Mix& mix) {
+        const MixColor color = mixColor(image.at(mix.x, mix.y));
+        const Neighbours around = neighboursOf(mix.x, mix.y);
+        double best = options.tolerance;
+        for (int j = 1; j < around.count; ++j) {
+            for (int i = 0; i < j; ++i) {
+                const ColorAxis way = axis(around[i], around[j]);
+                const double residual = way.residual(color);
+                // Farther colours must explain it clearly better.
+                if (residual > best || (mix.b != Unknown && residual * 2.0 > best))
+                    continue;
+                best = residual;
+                mix.a = around[i];
+                mix.b = around[j];
+                mix.t = static_cast<float>(std::clamp(way.rawPosition(color), 0.0, 1.0));
+            }
+        }
+        if (mix.b == Unknown && around.count >= 3)
+            explainByThree(mix, color, around);
+        if (mix.b == Unknown)
+            lonely.push_back(static_cast<std::size_t>(&mix - mixes.data()));
+    }
+
+    /// Three colours around the mix; the two that have the largest shares are kept.
+    void explainByThree(Mix& mix, const MixColor& color, const Neighbours& around) {
+        double best = options.tolerance;
+        for (int k = 2; k < around.count; ++k) {
+            for (int j = 1; j < k; ++j) {
+                for (int i = 0; i < j; ++i) {
+                    const std::array three{around[i], around[j], around[k]};
+                    const auto shares = sharesOf(color, three, best);
+                    if (shares)
+                        keepLargest(mix, three, *shares);
+                }
+            }
+        }
+    }
+    struct Shares {
+        std::array<double, 3> of{};
+    };
+    /// The shares of three colours in a mix if they are all positive and explain it better than
+    /// `best`, which is set then.
+    std::optional<Shares> sharesOf(const MixColor& color, const std::array<std::uint16_t, 3>& three,
+                                   double& best) const {
+        std::array<double, 4> u{};
+        std::array<double, 4> v{};
+        std::array<double, 4> w{};
+        double uu = 0.0;
+        double uv = 0.0;
+        double vv = 0.0;
+        double uw = 0.0;
+        double vw = 0.0;
+        for (std::size_t i = 0; i < 4; ++i) {
+            u[i] = colors[three[1]][i] - colors[three[0]][i];
+            v[i] = colors[three[2]][i] - colors[three[0]][i];
+            w[i] = color[i] - colors[three[0]][i];
+            uu += u[i] * u[i];
+            uv += u[i] * v[i];
+            vv += v[i] * v[i];
+            uw += u[i] * w[i];
+            vw += v[i] * w[i];
+        }
+        const double determinant = uu * vv - uv * uv;
+        // Colours on one line say nothing about their shares.
+        if (determinant < uu * vv * 1e-3)
+            return std::nullopt;
+        const double b = (uw * vv - vw * uv) / determinant;
+        const double c = (vw * uu - uw * uv) / determinant;
+        const double slack = 0.02;
+        if (b < -slack || c < -slack || b + c > 1.0 + slack)
+            return std::nullopt;
+        double residual = 0.0;
+        for (std::size_t i = 0; i < 4; ++i)
+            residual = std::max(residual, std::fabs(w[i] - b * u[i] - c * v[i]));
+        if (residual >= best)
+            return std::nullopt;
+        best = residual;
+        return Shares{{1.0 - b - c, b, c}};
+    }
+    static void keepLargest(Mix& mix, const std::array<std::uint16_t, 3>& three,
+                            const Shares& shares) {
+        const auto& of = shares.of;
+        std::array<std::size_t, 3> order{0, 1, 2};
+        std::stable_sort(order.begin(), order.end(),
+                         [&](std::size_t i, std::size_t j) { return of[i] > of[j]; });
+        mix.a = three[order[0]];
+        mix.b = three[order[1]];
+        const double sum = of[order[0]] + of[order[1]];
+        mix.t = static_cast<float>(sum > 0.0 ? of[order[1]] / sum : 0.0);
+    }
+
+    /// What no colours nearby explain: lines that are nowhere covered whole, of a colour that lies
+    /// elsewhere in the image or nowhere.
+    void explainLonely() {
+        for (const std::size_t i : lonely)
+            explainByFar(mixes[i]);
+    }
+
+    /// The colour in the neighbourhood that is the farthest from `from`: a line's ridge.
+    MixColor ridgeAround(const Mix& mix, std::uint16_t from) const {
+        MixColor ridge = mixColor(image.at(mix.x, mix.y));
+        double farthest = distance(ridge, colors[from]);
+        for (const Offset offset : Around) {
+            const int x = mix.x + offset.x;
+            const int y = mix.y + offset.y;
+            if (x < 0 || y < 0 || x >= image.width || y >= image.height ||
+                labels.at(x, y) != Unknown)
+                continue;
+            const MixColor color = mixColor(image.at(x, y));
+            if (distance(color, colors[from]) > farthest) {
+                farthest = distance(color, colors[from]);
+                ridge = color;
+            }
+        }
+        return ridge;
+    }
+    static double distance(const MixColor& a, const MixColor& b) {
+        double sum = 0.0;
+        for (std::size_t i = 0; i < 4; ++i)
+            sum += (a[i] - b[i]) * (a[i] - b[i]);
+        return sum;
+    }
+
+    void explainByFar(Mix& mix) {
+        const MixColor color = mixColor(image.at(mix.x, mix.y));
+        const Neighbours around = neighboursOf(mix.x, mix.y);
+        for (int i = 0; i < around.count && mix.b == Unknown; ++i)
+            explainFrom(mix, color, around[i]);
+        if (mix.b == Unknown)
+            mix.a = mix.b = nearest(color);
+    }
+    void explainFrom(Mix& mix, const MixColor& color, std::uint16_t from) {
+        const MixColor ridge = ridgeAround(mix, from);
+        double bestReach = 0.0;
+        for (std::size_t k = 0; k < colors.size(); ++k) {
+            const auto to = static_cast<std::uint16_t>(k);
+            if (to == from)
+                continue;
+            const ColorAxis way = axis(from, to);
+            if (way.residual(color) > options.tolerance || way.residual(ridge) > options.tolerance)
+                continue;
+            // Of the colours on this way that the ridge does not exceed, the nearest.
+            const double reach = way.rawPosition(ridge);
+            if (reach <= bestReach)
+                continue;
+            bestReach = reach;
+            mix.a = from;
+            mix.b = to;
+            mix.t = static_cast<float>(std::clamp(way.rawPosition(color), 0.0, 1.0));
+        }
+    }
+    std::uint16_t nearest(const MixColor& color) const {
+        std::size_t best = 0;
+        for (std::size_t k = 1; k < colors.size(); ++k) {
+            if (distance(color, colors[k]) < distance(color, colors[best]))
+                best = k;
+        }
+        return static_cast<std::uint16_t>(best);
+    }
+
+    /// Gives a mix the other colour where the pixels around it never reach that colour whole and it
+    /// is above the middle of what they reach.
+    void keepRidges() {
+        std::vector<std::uint16_t> kept(mixes.size());
+        for (std::size_t i = 0; i < mixes.size(); ++i)
+            kept[i] = ridgeLabel(mixes[i]);
+        for (std::size_t i = 0; i < mixes.size(); ++i)
+            labels.row(mixes[i].y)[mixes[i].x] = kept[i];
+    }
+    std::uint16_t ridgeLabel(const Mix& mix) const {
+        if (mix.a == mix.b || mix.b == Unknown)
+            return mix.a;
+        const ColorAxis way = axis(mix.a, mix.b);
+        double least = static_cast<double>(mix.t);
+        double most = least;
+        for (int i = 0; i < 8; ++i) {
+            const Offset offset = Around[static_cast<std::size_t>(i)];
+            const int x = mix.x + offset.x;
+            const int y = mix.y + offset.y;
+            if (x < 0 || y < 0 || x >= image.width || y >= image.height)
+                continue;
+            const MixColor color = mixColor(image.at(x, y));
+            if (way.residual(color) > options.tolerance)
+                continue;
+            const double t = std::clamp(way.rawPosition(color), 0.0, 1.0);
+            least = std::min(least, t);
+            most = std::max(most, t);
+        }
+        return static_cast<double>(mix.t) > (least + most) / 2.0 ? mix.b : mix.a;
+    }
+
+    const PixelView& image;
+    const MixOptions& options;
+    LabelImage labels;
+    std::vector<MixColor> colors; ///< of the palette
+    std::vector<Mix> mixes;
+    std::vector<std::size_t> lonely; ///< among mixes
+};
+
+} // namespace
+
+LabelImage labelPixels(const PixelView& image, std::vector<QRgb> palette,
+                       const MixOptions& options) {
+    return PixelLabeller(image, std::move(palette), options).run();
+}
+
+} // namespace ovtrace

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "labelimage.h"
+
+namespace ovtrace {
+
+/// How mixed pixels are told from pixels of a colour of their own.
+struct MixOptions {
+    /// How far a channel of a mix may be from its place between the colours that it is made of:
+    /// roundings of some paintings one over the other, or the image's noise.
+    double tolerance = 6.0;
+    /// Most colours in the end; those of the given palette are never fewer.
+    std::size_t mostColors = 256;
+    /// Whether lines that are nowhere covered whole may bring colours of their own.
+    bool mayAddColors = true;
+};
+
+/// Gives each pixel the colour of `palette` (not empty) that it has, or the one that covers it most
+/// if it is a mix of those around it.
+///
+/// Lines narrower than a pixel keep their colour: a pixel that is the ridge of a line belongs to it
+/// when it is covered by more than half of what the ridge is covered there.
+LabelImage labelPixels(const PixelView& image, std::vector<QRgb> palette,
+                       const MixOptions& options);
+
+} // namespace ovtrace

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "colorcounts.h"
+#include "labelimage.h"
+
+namespace ovtrace {
+
+/// What the plain areas of an image tell about its colours.
+struct PureColors {
+    /// The colours of blocks of two by two equal pixels, with the number of such blocks;
+    /// anti-aliasing makes none (but for lines that lie on the grid).
+    ColorCounts blocks;
+    std::uint64_t blockCount = 0; ///< blocks of equal pixels, of all colours
+    std::uint64_t placeCount = 0; ///< places where a block could be
+};
+
+PureColors findPureColors(const PixelView& image);
+
+} // namespace ovtrace

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "labelimage.h"
+
+namespace ovtrace {
+
+/// Whether at the corner (x, y), between columns x - 1 and x and rows y - 1 and y, the upper-left
+/// and the lower-right pixel belong together, rather than the other two.
+///
+/// For corners where two colours meet crosswise. In a smooth image the mean of the four says which
+/// colour covers the corner. Where that says nothing, the colour that is rarer around the corner is
+/// held to be a line, as a reader would; among equals the darker one.
+bool joinsFalling(const PixelView& image, const LabelImage& labels, int x, int y);
+
+} // namespace ovtrace
