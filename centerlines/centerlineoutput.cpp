@@ -1,0 +1,129 @@
+#include "centerlineoutput.h"
+
+#include <cmath>
+
+namespace ovtrace {
+namespace {
+
+using Shape = OvCenterlineStroke::Shape;
+
+/// An arc through both ends, as close to the carrier in its middle as can be.
+void writeArc(const Stroke& stroke, double height, OvCenterlineStroke& out) {
+    const Carrier& c = stroke.carrier;
+    const Point from = stroke.start();
+    const Point to = stroke.finish();
+    const double bulge = bulgeAround(from, to, c.at, c.turn);
+    const Piece arc = arcPiece(from, to, bulge);
+    out.bulge = -bulge; // y turns up
+    if (bulge == 0.0) {
+        out.shape = Shape::Line;
+        return;
+    }
+    const Circle circle = circleOf(arc);
+    out.shape = Shape::Arc;
+    out.center = {circle.centre.x, height - circle.centre.y};
+    out.radius = circle.radius;
+}
+
+OvCenterlineStroke strokeOf(const Stroke& stroke, double height) {
+    OvCenterlineStroke out;
+    const auto turned = [height](Point p) { return OvCenterlinePoint{p.x, height - p.y}; };
+    out.width = stroke.width;
+    if (stroke.closed) {
+        out.shape = Shape::Circle;
+        out.center = turned(stroke.carrier.at);
+        out.radius = stroke.carrier.radius;
+        return out;
+    }
+    out.start = turned(stroke.start());
+    out.end = turned(stroke.finish());
+    out.startNode = stroke.ends[0].node;
+    out.endNode = stroke.ends[1].node;
+    if (!stroke.carrier.isLine())
+        writeArc(stroke, height, out);
+    return out;
+}
+
+OvCenterlineStroke::Kind kindOf(const Stroke& stroke) {
+    if (!stroke.dashes.empty())
+        return OvCenterlineStroke::Kind::Dashed;
+    return stroke.hatch ? OvCenterlineStroke::Kind::Hatch : OvCenterlineStroke::Kind::Line;
+}
+
+OvVector vectorOf(OvCenterlinePoint p) {
+    return {p.x, p.y, 0.0, true};
+}
+
+void appendStroke(const OvCenterlineStroke& stroke, OvPolyline& polyline) {
+    const double w = stroke.width;
+    switch (stroke.shape) {
+    case Shape::Circle: {
+        const OvCenterlinePoint a{stroke.center.x - stroke.radius, stroke.center.y};
+        const OvCenterlinePoint b{stroke.center.x + stroke.radius, stroke.center.y};
+        polyline.appendVertex(vectorOf(a), 1.0, w, w);
+        polyline.appendVertex(vectorOf(b), 1.0, w, w);
+        polyline.appendVertex(vectorOf(a), 0.0, w, w);
+        break;
+    }
+    case Shape::Polyline:
+        for (const OvCenterlinePoint& p : stroke.points)
+            polyline.appendVertex(vectorOf(p), 0.0, w, w);
+        break;
+    default:
+        polyline.appendVertex(vectorOf(stroke.start),
+                              stroke.shape == Shape::Arc ? stroke.bulge : 0.0, w, w);
+        polyline.appendVertex(vectorOf(stroke.end), 0.0, w, w);
+        break;
+    }
+}
+
+} // namespace
+
+void writeCenterlines(const std::vector<Stroke>& strokes, const std::vector<Point>& nodes,
+                      const std::vector<InkArea>& areas, OvCenterlines& result) {
+    const double height = result.height;
+    for (const Point& node : nodes)
+        result.nodes.append({node.x, height - node.y});
+    for (const Stroke& stroke : strokes) {
+        if (stroke.dropped)
+            continue;
+        OvCenterlineStroke out = strokeOf(stroke, height);
+        out.kind = kindOf(stroke);
+        for (const double length : stroke.dashes)
+            out.dashes.append(length);
+        result.strokes.append(out);
+    }
+    for (const InkArea& area : areas) {
+        OvCenterlineArea out;
+        out.kind = area.kind == InkMask::Text ? OvCenterlineArea::Kind::Text
+                                              : OvCenterlineArea::Kind::Solid;
+        for (const std::vector<Point>& ring : area.rings) {
+            QList<OvCenterlinePoint> points;
+            for (const Point& p : ring)
+                points.append({p.x, height - p.y});
+            out.rings.append(points);
+        }
+        result.areas.append(out);
+    }
+    result.colors = {qRgb(0, 0, 0)};
+}
+
+QList<OvPolyline> polylinesOf(const OvCenterlines& centerlines) {
+    QList<OvPolyline> polylines;
+    for (const OvCenterlineStroke& stroke : centerlines.strokes) {
+        OvPolyline polyline;
+        appendStroke(stroke, polyline);
+        polylines.append(polyline);
+    }
+    for (const OvCenterlineArea& area : centerlines.areas)
+        for (const QList<OvCenterlinePoint>& ring : area.rings) {
+            OvPolyline polyline;
+            for (const OvCenterlinePoint& p : ring)
+                polyline.appendVertex(vectorOf(p), 0.0, 0.0, 0.0);
+            polyline.appendVertex(vectorOf(ring.front()), 0.0, 0.0, 0.0);
+            polylines.append(polyline);
+        }
+    return polylines;
+}
+
+} // namespace ovtrace

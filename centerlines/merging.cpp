@@ -1,0 +1,354 @@
+#include "merging.h"
+
+#include "pace.h"
+#include "strokegrid.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+namespace ovtrace {
+namespace {
+
+/// Ink along a gap, over the usual ink of the stroke, below which the stroke is broken.
+constexpr double Continuous = 0.5;
+
+/// What joining two strokes makes, with the ends that stay free.
+struct Union {
+    Carrier carrier;
+    int freeA; ///< the end of the first stroke that stays one
+    int freeB;
+    bool closes = false;
+};
+
+double weightOf(const Stroke& stroke) {
+    return stroke.carrier.support.weight();
+}
+
+/// The greatest ink within half a pixel across the stroke.
+double inkBeside(const InkLevels& ink, Point at, Point direction) {
+    const Point across = turnedQuarter(direction) * 0.5;
+    return std::max({ink.sample(at.x, at.y), ink.sample(at.x + across.x, at.y + across.y),
+                     ink.sample(at.x - across.x, at.y - across.y)});
+}
+
+/// The sum of squared distances of the stroke's samples from a carrier, in units of variances, and
+/// their number.
+struct Fit {
+    double error = 0.0;
+    int count = 0;
+    double worst = 0.0; ///< greatest distance of a mean over neighbouring samples, in pixels
+};
+
+Fit fitOf(const Stroke& stroke, const Carrier& carrier) {
+    Fit fit;
+    double run = 0.0;
+    int inRun = 0;
+    for (const Sample& sample : stroke.samples) {
+        if (sample.loose)
+            continue;
+        const double d = signedDistance(carrier, sample.at);
+        fit.error += d * d / (sample.sigma * sample.sigma);
+        ++fit.count;
+        run += d;
+        if (++inRun == 8) {
+            fit.worst = std::max(fit.worst, std::abs(run) / 8.0);
+            run = 0.0;
+            inRun = 0;
+        }
+    }
+    if (inRun > 0)
+        fit.worst = std::max(fit.worst, std::abs(run) / inRun);
+    return fit;
+}
+
+/// Whether both strokes' samples agree with the carrier within noise: sigma is what neighbours
+/// leave, slower waves of scans and of rounding are as great again.
+bool agrees(const Stroke& a, const Stroke& b, const Carrier& carrier, double sigma) {
+    const Fit fa = fitOf(a, carrier);
+    const Fit fb = fitOf(b, carrier);
+    const double allowed = 2.0 * sigma + 0.15;
+    return fa.worst <= allowed && fb.worst <= allowed &&
+           (fa.count + fb.count == 0 ||
+            (fa.error + fb.error) / (fa.count + fb.count) < allowed * allowed / (sigma * sigma));
+}
+
+std::optional<Carrier> commonLine(const Stroke& a, const Stroke& b) {
+    Moments support = a.carrier.support;
+    support.add(b.carrier.support);
+    if (support.isEmpty())
+        return std::nullopt;
+    return lineCarrier(support, a.start(), a.finish());
+}
+
+std::optional<Carrier> commonCircle(const Stroke& a, const Stroke& b) {
+    Moments support = a.carrier.support;
+    support.add(b.carrier.support);
+    std::vector<Sample> samples = a.samples;
+    samples.insert(samples.end(), b.samples.begin(), b.samples.end());
+    std::optional<Carrier> circle = circleCarrier(support, samples);
+    if (circle)
+        circle->turn = a.carrier.turn;
+    return circle;
+}
+
+class Merger {
+public:
+    Merger(std::vector<Stroke>& strokes, const InkLevels& ink, const Measure& measure)
+        : strokes(strokes), ink(ink), measure(measure) {
+    }
+
+    void run(Pace& pace) {
+        // The longest first: they say most surely where others belong.
+        std::vector<int> order;
+        for (std::size_t i = 0; i < strokes.size(); ++i)
+            order.push_back(static_cast<int>(i));
+        std::vector<double> lengths;
+        for (const Stroke& stroke : strokes)
+            lengths.push_back(lengthOf(stroke));
+        std::stable_sort(order.begin(), order.end(), [&](int a, int b) {
+            return lengths[static_cast<std::size_t>(a)] > lengths[static_cast<std::size_t>(b)];
+        });
+        double done = 0.0;
+        for (const int i : order) {
+            grow(i);
+            pace.step(done += 1.0, static_cast<double>(order.size()));
+        }
+    }
+
+private:
+    Stroke& at(int i) {
+        return strokes[static_cast<std::size_t>(i)];
+    }
+
+    void grow(int i) {
+        bool again = !at(i).dropped;
+        while (again && !at(i).closed) {
+            again = false;
+            for (int j = 0; j < static_cast<int>(strokes.size()) && !again; ++j)
+                again = j != i && !at(j).dropped && join(i, j);
+            if (!again)
+                closeCircle(at(i));
+        }
+    }
+
+    /// Makes `i` of both when they are one; the numbers of neighbours follow.
+    bool join(int i, int j) {
+        Stroke& a = at(i);
+        Stroke& b = at(j);
+        if (b.closed || a.carrier.isLine() != b.carrier.isLine())
+            return false;
+        return a.carrier.isLine() ? joinLines(i, j) : joinCircles(i, j);
+    }
+
+    bool likeWidths(const Stroke& a, const Stroke& b) const {
+        const double least = std::min(a.width, b.width);
+        return std::max(a.width, b.width) < 1.45 * least + 0.8;
+    }
+
+    bool joinLines(int i, int j) {
+        Stroke& a = at(i);
+        Stroke& b = at(j);
+        // Cheap tests first: b lies about on a's line, as far as that can be told.
+        const double la = lengthOf(a);
+        const double lb = lengthOf(b);
+        const double reach = std::max(a.width, b.width) + 1.0;
+        const double away = std::abs(signedDistance(a.carrier, b.start())) +
+                            std::abs(signedDistance(a.carrier, b.finish()));
+        if (away > reach * (lb > la ? 1.0 + lb / la : 2.0) || !likeWidths(a, b))
+            return false;
+        if (std::abs(dot(a.carrier.direction, b.carrier.direction)) < 0.9)
+            return false;
+        const bool along = dot(a.carrier.direction, b.carrier.direction) > 0.0;
+        const double b0 = placeAlong(a, along ? b.start() : b.finish());
+        const double b1 = placeAlong(a, along ? b.finish() : b.start());
+        const bool after = b0 + b1 > la;
+        const double gap = after ? b0 - la : -b1;
+        // Side by side they are two strokes (or one is explained by the other).
+        if (gap < -std::max(3.0, 0.5 * std::min(la, lb)) || gap > mostGap(a, b))
+            return false;
+        const auto line = commonLine(a, b);
+        if (!line || !agrees(a, b, *line, measure.sigma))
+            return false;
+        const Point from = projected(*line, after ? a.start() : (along ? b.start() : b.finish()));
+        const Point to = projected(*line, after ? (along ? b.finish() : b.start()) : a.finish());
+        const Point gapFrom = after ? a.finish() : (along ? b.finish() : b.start());
+        const Point gapTo = after ? (along ? b.start() : b.finish()) : a.start();
+        if (gap > 0.0 && !inkBetween(*line, projected(*line, gapFrom), projected(*line, gapTo),
+                                     std::min(a.peak, b.peak)))
+            return false;
+        const int freeA = after ? 0 : 1;
+        const int freeB = after == along ? 1 : 0;
+        unite(i, j, *line, freeA, freeB);
+        at(i).ends[0].at = from;
+        at(i).ends[1].at = to;
+        return true;
+    }
+
+    bool joinCircles(int i, int j) {
+        Stroke& a = at(i);
+        Stroke& b = at(j);
+        if (!likeWidths(a, b))
+            return false;
+        const double reach = 3.0 * (a.width + 1.0);
+        if (std::abs(signedDistance(a.carrier, b.start())) > reach ||
+            std::abs(signedDistance(a.carrier, b.finish())) > reach)
+            return false;
+        const auto circle = commonCircle(a, b);
+        if (!circle || !agrees(a, b, *circle, measure.sigma))
+            return false;
+        const bool along = a.carrier.turn == b.carrier.turn;
+        // Where b begins and ends as seen along a.
+        const int first = along ? 0 : 1;
+        const Point bFrom = b.ends[static_cast<std::size_t>(first)].at;
+        const Point bTo = b.ends[static_cast<std::size_t>(1 - first)].at;
+        const double round = 2.0 * 3.14159265358979323846 * a.carrier.radius;
+        const double la = lengthOf(a);
+        const double after = placeAlong(a, bFrom) - la;
+        const double before = round - placeAlong(a, bTo);
+        if (placeAlong(a, bFrom) < la - 3.0 && placeAlong(a, bTo) < la - 3.0)
+            return false;
+        const bool joinsAfter = after < before;
+        const double gap = joinsAfter ? after : before;
+        if (gap > mostGap(a, b))
+            return false;
+        const Point gapFrom = projected(*circle, joinsAfter ? a.finish() : bTo);
+        const Point gapTo = projected(*circle, joinsAfter ? bFrom : a.start());
+        if (gap > 0.0 && !inkBetween(*circle, gapFrom, gapTo, std::min(a.peak, b.peak)))
+            return false;
+        const Point from = projected(*circle, joinsAfter ? a.start() : bFrom);
+        const Point to = projected(*circle, joinsAfter ? bTo : a.finish());
+        unite(i, j, *circle, joinsAfter ? 0 : 1, joinsAfter ? 1 - first : first);
+        at(i).ends[0].at = from;
+        at(i).ends[1].at = to;
+        return true;
+    }
+
+    double mostGap(const Stroke& a, const Stroke& b) const {
+        return std::max(8.0 * std::max(a.width, b.width), lengthOf(a) + lengthOf(b));
+    }
+
+    bool inkBetween(const Carrier& carrier, Point from, Point to, double peak) const {
+        Stroke gap;
+        gap.carrier = carrier;
+        gap.ends[0].at = from;
+        gap.ends[1].at = to;
+        if (carrier.isLine() && dot(to - from, carrier.direction) < 0.0)
+            return true;
+        for (const Point& p : pointsAlong(gap, 0.5))
+            if (inkBeside(ink, p, directionAt(carrier, p)) < Continuous * peak)
+                return false;
+        return true;
+    }
+
+    void unite(int i, int j, const Carrier& carrier, int freeA, int freeB) {
+        Stroke& a = at(i);
+        Stroke& b = at(j);
+        const double wa = weightOf(a);
+        const double wb = weightOf(b);
+        if (wa + wb > 0.0) {
+            a.width = (a.width * wa + b.width * wb) / (wa + wb);
+            a.peak = (a.peak * wa + b.peak * wb) / (wa + wb);
+        }
+        a.carrier = carrier;
+        a.samples.insert(a.samples.end(), b.samples.begin(), b.samples.end());
+        unlink(a.ends[static_cast<std::size_t>(1 - freeA)]);
+        unlink(b.ends[static_cast<std::size_t>(1 - freeB)]);
+        const std::array<StrokeEnd, 2> old{a.ends[static_cast<std::size_t>(freeA)],
+                                           b.ends[static_cast<std::size_t>(freeB)]};
+        a.ends[static_cast<std::size_t>(freeA)] = old[0];
+        a.ends[static_cast<std::size_t>(1 - freeA)] = old[1];
+        if (old[1].next >= 0) {
+            StrokeEnd& neighbour =
+                at(old[1].next).ends[static_cast<std::size_t>(old[1].nextEnd)];
+            neighbour.next = i;
+            neighbour.nextEnd = 1 - freeA;
+        }
+        b.dropped = true;
+    }
+
+    void unlink(StrokeEnd& end) {
+        if (end.next >= 0)
+            at(end.next).ends[static_cast<std::size_t>(end.nextEnd)].next = -1;
+        end.next = -1;
+    }
+
+    /// A circle whose ends meet along ink is whole.
+    void closeCircle(Stroke& stroke) {
+        if (stroke.carrier.isLine() || stroke.closed)
+            return;
+        const double round = 2.0 * 3.14159265358979323846 * stroke.carrier.radius;
+        const double length = lengthOf(stroke);
+        if (length < 0.6 * round)
+            return;
+        if (!inkBetween(stroke.carrier, stroke.finish(), stroke.start(), stroke.peak))
+            return;
+        unlink(stroke.ends[0]);
+        unlink(stroke.ends[1]);
+        stroke.closed = true;
+    }
+
+    std::vector<Stroke>& strokes;
+    const InkLevels& ink;
+    const Measure& measure;
+};
+
+/// Whether `p`, on a stroke of `width`, lies in the ink of the other stroke.
+bool liesIn(Point p, double width, const Stroke& other) {
+    return std::abs(signedDistance(other.carrier, p)) <= 0.5 * other.width + 0.35 + 0.1 * width &&
+           covers(other, p, 0.5 * other.width + 1.0);
+}
+
+} // namespace
+
+bool inkRunsOn(const InkLevels& ink, const Stroke& stroke, int end, double distance) {
+    for (double d = 0.0; d <= distance; d += 0.5) {
+        const Point p = beyond(stroke, end, d);
+        if (inkBeside(ink, p, directionAt(stroke.carrier, p)) < Continuous * stroke.peak)
+            return false;
+    }
+    return true;
+}
+
+void mergeStrokes(std::vector<Stroke>& strokes, const InkLevels& ink, const Measure& measure,
+                  Pace& pace) {
+    Merger(strokes, ink, measure).run(pace);
+}
+
+void dropExplained(std::vector<Stroke>& strokes, Pace& pace) {
+    std::vector<std::pair<double, int>> order;
+    int right = 1;
+    int bottom = 1;
+    for (std::size_t i = 0; i < strokes.size(); ++i) {
+        if (strokes[i].dropped)
+            continue;
+        order.emplace_back(lengthOf(strokes[i]), static_cast<int>(i));
+        for (const Point& p : pointsAlong(strokes[i], 8.0)) {
+            right = std::max(right, static_cast<int>(std::min(p.x, 1e6)));
+            bottom = std::max(bottom, static_cast<int>(std::min(p.y, 1e6)));
+        }
+    }
+    std::stable_sort(order.begin(), order.end());
+    const StrokeGrid grid(strokes, right, bottom);
+    std::vector<int> near;
+    double done = 0.0;
+    for (const auto& [length, i] : order) {
+        pace.step(done += 1.0, static_cast<double>(order.size()));
+        Stroke& stroke = strokes[static_cast<std::size_t>(i)];
+        if (stroke.closed)
+            continue;
+        bool explained = true;
+        const std::vector<Point> points = pointsAlong(stroke, 1.0);
+        for (std::size_t k = 0; k < points.size() && explained; ++k) {
+            grid.near(points[k], stroke.width, near);
+            explained = std::any_of(near.begin(), near.end(), [&](int j) {
+                const Stroke& other = strokes[static_cast<std::size_t>(j)];
+                return j != i && !other.dropped && lengthOf(other) > length &&
+                       liesIn(points[k], stroke.width, other);
+            });
+        }
+        stroke.dropped = explained;
+    }
+}
+
+} // namespace ovtrace

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "inklevels.h"
+#include "strokepaths.h"
+
+#include <vector>
+
+namespace ovtrace {
+
+class Pace;
+
+/// Whether ink runs on along the carrier of `stroke` from its end for `distance` pixels.
+bool inkRunsOn(const InkLevels& ink, const Stroke& stroke, int end, double distance);
+
+/// Joins strokes that one line or one circle explains and between which ink runs on: lines that
+/// go through crossings, circles that close. Strokes whose place other strokes explain are
+/// dropped: what is left of where strokes run together.
+void mergeStrokes(std::vector<Stroke>& strokes, const InkLevels& ink, const Measure& measure,
+                  Pace& pace);
+
+/// Drops short strokes that lie within others.
+void dropExplained(std::vector<Stroke>& strokes, Pace& pace);
+
+} // namespace ovtrace

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "traceprogress.h"
+
+#include <chrono>
+
+namespace ovtrace {
+
+/// Thrown by a Pace when the host wants no more; only OvTraceCenterlines::trace() catches it.
+struct TraceCancelled {};
+
+/// Tells the host how far a trace has come, often enough and not more often.
+class Pace {
+public:
+    explicit Pace(OvTraceProgress* progress) : progress(progress), last(Clock::now()) {
+    }
+
+    /// Starts a stage that takes the trace from where the last one ended up to `end` (0 to 1).
+    void stage(double end) {
+        begin = this->end;
+        this->end = end;
+        if (progress)
+            report(begin);
+    }
+
+    /// To be called at least every few milliseconds: `done` of `all` of the stage is done.
+    void step(double done, double all) {
+        if (!progress || Clock::now() - last < Interval)
+            return;
+        report(begin + (end - begin) * (all > 0.0 ? done / all : 1.0));
+    }
+
+private:
+    using Clock = std::chrono::steady_clock;
+    static constexpr std::chrono::milliseconds Interval{8};
+
+    void report(double fraction) {
+        last = Clock::now();
+        if (!progress->report(fraction))
+            throw TraceCancelled();
+    }
+
+    OvTraceProgress* progress;
+    Clock::time_point last;
+    double begin = 0.0;
+    double end = 0.0;
+};
+
+} // namespace ovtrace

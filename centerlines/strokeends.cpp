@@ -1,0 +1,350 @@
+#include "strokeends.h"
+
+#include "pace.h"
+#include "strokegrid.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace ovtrace {
+namespace {
+
+/// Ink over the usual ink of a stroke at which it ends: the edge of a blurred one.
+constexpr double EdgeInk = 0.5;
+constexpr double InkStep = 0.25;
+/// Cosine beyond which two lines count as parallel: 4 degrees.
+constexpr double Parallel = 0.9976;
+
+/// What is known of one end of a stroke while its place is sought.
+struct EndState {
+    double ink = 0.0; ///< where its ink ends, in pixels beyond where the fit ended
+    Point tip;        ///< that place
+    double back = 0.0; ///< how far before it the fit may have overshot
+    int partner = -1;
+    Point target;
+    bool through = false; ///< the partner runs on beyond the target
+    int group = -1;
+};
+
+class EndJoiner {
+public:
+    EndJoiner(std::vector<Stroke>& strokes, const InkLevels& ink)
+        : strokes(strokes), ink(ink), grid(strokes, ink.width, ink.height),
+          states(strokes.size()), lengths(strokes.size(), 0.0) {
+    }
+
+    std::vector<Point> run(Pace& pace) {
+        for (int i = 0; i < count(); ++i)
+            if (isOpen(i)) {
+                lengths[index(i)] = lengthOf(at(i));
+                for (int e = 0; e < 2; ++e)
+                    measure(i, e);
+            }
+        for (int i = 0; i < count(); ++i) {
+            for (int e = 0; isOpen(i) && e < 2; ++e)
+                choose(i, e);
+            pace.step(i, count());
+        }
+        groupCorners();
+        placeCorners();
+        placeRest();
+        return std::move(nodes);
+    }
+
+private:
+    static std::size_t index(int i) {
+        return static_cast<std::size_t>(i);
+    }
+    int count() const {
+        return static_cast<int>(strokes.size());
+    }
+    Stroke& at(int i) {
+        return strokes[index(i)];
+    }
+    EndState& state(int i, int e) {
+        return states[index(i)][index(e)];
+    }
+    bool isOpen(int i) {
+        return !at(i).dropped && !at(i).closed;
+    }
+
+    double inkAt(Point p, Point direction) const {
+        const Point across = turnedQuarter(direction) * 0.5;
+        return (2.0 * ink.sample(p.x, p.y) + ink.sample(p.x + across.x, p.y + across.y) +
+                ink.sample(p.x - across.x, p.y - across.y)) /
+               4.0;
+    }
+
+    void measure(int i, int e) {
+        Stroke& stroke = at(i);
+        EndState& s = state(i, e);
+        const double most = 4.0 * stroke.width + (stroke.ends[index(e)].solid ? 40.0 : 14.0);
+        s.back = std::min(0.45 * lengths[index(i)], 1.5 * stroke.width + 4.0);
+        const double edge = EdgeInk * stroke.peak;
+        const auto level = [&](double d) {
+            const Point p = beyond(stroke, e, d);
+            return inkAt(p, directionAt(stroke.carrier, p));
+        };
+        // From safely inside outward; the place of the edge between two steps is interpolated.
+        double d = -std::min(s.back, 2.0);
+        double before = level(d);
+        while (d < most) {
+            const double after = level(d + InkStep);
+            if (after < edge) {
+                d += before > after ? InkStep * std::clamp((before - edge) / (before - after), 0.0, 1.0)
+                                    : 0.0;
+                break;
+            }
+            before = after;
+            d += InkStep;
+        }
+        s.ink = d;
+        s.tip = beyond(stroke, e, d);
+    }
+
+    /// Pixels beyond the end `e` of stroke `i` at which its carrier is closest to `p`.
+    double offsetOf(int i, int e, Point p) {
+        const Stroke& stroke = at(i);
+        const double along = placeAlong(stroke, p);
+        if (stroke.carrier.isLine())
+            return e == 0 ? -along : along - lengths[index(i)];
+        const double round = 2.0 * 3.14159265358979323846 * stroke.carrier.radius;
+        const double length = lengths[index(i)];
+        // A place in the gap belongs to the nearer end.
+        if (e == 1)
+            return along > (round + length) / 2.0 ? along - round - length : along - length;
+        return along > (round + length) / 2.0 ? round - along : -along;
+    }
+
+    /// Whether `p`, on its carrier, lies in the ink of stroke `j`.
+    bool reaches(int j, Point p) {
+        if (at(j).closed)
+            return true;
+        const double slack = 1.0 + 0.3 * at(j).width;
+        return offsetOf(j, 0, p) <= std::max(state(j, 0).ink, 0.0) + slack &&
+               offsetOf(j, 1, p) <= std::max(state(j, 1).ink, 0.0) + slack;
+    }
+
+    /// The end of stroke `j` that belongs to a corner at `p`, or -1 where it runs through.
+    int endAt(int j, Point p) {
+        if (at(j).closed)
+            return -1;
+        const std::array<double, 2> beyondEnd{offsetOf(j, 0, p), offsetOf(j, 1, p)};
+        const int e = beyondEnd[0] > beyondEnd[1] ? 0 : 1;
+        const EndState& s = state(j, e);
+        // Where its ink runs on clearly past the place it is no end.
+        const double past = std::max(s.ink, 0.0) - beyondEnd[index(e)];
+        return beyondEnd[index(e)] > -s.back && past < 1.5 * at(j).width + 3.0 ? e : -1;
+    }
+
+    void choose(int i, int e) {
+        const Stroke& stroke = at(i);
+        EndState& s = state(i, e);
+        std::vector<int> found;
+        std::vector<int> nearTip;
+        grid.near(stroke.ends[index(e)].at, 12.0, found);
+        grid.near(s.tip, 12.0, nearTip);
+        found.insert(found.end(), nearTip.begin(), nearTip.end());
+        std::sort(found.begin(), found.end());
+        found.erase(std::unique(found.begin(), found.end()), found.end());
+        double best = 1e9;
+        for (const int j : found)
+            if (j != i && !at(j).dropped)
+                consider(i, e, j, best);
+        if (s.partner < 0 && stroke.ends[index(e)].next >= 0)
+            joinSmoothly(i, e);
+    }
+
+    void consider(int i, int e, int j, double& best) {
+        const Stroke& stroke = at(i);
+        const Stroke& other = at(j);
+        EndState& s = state(i, e);
+        const bool linked = stroke.ends[index(e)].next == j;
+        for (const Point& p : meetings(stroke.carrier, other.carrier)) {
+            const double offset = offsetOf(i, e, p);
+            if (offset < -s.back || offset > s.ink + 1.0 + 0.25 * other.width || !reaches(j, p))
+                continue;
+            const Point a = directionAt(stroke.carrier, p);
+            const Point b = directionAt(other.carrier, p);
+            if (std::abs(dot(a, b)) > Parallel && !linked)
+                continue;
+            // The ink of the end runs on through the other stroke to its far edge.
+            const double sine = std::max(std::abs(cross(a, b)), 0.25);
+            const double expected = offset + 0.5 * other.width / sine;
+            const double miss = std::abs(s.ink - expected) - (linked ? 2.0 : 0.0);
+            if (miss >= best)
+                continue;
+            best = miss;
+            s.partner = j;
+            s.target = p;
+            s.through = endAt(j, p) < 0;
+        }
+    }
+
+    /// Neighbours of one path whose carriers do not meet (they touch) share the place between.
+    void joinSmoothly(int i, int e) {
+        const StrokeEnd& end = at(i).ends[index(e)];
+        const int j = end.next;
+        if (at(j).dropped || at(j).closed)
+            return;
+        const Point other = at(j).ends[index(end.nextEnd)].at;
+        EndState& s = state(i, e);
+        if (distance(end.at, other) > 4.0 * at(i).width + 8.0)
+            return;
+        s.partner = j;
+        s.target = middle(projected(at(i).carrier, other), projected(at(j).carrier, end.at));
+        s.through = false;
+    }
+
+    void groupCorners() {
+        for (int i = 0; i < count(); ++i)
+            for (int e = 0; isOpen(i) && e < 2; ++e) {
+                EndState& s = state(i, e);
+                if (s.partner < 0 || s.through)
+                    continue;
+                const int f = endAt(s.partner, s.target);
+                if (f >= 0)
+                    unite(i, e, s.partner, f);
+            }
+    }
+
+    void unite(int i, int e, int j, int f) {
+        EndState& a = state(i, e);
+        EndState& b = state(j, f);
+        if (a.group < 0 && b.group < 0) {
+            a.group = b.group = static_cast<int>(groups.size());
+            groups.push_back({{i, e}, {j, f}});
+            return;
+        }
+        if (a.group == b.group)
+            return;
+        if (a.group < 0 || b.group < 0) {
+            const int g = std::max(a.group, b.group);
+            groups[index(g)].push_back(a.group < 0 ? std::array{i, e} : std::array{j, f});
+            a.group = b.group = g;
+            return;
+        }
+        const int kept = std::min(a.group, b.group);
+        const int gone = std::max(a.group, b.group);
+        for (const auto& [k, end] : groups[index(gone)]) {
+            state(k, end).group = kept;
+            groups[index(kept)].push_back({k, end});
+        }
+        groups[index(gone)].clear();
+    }
+
+    /// The place with the least squared distances from the carriers of ends near `around`.
+    Point meetingOf(const std::vector<std::array<int, 2>>& members, Point around) {
+        Point place = around;
+        for (int round = 0; round < 3; ++round) {
+            double xx = 1e-6;
+            double xy = 0.0;
+            double yy = 1e-6;
+            double x = 0.0;
+            double y = 0.0;
+            for (const auto& [i, e] : members) {
+                const Point foot = projected(at(i).carrier, place);
+                const Point n = turnedQuarter(directionAt(at(i).carrier, foot));
+                const double w = std::min(lengths[index(i)], 50.0) + 1.0;
+                const double d = dot(n, foot - place);
+                xx += w * n.x * n.x;
+                xy += w * n.x * n.y;
+                yy += w * n.y * n.y;
+                x += w * n.x * d;
+                y += w * n.y * d;
+            }
+            const double determinant = xx * yy - xy * xy;
+            const Point step{(yy * x - xy * y) / determinant, (xx * y - xy * x) / determinant};
+            if (!isFinite(step) || length(step) > 20.0)
+                return around;
+            place += step;
+        }
+        return place;
+    }
+
+    void placeCorners() {
+        for (std::vector<std::array<int, 2>>& group : groups) {
+            if (group.size() < 2)
+                continue;
+            Point place = cornerOf(group);
+            // Ends that belong elsewhere leave the corner; twice, as each moves it.
+            for (int round = 0; round < 2; ++round) {
+                const auto strays = [&](const std::array<int, 2>& member) {
+                    const auto& [i, e] = member;
+                    const double off = std::abs(signedDistance(at(i).carrier, place));
+                    return off > 0.3 * at(i).width + 1.2;
+                };
+                const std::size_t before = group.size();
+                std::erase_if(group, strays);
+                if (group.size() == before || group.size() < 2)
+                    break;
+                place = cornerOf(group);
+            }
+            if (group.size() >= 2)
+                addNode(group, place);
+        }
+    }
+
+    Point cornerOf(const std::vector<std::array<int, 2>>& group) {
+        Point mean;
+        double weight = 0.0;
+        for (const auto& [i, e] : group) {
+            const EndState& s = state(i, e);
+            const Point p = s.partner >= 0 ? s.target : at(i).ends[index(e)].at;
+            const double w = s.partner >= 0 ? 1.0 : 0.01;
+            mean += p * w;
+            weight += w;
+        }
+        mean = mean / weight;
+        bool touching = true;
+        for (const auto& [i, e] : group)
+            for (const auto& [j, f] : group)
+                touching = touching &&
+                           std::abs(dot(directionAt(at(i).carrier, mean),
+                                        directionAt(at(j).carrier, mean))) > 0.985;
+        if (touching)
+            return mean;
+        return meetingOf(group, mean);
+    }
+
+    void addNode(const std::vector<std::array<int, 2>>& group, Point place) {
+        for (const auto& [i, e] : group) {
+            at(i).ends[index(e)].at = place;
+            at(i).ends[index(e)].node = static_cast<int>(nodes.size());
+        }
+        nodes.push_back(place);
+    }
+
+    /// Ends of T joints and free ends.
+    void placeRest() {
+        for (int i = 0; i < count(); ++i)
+            for (int e = 0; isOpen(i) && e < 2; ++e) {
+                StrokeEnd& end = at(i).ends[index(e)];
+                const EndState& s = state(i, e);
+                if (end.node >= 0)
+                    continue;
+                if (s.partner >= 0) {
+                    addNode({{i, e}}, s.target);
+                    continue;
+                }
+                if (!end.solid)
+                    end.at = s.tip;
+            }
+    }
+
+    std::vector<Stroke>& strokes;
+    const InkLevels& ink;
+    StrokeGrid grid;
+    std::vector<std::array<EndState, 2>> states;
+    std::vector<double> lengths;
+    std::vector<std::vector<std::array<int, 2>>> groups;
+    std::vector<Point> nodes;
+};
+
+} // namespace
+
+std::vector<Point> joinEnds(std::vector<Stroke>& strokes, const InkLevels& ink, Pace& pace) {
+    return EndJoiner(strokes, ink).run(pace);
+}
+
+} // namespace ovtrace

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "profiles.h"
+#include "skeleton.h"
+#include "stroke.h"
+
+#include <vector>
+
+namespace ovtrace {
+
+class Pace;
+
+/// How surely the measured points lie on their strokes.
+struct Measure {
+    double sigma = 0.1; ///< standard deviation across a stroke, in pixels
+};
+
+/// The deviation of the points of all chains from their neighbours. With `twoLevels` (no greys) it
+/// is at least what the rounding of both edges to whole pixels makes.
+Measure measureNoise(const std::vector<std::vector<StrokePoint>>& profiles, bool twoLevels);
+
+/// Lines, arcs and circles of the skeleton: chains that go on straight through a node are
+/// followed as one path, which is then cut into as few shapes as the noise allows.
+std::vector<Stroke> fitStrokes(const Skeleton& skeleton,
+                               std::vector<std::vector<StrokePoint>> profiles,
+                               const Measure& measure, Pace& pace);
+
+} // namespace ovtrace

@@ -1,0 +1,191 @@
+#include "textfinder.h"
+
+#include "pace.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+namespace ovtrace {
+namespace {
+
+/// Share of the rectangle of its own moments that a bar fills at least; letters fill less.
+constexpr double BarFill = 0.85;
+/// Gap between neighbours over the size of the greater one.
+constexpr double GapOfSize = 0.45;
+
+enum class Form : std::uint8_t { Bar, Ring, Complex };
+
+struct Member {
+    std::uint32_t component;
+    Form form;
+    int size;   ///< the greater of width and height
+    int group;  ///< index of the first member known to be in company with it
+    bool text;
+};
+
+struct Spread {
+    double x = 0.0;
+    double y = 0.0;
+    double xx = 0.0;
+    double xy = 0.0;
+    double yy = 0.0;
+};
+
+template <typename Visit>
+void forEachPixel(const InkComponents& all, const InkComponent& component, Visit visit) {
+    for (std::uint32_t i = 0; i < component.runCount; ++i) {
+        const InkRun& run = all.runs[component.firstRun + i];
+        for (int x = run.begin; x < run.end; ++x)
+            visit(x, run.y);
+    }
+}
+
+Spread spreadOf(const InkComponents& all, const InkComponent& component) {
+    Spread s;
+    const double n = component.area;
+    forEachPixel(all, component, [&](int x, int y) {
+        s.x += x;
+        s.y += y;
+    });
+    s.x /= n;
+    s.y /= n;
+    forEachPixel(all, component, [&](int x, int y) {
+        s.xx += (x - s.x) * (x - s.x);
+        s.xy += (x - s.x) * (y - s.y);
+        s.yy += (y - s.y) * (y - s.y);
+    });
+    // The pixel's own extent adds a twelfth.
+    s.xx = s.xx / n + 1.0 / 12.0;
+    s.xy = s.xy / n;
+    s.yy = s.yy / n + 1.0 / 12.0;
+    return s;
+}
+
+bool isBar(const Spread& s, int area) {
+    // A rectangle a by b has the variances a^2/12 and b^2/12.
+    const double sides = 12.0 * std::sqrt(std::max(s.xx * s.yy - s.xy * s.xy, 0.0));
+    return area >= BarFill * sides;
+}
+
+bool isRing(const InkComponents& all, const InkComponent& component, const Spread& s,
+            double strokeWidth) {
+    double least = 1e9;
+    double greatest = 0.0;
+    forEachPixel(all, component, [&](int x, int y) {
+        const double d = (x - s.x) * (x - s.x) + (y - s.y) * (y - s.y);
+        least = std::min(least, d);
+        greatest = std::max(greatest, d);
+    });
+    least = std::sqrt(least);
+    greatest = std::sqrt(greatest);
+    const double width = greatest - least;
+    return least > 1.5 && width < 1.5 * strokeWidth + 1.5 &&
+           component.area > 0.5 * 3.1416 * (greatest * greatest - least * least);
+}
+
+Form formOf(const InkComponents& all, const InkComponent& component, double strokeWidth) {
+    const Spread s = spreadOf(all, component);
+    if (isBar(s, component.area))
+        return Form::Bar;
+    return isRing(all, component, s, strokeWidth) ? Form::Ring : Form::Complex;
+}
+
+int gapBetween(const InkComponent& a, const InkComponent& b) {
+    const int dx = std::max({a.left - b.right, b.left - a.right, 0});
+    const int dy = std::max({a.top - b.bottom, b.top - a.bottom, 0});
+    return std::max(dx, dy);
+}
+
+/// Small components, sorted by their left edges.
+std::vector<Member> smallOnes(const InkComponents& components, double largest,
+                              double strokeWidth) {
+    std::vector<Member> members;
+    for (std::uint32_t i = 0; i < components.components.size(); ++i) {
+        const InkComponent& c = components.components[i];
+        const int size = std::max(c.width(), c.height());
+        if (size <= largest)
+            members.push_back({i, formOf(components, c, strokeWidth), size, 0, false});
+    }
+    std::stable_sort(members.begin(), members.end(), [&](const Member& a, const Member& b) {
+        return components.components[a.component].left < components.components[b.component].left;
+    });
+    for (std::size_t i = 0; i < members.size(); ++i)
+        members[i].group = static_cast<int>(i);
+    return members;
+}
+
+int rootOf(std::vector<Member>& members, int i) {
+    const auto at = [&](int k) -> int& { return members[static_cast<std::size_t>(k)].group; };
+    while (at(i) != i) {
+        at(i) = at(at(i));
+        i = at(i);
+    }
+    return i;
+}
+
+bool inCompany(const Member& a, const InkComponent& ca, const Member& b, const InkComponent& cb) {
+    if (a.form != Form::Complex && b.form != Form::Complex)
+        return false;
+    // A bar or a ring belongs to a character of about its own size, not to a drawing beside it.
+    const int size = a.form != Form::Complex   ? b.size
+                     : b.form != Form::Complex ? a.size
+                                               : std::max(a.size, b.size);
+    if (a.form != b.form && std::max(a.size, b.size) > size * 3 / 2)
+        return false;
+    return gapBetween(ca, cb) <= GapOfSize * size;
+}
+
+void joinCompany(std::vector<Member>& members, const InkComponents& components, double largest) {
+    for (std::size_t i = 0; i < members.size(); ++i) {
+        const InkComponent& a = components.components[members[i].component];
+        for (std::size_t j = i + 1; j < members.size(); ++j) {
+            const InkComponent& b = components.components[members[j].component];
+            if (b.left > a.right + GapOfSize * largest)
+                break;
+            if (!inCompany(members[i], a, members[j], b))
+                continue;
+            const int ra = rootOf(members, static_cast<int>(i));
+            const int rb = rootOf(members, static_cast<int>(j));
+            members[static_cast<std::size_t>(std::max(ra, rb))].group = std::min(ra, rb);
+        }
+    }
+}
+
+void decide(std::vector<Member>& members) {
+    std::vector<int> count(members.size(), 0);
+    for (std::size_t i = 0; i < members.size(); ++i)
+        ++count[static_cast<std::size_t>(rootOf(members, static_cast<int>(i)))];
+    std::vector<int> heights;
+    for (std::size_t i = 0; i < members.size(); ++i) {
+        Member& m = members[i];
+        m.text = count[static_cast<std::size_t>(rootOf(members, static_cast<int>(i)))] >= 2;
+        if (m.text && m.form == Form::Complex)
+            heights.push_back(m.size);
+    }
+    if (heights.empty())
+        return;
+    std::sort(heights.begin(), heights.end());
+    const int low = heights[heights.size() / 10];
+    const int high = heights[heights.size() * 9 / 10];
+    for (Member& m : members)
+        if (m.form == Form::Complex && 10 * m.size >= 8 * low && 10 * m.size <= 12 * high)
+            m.text = true;
+}
+
+} // namespace
+
+void markText(InkMask& mask, const InkComponents& components, double largest, double strokeWidth,
+              Pace& pace) {
+    std::vector<Member> members = smallOnes(components, largest, strokeWidth);
+    joinCompany(members, components, largest);
+    decide(members);
+    for (const Member& member : members)
+        if (member.text)
+            forEachPixel(components, components.components[member.component], [&](int x, int y) {
+                mask.values[mask.indexOf(x, y)] = InkMask::Text;
+            });
+    pace.step(1.0, 1.0);
+}
+
+} // namespace ovtrace

@@ -1,0 +1,118 @@
+#include "tracecenterlines.h"
+
+#include "centerlineoptions.h"
+#include "centerlineoutput.h"
+#include "distance.h"
+#include "inklevels.h"
+#include "inkmask.h"
+#include "merging.h"
+#include "outlines.h"
+#include "pace.h"
+#include "profiles.h"
+#include "skeleton.h"
+#include "solids.h"
+#include "strokeends.h"
+#include "strokepaths.h"
+#include "textfinder.h"
+#include "thinning.h"
+
+#include <QImage>
+
+#include <algorithm>
+
+using namespace ovtrace;
+
+namespace {
+
+/// Pixels in thousands below which a component is noise, not drawing, when there are too many.
+constexpr double MostComponentsPerMegapixel = 20000.0;
+/// Strokes narrower than this many pixels are traced at twice the resolution.
+constexpr double NarrowStroke = 2.6;
+
+bool isTwoLevels(const InkLevels& ink) {
+    std::size_t grey = 0;
+    std::size_t black = 0;
+    for (const std::uint8_t level : ink.levels) {
+        grey += level > 16 && level < 239 ? 1 : 0;
+        black += level >= 239 ? 1 : 0;
+    }
+    return grey * 50 < black;
+}
+
+OvCenterlines traceInk(InkLevels ink, const CenterlineOptions& options, Pace& pace) {
+    const bool twoLevels = isTwoLevels(ink);
+    const double megapixels = static_cast<double>(ink.levels.size()) / 1e6;
+    pace.stage(0.2);
+    InkMask mask = inkMask(ink, options.threshold, pace);
+    InkComponents components = findComponents(mask, InkMask::Ink, pace);
+    despeckle(components, options.speckArea, mask, ink);
+    OvCenterlines result;
+    result.width = ink.width;
+    result.height = ink.height;
+    if (static_cast<double>(components.components.size()) >
+        MostComponentsPerMegapixel * std::max(megapixels, 0.05)) {
+        result.message = QStringLiteral("The image holds no lines, only noise.");
+        return result;
+    }
+    pace.stage(0.35);
+    std::vector<std::uint8_t> distance = distanceToPaper(mask, pace);
+    const std::uint8_t ridge = medianRidge(mask, distance, pace);
+    const double strokeWidth = 2.0 * halfWidthAt(ridge);
+    pace.stage(0.45);
+    markSolids(mask, distance, components, ridge, {}, pace);
+    markText(mask, components, options.textSize * strokeWidth, strokeWidth, pace);
+    const auto areasOf = [&](InkMask::Value kind) { return outlineAreas(ink, mask, kind, pace); };
+    std::vector<InkArea> areas = areasOf(InkMask::Solid);
+    std::vector<InkArea> text = areasOf(InkMask::Text);
+    areas.insert(areas.end(), std::make_move_iterator(text.begin()),
+                 std::make_move_iterator(text.end()));
+    pace.stage(0.6);
+    const std::vector<std::size_t> thinned = thin(mask, pace);
+    const Skeleton skeleton = buildSkeleton(mask, thinned, distance, pace);
+    pace.stage(0.7);
+    std::vector<std::vector<StrokePoint>> profiles =
+        strokeProfiles(ink, mask, distance, skeleton, pace);
+    const Measure measure = measureNoise(profiles, twoLevels);
+    pace.stage(0.8);
+    std::vector<Stroke> strokes = fitStrokes(skeleton, std::move(profiles), measure, pace);
+    pace.stage(0.9);
+    mergeStrokes(strokes, ink, measure, pace);
+    dropExplained(strokes, pace);
+    const std::vector<Point> nodes = joinEnds(strokes, ink, pace);
+    writeCenterlines(strokes, nodes, areas, result);
+    pace.stage(1.0);
+    return result;
+}
+
+} // namespace
+
+OvTraceCenterlines::OvTraceCenterlines() : options(defaultCenterlineOptions()) {
+}
+
+OvTraceCenterlines::OvTraceCenterlines(const OvTraceCenterlines& other) = default;
+OvTraceCenterlines& OvTraceCenterlines::operator=(const OvTraceCenterlines& other) = default;
+OvTraceCenterlines::~OvTraceCenterlines() = default;
+
+void OvTraceCenterlines::setOption(const QString& key, double value) {
+    options[key] = value;
+}
+
+void OvTraceCenterlines::setProgress(OvTraceProgress* progress) {
+    this->progress = progress;
+}
+
+OvCenterlines OvTraceCenterlines::trace(const QImage& image) {
+    if (image.isNull() || image.width() == 0 || image.height() == 0)
+        return {};
+    try {
+        Pace pace(progress);
+        pace.stage(0.1);
+        return traceInk(inkLevels(image, pace), readCenterlineOptions(options), pace);
+    } catch (const TraceCancelled&) {
+        return {};
+    }
+}
+
+QList<OvPolyline> OvTraceCenterlines::polylines(const OvCenterlines& centerlines) {
+    return polylinesOf(centerlines);
+}

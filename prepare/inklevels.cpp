@@ -1,0 +1,142 @@
+#include "inklevels.h"
+
+#include "pace.h"
+#include "paper.h"
+
+#include <QImage>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+namespace ovtrace {
+namespace {
+
+/// Pixels are compared with the paper in whole 1/512ths of it.
+constexpr int RatioSteps = 512;
+
+/// Brightness as a fraction of the paper's at which ink is full: what the darker part of the dark
+/// pixels reaches. Thin strokes never do, so a low quantile and not a mean.
+int fullInkRatio(const std::array<std::uint32_t, RatioSteps + 1>& histogram) {
+    // The dark class by the greatest variance between two classes.
+    double total = 0.0;
+    double sum = 0.0;
+    for (int i = 0; i <= RatioSteps; ++i) {
+        total += histogram[static_cast<std::size_t>(i)];
+        sum += static_cast<double>(i) * histogram[static_cast<std::size_t>(i)];
+    }
+    double below = 0.0;
+    double sumBelow = 0.0;
+    double best = -1.0;
+    double darkCount = 0.0;
+    for (int i = 0; i < RatioSteps; ++i) {
+        below += histogram[static_cast<std::size_t>(i)];
+        sumBelow += static_cast<double>(i) * histogram[static_cast<std::size_t>(i)];
+        if (below == 0.0 || below == total)
+            continue;
+        const double between = sumBelow / below - (sum - sumBelow) / (total - below);
+        const double variance = below * (total - below) * between * between;
+        if (variance > best) {
+            best = variance;
+            darkCount = below;
+        }
+    }
+    double seen = 0.0;
+    for (int i = 0; i <= RatioSteps; ++i) {
+        seen += histogram[static_cast<std::size_t>(i)];
+        if (seen > 0.0 && seen >= 0.15 * darkCount)
+            return std::min(i, RatioSteps * 3 / 4);
+    }
+    return 0;
+}
+
+int ratioOf(int value, int paper) {
+    return std::min(RatioSteps, value * RatioSteps / std::max(paper, 1));
+}
+
+} // namespace
+
+double InkLevels::sample(double x, double y) const {
+    const double u = x - 0.5;
+    const double v = y - 0.5;
+    if (!(u > -1.0 && v > -1.0 && u < width && v < height))
+        return 0.0;
+    const int left = static_cast<int>(u + 1.0) - 1;
+    const int top = static_cast<int>(v + 1.0) - 1;
+    const double fx = u - left;
+    const double fy = v - top;
+    const auto level = [this](int px, int py) {
+        return px < 0 || py < 0 || px >= width || py >= height ? 0.0
+                                                               : static_cast<double>(at(px, py));
+    };
+    const double upper = level(left, top) * (1.0 - fx) + level(left + 1, top) * fx;
+    const double lower = level(left, top + 1) * (1.0 - fx) + level(left + 1, top + 1) * fx;
+    return (upper * (1.0 - fy) + lower * fy) / 255.0;
+}
+
+InkLevels inkLevels(const QImage& image, Pace& pace) {
+    InkLevels ink = brightness(image, pace);
+    const Paper paper = paperOf(ink, pace);
+    std::vector<std::uint8_t> paperRow(static_cast<std::size_t>(ink.width));
+    std::array<std::uint32_t, RatioSteps + 1> histogram{};
+    for (int y = 0; y < ink.height; ++y) {
+        paper.row(y, paperRow);
+        const std::uint8_t* row = ink.levels.data() + ink.indexOf(0, y);
+        for (std::size_t x = 0; x < paperRow.size(); ++x)
+            ++histogram[static_cast<std::size_t>(ratioOf(row[x], paperRow[x]))];
+        pace.step(y, 2.0 * ink.height);
+    }
+    const int full = fullInkRatio(histogram);
+    std::array<std::uint8_t, RatioSteps + 1> levelOf{};
+    for (int i = 0; i <= RatioSteps; ++i) {
+        const int level = (RatioSteps - i) * 255 / (RatioSteps - full);
+        levelOf[static_cast<std::size_t>(i)] = static_cast<std::uint8_t>(std::min(level, 255));
+    }
+    for (int y = 0; y < ink.height; ++y) {
+        paper.row(y, paperRow);
+        std::uint8_t* row = ink.levels.data() + ink.indexOf(0, y);
+        for (std::size_t x = 0; x < paperRow.size(); ++x)
+            row[x] = levelOf[static_cast<std::size_t>(ratioOf(row[x], paperRow[x]))];
+        pace.step(ink.height + y, 2.0 * ink.height);
+    }
+    return ink;
+}
+
+InkLevels doubledInk(const InkLevels& ink, Pace& pace) {
+    // Middles of the new pixels lie a quarter and three quarters between those of the old: cubic
+    // (Catmull-Rom) weights there, in 128ths.
+    constexpr std::array<int, 4> Weights{-9, 111, 29, -3};
+    InkLevels doubled{ink.width * 2, ink.height * 2, {}};
+    doubled.levels.resize(ink.levels.size() * 4);
+    const auto clampIndex = [](int i, int n) { return std::clamp(i, 0, n - 1); };
+    std::vector<int> column(static_cast<std::size_t>(ink.width));
+    for (int y = 0; y < doubled.height; ++y) {
+        // The old pixel that holds the new one is nearest; the further neighbour lies beyond the
+        // near edge.
+        const int near = y / 2;
+        const int side = (y & 1) ? 1 : -1;
+        const std::array rows{near - side, near, near + side, near + 2 * side};
+        std::fill(column.begin(), column.end(), 0);
+        for (std::size_t k = 0; k < 4; ++k) {
+            const std::uint8_t* row =
+                ink.levels.data() + ink.indexOf(0, clampIndex(rows[k], ink.height));
+            for (std::size_t x = 0; x < column.size(); ++x)
+                column[x] += Weights[k] * row[x];
+        }
+        std::uint8_t* out = doubled.levels.data() + doubled.indexOf(0, y);
+        for (int x = 0; x < doubled.width; ++x) {
+            const int middle = x / 2;
+            const int step = (x & 1) ? 1 : -1;
+            int sum = 0;
+            for (int k = 0; k < 4; ++k)
+                sum += Weights[static_cast<std::size_t>(k)] *
+                       column[static_cast<std::size_t>(
+                           clampIndex(middle + (k - 1) * step, ink.width))];
+            out[x] = static_cast<std::uint8_t>(std::clamp((sum + 8192) / 16384, 0, 255));
+        }
+        pace.step(y, doubled.height);
+    }
+    return doubled;
+}
+
+} // namespace ovtrace
