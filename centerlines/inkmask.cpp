@@ -42,8 +42,8 @@ void fillPinholes(InkMask& mask, InkLevels& ink) {
             at[0] = InkMask::Ink;
             const std::size_t p = ink.indexOf(x, y);
             const auto w = static_cast<std::size_t>(ink.width);
-            const int sum = ink.levels[p - 1] + ink.levels[p + 1] + ink.levels[p - w] +
-                            ink.levels[p + w];
+            const int sum =
+                ink.levels[p - 1] + ink.levels[p + 1] + ink.levels[p - w] + ink.levels[p + w];
             ink.levels[p] = static_cast<std::uint8_t>(sum / 4);
         }
     }

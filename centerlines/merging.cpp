@@ -259,8 +259,7 @@ private:
         a.ends[static_cast<std::size_t>(freeA)] = old[0];
         a.ends[static_cast<std::size_t>(1 - freeA)] = old[1];
         if (old[1].next >= 0) {
-            StrokeEnd& neighbour =
-                at(old[1].next).ends[static_cast<std::size_t>(old[1].nextEnd)];
+            StrokeEnd& neighbour = at(old[1].next).ends[static_cast<std::size_t>(old[1].nextEnd)];
             neighbour.next = i;
             neighbour.nextEnd = 1 - freeA;
         }

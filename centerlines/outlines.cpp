@@ -33,17 +33,19 @@ struct Patch {
 Patch patchOf(const InkLevels& ink, const InkMask& mask, const InkComponents& all,
               const InkComponent& component) {
     constexpr int Border = 2;
-    Patch patch{component.left - Border, component.top - Border,
-                component.width() + 2 * Border, component.height() + 2 * Border, {}};
+    Patch patch{component.left - Border,
+                component.top - Border,
+                component.width() + 2 * Border,
+                component.height() + 2 * Border,
+                {}};
     patch.levels.resize(static_cast<std::size_t>(patch.width) *
                         static_cast<std::size_t>(patch.height));
     const auto put = [&](int x, int y, bool own) {
         if (x < 0 || y < 0 || x >= ink.width || y >= ink.height)
             return;
-        std::uint8_t& at =
-            patch.levels[static_cast<std::size_t>(y - patch.top) *
-                             static_cast<std::size_t>(patch.width) +
-                         static_cast<std::size_t>(x - patch.left)];
+        std::uint8_t& at = patch.levels[static_cast<std::size_t>(y - patch.top) *
+                                            static_cast<std::size_t>(patch.width) +
+                                        static_cast<std::size_t>(x - patch.left)];
         // Its own pixels are ink and those around it are not, whatever their grey.
         if (own)
             at = std::max<std::uint8_t>(ink.at(x, y), 128);
@@ -62,8 +64,7 @@ Patch patchOf(const InkLevels& ink, const InkMask& mask, const InkComponents& al
 /// Walks the outlines of a patch between ink and paper pixels, ink on the right hand.
 class OutlineWalk {
 public:
-    explicit OutlineWalk(const Patch& patch)
-        : patch(patch), seen(patch.levels.size(), false) {
+    explicit OutlineWalk(const Patch& patch) : patch(patch), seen(patch.levels.size(), false) {
     }
 
     std::vector<std::vector<Point>> rings() {

@@ -111,8 +111,8 @@ std::vector<std::vector<StrokePoint>> strokeProfiles(const InkLevels& ink, const
             const Point direction = unit(place(i + reach) - place(i - reach));
             const double across = halfWidthAt(distance[pixel(i)]) + 3.0;
             StrokePoint point = profileAt(ink, place(i), direction, across);
-            point.beside = isNear(place(i), chain.from) || isNear(place(i), chain.to) ||
-                           point.width <= 0.0F;
+            point.beside =
+                isNear(place(i), chain.from) || isNear(place(i), chain.to) || point.width <= 0.0F;
             result[c].push_back(point);
             pace.step(done += 1.0, static_cast<double>(skeleton.pixels.size()));
         }

@@ -13,9 +13,9 @@ class Pace;
 
 /// What the ink across a stroke says at one place.
 struct StrokePoint {
-    Point at;           ///< middle of the ink, y down
-    float width = 0.0F; ///< ink across, in pixels
-    float peak = 0.0F;  ///< the most ink across, 0 to 1
+    Point at;            ///< middle of the ink, y down
+    float width = 0.0F;  ///< ink across, in pixels
+    float peak = 0.0F;   ///< the most ink across, 0 to 1
     bool beside = false; ///< near a node: the ink of other strokes takes part
 };
 

@@ -88,8 +88,7 @@ public:
             skeleton.chains.push_back({static_cast<std::uint32_t>(skeleton.pixels.size()),
                                        static_cast<std::uint32_t>(chain.pixels.size()), chain.from,
                                        chain.to});
-            skeleton.pixels.insert(skeleton.pixels.end(), chain.pixels.begin(),
-                                   chain.pixels.end());
+            skeleton.pixels.insert(skeleton.pixels.end(), chain.pixels.begin(), chain.pixels.end());
             for (const int end : {chain.from, chain.to})
                 if (end >= 0)
                     ++skeleton.nodes[static_cast<std::size_t>(end)].degree;
@@ -119,9 +118,9 @@ private:
     }
 
     std::size_t junctionAt(std::size_t pixel) const {
-        const auto found = std::lower_bound(
-            junctions.begin(), junctions.end(), pixel,
-            [](const JunctionPixel& j, std::size_t p) { return j.pixel < p; });
+        const auto found =
+            std::lower_bound(junctions.begin(), junctions.end(), pixel,
+                             [](const JunctionPixel& j, std::size_t p) { return j.pixel < p; });
         return static_cast<std::size_t>(found - junctions.begin());
     }
 
@@ -196,8 +195,8 @@ private:
         chain.to = addNode({static_cast<std::uint32_t>(at)});
         node(chain.to).solid = touchesSolid(at);
         SkeletonNode& start = node(chain.from);
-        if (start.at == Point{mask.xOf(chain.pixels.front()) + 0.5,
-                              mask.yOf(chain.pixels.front()) + 0.5})
+        if (start.at ==
+            Point{mask.xOf(chain.pixels.front()) + 0.5, mask.yOf(chain.pixels.front()) + 0.5})
             start.solid = touchesSolid(chain.pixels.front());
     }
 

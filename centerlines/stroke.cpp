@@ -82,8 +82,7 @@ std::vector<Point> pointsAlong(const Stroke& stroke, double step) {
             points.push_back(start + (stroke.finish() - start) * (static_cast<double>(k) / count));
             continue;
         }
-        const double angle =
-            stroke.carrier.turn * length * k / (count * stroke.carrier.radius);
+        const double angle = stroke.carrier.turn * length * k / (count * stroke.carrier.radius);
         points.push_back(stroke.carrier.at + turnedBy(start - stroke.carrier.at, angle));
     }
     return points;
@@ -98,8 +97,7 @@ double placeAlong(const Stroke& stroke, Point point) {
     const Carrier& c = stroke.carrier;
     if (c.isLine())
         return dot(point - stroke.start(), c.direction);
-    return c.radius *
-           angleBetween(unit(stroke.start() - c.at), unit(point - c.at), c.turn);
+    return c.radius * angleBetween(unit(stroke.start() - c.at), unit(point - c.at), c.turn);
 }
 
 Point beyond(const Stroke& stroke, int end, double distance) {

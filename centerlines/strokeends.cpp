@@ -17,8 +17,8 @@ constexpr double Parallel = 0.9976;
 
 /// What is known of one end of a stroke while its place is sought.
 struct EndState {
-    double ink = 0.0; ///< where its ink ends, in pixels beyond where the fit ended
-    Point tip;        ///< that place
+    double ink = 0.0;  ///< where its ink ends, in pixels beyond where the fit ended
+    Point tip;         ///< that place
     double back = 0.0; ///< how far before it the fit may have overshot
     int partner = -1;
     Point target;
@@ -29,8 +29,8 @@ struct EndState {
 class EndJoiner {
 public:
     EndJoiner(std::vector<Stroke>& strokes, const InkLevels& ink)
-        : strokes(strokes), ink(ink), grid(strokes, ink.width, ink.height),
-          states(strokes.size()), lengths(strokes.size(), 0.0) {
+        : strokes(strokes), ink(ink), grid(strokes, ink.width, ink.height), states(strokes.size()),
+          lengths(strokes.size(), 0.0) {
     }
 
     std::vector<Point> run(Pace& pace) {
@@ -91,8 +91,9 @@ private:
         while (d < most) {
             const double after = level(d + InkStep);
             if (after < edge) {
-                d += before > after ? InkStep * std::clamp((before - edge) / (before - after), 0.0, 1.0)
-                                    : 0.0;
+                d += before > after
+                         ? InkStep * std::clamp((before - edge) / (before - after), 0.0, 1.0)
+                         : 0.0;
                 break;
             }
             before = after;
@@ -299,9 +300,8 @@ private:
         bool touching = true;
         for (const auto& [i, e] : group)
             for (const auto& [j, f] : group)
-                touching = touching &&
-                           std::abs(dot(directionAt(at(i).carrier, mean),
-                                        directionAt(at(j).carrier, mean))) > 0.985;
+                touching = touching && std::abs(dot(directionAt(at(i).carrier, mean),
+                                                    directionAt(at(j).carrier, mean))) > 0.985;
         if (touching)
             return mean;
         return meetingOf(group, mean);

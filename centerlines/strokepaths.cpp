@@ -66,8 +66,8 @@ public:
                     continue;
                 branchOf[c][static_cast<std::size_t>(end)] = static_cast<int>(branches.size());
                 atNode[static_cast<std::size_t>(node)].push_back(static_cast<int>(branches.size()));
-                branches.push_back({static_cast<int>(c), end,
-                                    awayFrom(skeleton, profiles[c], node, end == 1)});
+                branches.push_back(
+                    {static_cast<int>(c), end, awayFrom(skeleton, profiles[c], node, end == 1)});
             }
         for (const std::vector<int>& around : atNode)
             pair(around);
@@ -245,8 +245,8 @@ Measure measureNoise(const std::vector<std::vector<StrokePoint>>& profiles, bool
     return {std::max(sigma, twoLevels ? 0.25 : 0.06)};
 }
 
-std::vector<Stroke> fitStrokes(const Skeleton& skeleton, Profiles profiles,
-                               const Measure& measure, Pace& pace) {
+std::vector<Stroke> fitStrokes(const Skeleton& skeleton, Profiles profiles, const Measure& measure,
+                               Pace& pace) {
     std::vector<Stroke> strokes;
     double done = 0.0;
     FitOptions options;

@@ -19,8 +19,8 @@ enum class Form : std::uint8_t { Bar, Ring, Complex };
 struct Member {
     std::uint32_t component;
     Form form;
-    int size;   ///< the greater of width and height
-    int group;  ///< index of the first member known to be in company with it
+    int size;  ///< the greater of width and height
+    int group; ///< index of the first member known to be in company with it
     bool text;
 };
 
@@ -98,8 +98,7 @@ int gapBetween(const InkComponent& a, const InkComponent& b) {
 }
 
 /// Small components, sorted by their left edges.
-std::vector<Member> smallOnes(const InkComponents& components, double largest,
-                              double strokeWidth) {
+std::vector<Member> smallOnes(const InkComponents& components, double largest, double strokeWidth) {
     std::vector<Member> members;
     for (std::uint32_t i = 0; i < components.components.size(); ++i) {
         const InkComponent& c = components.components[i];
@@ -182,9 +181,8 @@ void markText(InkMask& mask, const InkComponents& components, double largest, do
     decide(members);
     for (const Member& member : members)
         if (member.text)
-            forEachPixel(components, components.components[member.component], [&](int x, int y) {
-                mask.values[mask.indexOf(x, y)] = InkMask::Text;
-            });
+            forEachPixel(components, components.components[member.component],
+                         [&](int x, int y) { mask.values[mask.indexOf(x, y)] = InkMask::Text; });
     pace.step(1.0, 1.0);
 }
 

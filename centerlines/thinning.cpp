@@ -29,7 +29,7 @@ std::array<std::uint8_t, 256> removalTable() {
         unsigned second = 0;
         unsigned count = 0;
         for (unsigned k = 0; k < 8; k += 2) {
-            crossings += p(k) == 0 && (p(k + 1) || p(k + 2)) ? 1 : 0;
+            crossings += p(k) == 0 && (p(k + 1) || p(k + 2)) ? 1U : 0U;
             first += p(k + 7) | p(k);
             second += p(k) | p(k + 1);
             count += p(k) + p(k + 1);
@@ -52,10 +52,9 @@ void straightenStairs(InkMask& mask, std::vector<std::size_t>& pixels,
     const auto isStair = [&](std::size_t i) {
         const unsigned n = neighbours(mask.values.data() + i, mask.stride);
         // A corner has two straight neighbours at a right angle and nothing across from them.
-        const bool corner = ((n & 0x05U) == 0x05U && !(n & 0x20U)) ||
-                            ((n & 0x14U) == 0x14U && !(n & 0x80U)) ||
-                            ((n & 0x50U) == 0x50U && !(n & 0x02U)) ||
-                            ((n & 0x41U) == 0x41U && !(n & 0x08U));
+        const bool corner =
+            ((n & 0x05U) == 0x05U && !(n & 0x20U)) || ((n & 0x14U) == 0x14U && !(n & 0x80U)) ||
+            ((n & 0x50U) == 0x50U && !(n & 0x02U)) || ((n & 0x41U) == 0x41U && !(n & 0x08U));
         return corner && (table[n] & 4U);
     };
     std::erase_if(pixels, [&](std::size_t i) {

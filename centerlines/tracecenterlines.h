@@ -34,7 +34,8 @@ struct OvCenterlineStroke {
     };
     enum class Kind {
         Line,   ///< a stroke by itself
-        Dashed, ///< a line, arc or circle of dashes, from the first one's start to the last one's end
+        Dashed, ///< a line, arc or circle of dashes, from the first one's start to the last one's
+                ///< end
         Hatch,  ///< one line of a hatching
     };
 

@@ -39,8 +39,8 @@ bool isDark(const QImage& image) {
     std::uint64_t all = 0;
     const std::int64_t pixels = std::int64_t(image.width()) * image.height();
     for (std::int64_t i = 0; i < pixels; i += 97) {
-        const Channels c = channelsOf(image.pixel(static_cast<int>(i % image.width()),
-                                                  static_cast<int>(i / image.width())));
+        const Channels c = channelsOf(
+            image.pixel(static_cast<int>(i % image.width()), static_cast<int>(i / image.width())));
         dark += c.least + c.greatest < 255 ? 1 : 0;
         ++all;
     }

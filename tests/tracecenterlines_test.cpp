@@ -1,0 +1,154 @@
+// The tracer of centre lines on drawings whose truth is known.
+
+#include "tracecenterlines.h"
+#include "traceprogress.h"
+
+#include <QImage>
+#include <QPainter>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+using Stroke = OvCenterlineStroke;
+
+/// A drawing on white paper, in its own coordinates: pixels, y down.
+class Sheet {
+public:
+    Sheet(int width, int height) : image(width, height, QImage::Format_RGB32) {
+        image.fill(Qt::white);
+    }
+
+    void line(double x0, double y0, double x1, double y1, double width) {
+        QPainter painter(&image);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(QPen(Qt::black, width, Qt::SolidLine, Qt::FlatCap));
+        painter.drawLine(QPointF(x0, y0), QPointF(x1, y1));
+    }
+
+    void circle(double x, double y, double radius, double width) {
+        QPainter painter(&image);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(QPen(Qt::black, width));
+        painter.drawEllipse(QPointF(x, y), radius, radius);
+    }
+
+    QImage image;
+};
+
+double distanceOf(OvCenterlinePoint a, OvCenterlinePoint b) {
+    return std::sqrt((a.x - b.x) * (a.x - b.x) + (a.y - b.y) * (a.y - b.y));
+}
+
+/// Distance of the ends of a stroke from two places, whichever way round it runs.
+double endError(const Stroke& stroke, OvCenterlinePoint a, OvCenterlinePoint b) {
+    const double there = std::max(distanceOf(stroke.start, a), distanceOf(stroke.end, b));
+    const double back = std::max(distanceOf(stroke.start, b), distanceOf(stroke.end, a));
+    return std::min(there, back);
+}
+
+TEST(TraceCenterlines, LineHasItsEndsAndWidth) {
+    Sheet sheet(200, 100);
+    sheet.line(20.3, 30.2, 170.6, 60.7, 3.0);
+    const OvCenterlines result = OvTraceCenterlines().trace(sheet.image);
+    ASSERT_EQ(result.strokes.size(), 1);
+    EXPECT_EQ(result.strokes[0].shape, Stroke::Shape::Line);
+    EXPECT_EQ(result.strokes[0].startNode, -1);
+    EXPECT_NEAR(result.strokes[0].width, 3.0, 0.15);
+    EXPECT_LT(endError(result.strokes[0], {20.3, 69.8}, {170.6, 39.3}), 0.25);
+}
+
+TEST(TraceCenterlines, CrossingIsTwoLines) {
+    Sheet sheet(200, 200);
+    sheet.line(20.0, 30.0, 180.0, 170.0, 2.5);
+    sheet.line(20.0, 150.0, 180.0, 60.0, 2.5);
+    const OvCenterlines result = OvTraceCenterlines().trace(sheet.image);
+    ASSERT_EQ(result.strokes.size(), 2);
+    EXPECT_TRUE(result.nodes.isEmpty());
+}
+
+TEST(TraceCenterlines, CornersShareTheirNodes) {
+    Sheet sheet(200, 200);
+    sheet.line(40.5, 39.0, 40.5, 161.0, 3.0);
+    sheet.line(39.0, 159.5, 171.0, 159.5, 3.0);
+    const OvCenterlines result = OvTraceCenterlines().trace(sheet.image);
+    ASSERT_EQ(result.strokes.size(), 2);
+    ASSERT_EQ(result.nodes.size(), 1);
+    EXPECT_LT(distanceOf(result.nodes[0], {40.5, 40.5}), 0.1);
+    for (const Stroke& stroke : result.strokes) {
+        ASSERT_TRUE((stroke.startNode == 0) != (stroke.endNode == 0));
+        EXPECT_EQ(stroke.startNode == 0 ? stroke.start : stroke.end, result.nodes[0]);
+    }
+}
+
+TEST(TraceCenterlines, CircleIsOneCircle) {
+    Sheet sheet(160, 160);
+    sheet.circle(80.2, 79.7, 50.0, 3.0);
+    const OvCenterlines result = OvTraceCenterlines().trace(sheet.image);
+    ASSERT_EQ(result.strokes.size(), 1);
+    EXPECT_EQ(result.strokes[0].shape, Stroke::Shape::Circle);
+    EXPECT_LT(distanceOf(result.strokes[0].center, {80.2, 80.3}), 0.1);
+    EXPECT_NEAR(result.strokes[0].radius, 50.0, 0.1);
+}
+
+TEST(TraceCenterlines, FilledAreaIsAnOutline) {
+    Sheet sheet(160, 160);
+    QPainter(&sheet.image).fillRect(40, 50, 30, 25, Qt::black);
+    sheet.line(10.0, 120.0, 150.0, 120.0, 3.0);
+    const OvCenterlines result = OvTraceCenterlines().trace(sheet.image);
+    EXPECT_EQ(result.strokes.size(), 1);
+    ASSERT_EQ(result.areas.size(), 1);
+    EXPECT_EQ(result.areas[0].kind, OvCenterlineArea::Kind::Solid);
+}
+
+TEST(TraceCenterlines, EmptyImagesGiveNothing) {
+    EXPECT_TRUE(OvTraceCenterlines().trace(QImage()).strokes.isEmpty());
+    EXPECT_TRUE(OvTraceCenterlines().trace(Sheet(30, 30).image).strokes.isEmpty());
+    EXPECT_TRUE(OvTraceCenterlines().trace(Sheet(1, 1).image).areas.isEmpty());
+}
+
+class StopAt : public OvTraceProgress {
+public:
+    explicit StopAt(int calls) : left(calls) {
+    }
+    bool report(double fraction) override {
+        rises = rises && fraction >= last && fraction <= 1.0;
+        last = fraction;
+        return left-- > 0;
+    }
+    int left;
+    double last = 0.0;
+    bool rises = true;
+};
+
+TEST(TraceCenterlines, ProgressRisesAndCancels) {
+    Sheet sheet(200, 200);
+    sheet.line(20.0, 30.0, 180.0, 170.0, 2.5);
+    StopAt all(1000000);
+    OvTraceCenterlines tracer;
+    tracer.setProgress(&all);
+    EXPECT_EQ(tracer.trace(sheet.image).strokes.size(), 1);
+    EXPECT_TRUE(all.rises);
+    const int calls = 1000000 - all.left;
+    EXPECT_GT(calls, 3);
+    StopAt early(2);
+    tracer.setProgress(&early);
+    EXPECT_TRUE(tracer.trace(sheet.image).strokes.isEmpty());
+    EXPECT_EQ(early.left, -1) << "nothing is reported after the host has said no";
+}
+
+TEST(TraceCenterlines, PolylinesHaveBulgesAndWidths) {
+    Sheet sheet(160, 160);
+    sheet.circle(80.0, 80.0, 50.0, 3.0);
+    const OvCenterlines result = OvTraceCenterlines().trace(sheet.image);
+    const QList<OvPolyline> polylines = OvTraceCenterlines::polylines(result);
+    ASSERT_EQ(polylines.size(), 1);
+    ASSERT_EQ(polylines[0].countPieces(), 3);
+    EXPECT_EQ(polylines[0].getVertexParametersAt(0)[0], 1.0);
+    EXPECT_EQ(polylines[0].getVertexParametersAt(0)[1], result.strokes[0].width);
+}
+
+} // namespace
