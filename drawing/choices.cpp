@@ -1,5 +1,10 @@
 #include "choices.h"
 
+const Choices<Method>& methodChoices() {
+    static const Choices<Method> choices{{"outlines", Method::Outlines}};
+    return choices;
+}
+
 const Choices<Mode>& modeChoices() {
     static const Choices<Mode> choices{
         {"color", Mode::Color}, {"bw", Mode::Bw}, {"raw", Mode::Raw}};
@@ -7,11 +12,9 @@ const Choices<Mode>& modeChoices() {
 }
 
 const Choices<Unit>& unitChoices() {
-    static const Choices<Unit> choices{{"mm", Unit::Millimetre},
-                                       {"cm", Unit::Centimetre},
-                                       {"in", Unit::Inch},
-                                       {"pt", Unit::Point},
-                                       {"px", Unit::Pixel}};
+    static const Choices<Unit> choices{
+        {"mm", Unit::Millimetre}, {"cm", Unit::Centimetre}, {"m", Unit::Metre}, {"in", Unit::Inch},
+        {"ft", Unit::Foot},       {"pt", Unit::Point},      {"px", Unit::Pixel}};
     return choices;
 }
 

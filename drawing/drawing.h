@@ -12,15 +12,19 @@
 #include <ovpolyline.h>
 
 /// A unit of length of the drawing.
-enum class Unit { Pixel, Millimetre, Centimetre, Inch, Point };
+enum class Unit { Pixel, Millimetre, Centimetre, Metre, Inch, Foot, Point };
 
 /// Millimetres in a unit, which is not the pixel.
 constexpr double millimetresPer(Unit unit) {
     switch (unit) {
     case Unit::Centimetre:
         return 10.0;
+    case Unit::Metre:
+        return 1000.0;
     case Unit::Inch:
         return 25.4;
+    case Unit::Foot:
+        return 304.8;
     case Unit::Point:
         return 25.4 / 72.0;
     default:

@@ -1,23 +1,34 @@
 #pragma once
 
 #include "drawing.h"
-#include "engineoptions.h"
 
+#include <QMap>
 #include <QRect>
 
 #include <optional>
 
-/// How an image is handed to the tracer, and with which options.
+/// What an image is turned into.
+enum class Method {
+    Outlines,   ///< the tracer's outlines of colour regions, each by itself
+    Regions,    ///< a map of regions with shared boundaries
+    Centerlines ///< the middle lines of strokes
+};
+
+/// How an image is handed to the tracer of outlines, and with which options.
 enum class Mode {
     Color, ///< as it is, in colour
     Bw,    ///< black and white by lightness, palette images too
     Raw    ///< the engine's own defaults and the image as read
 };
 
+/// Values of a tracer's options.
+using EngineValues = QMap<QString, double>;
+
 /// What decides about the result of one image.
 struct TraceSettings {
+    Method method = Method::Outlines;
     Mode mode = Mode::Color;
-    EngineValues values; ///< over the engine's own defaults
+    EngineValues values; ///< over the tracer's own defaults, by the keys of its options
     QList<QColor> palette;
 };
 

@@ -1,6 +1,9 @@
 #include "settingsfile.h"
 
 #include "choices.h"
+#include "jobrequests.h"
+#include "settinguse.h"
+#include "settingvalue.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -9,82 +12,91 @@
 
 namespace {
 
-QString modeName(Mode mode) {
-    for (const auto& [name, choice] : modeChoices()) {
-        if (choice == mode)
-            return name;
+QList<Setting> tracerOptions() {
+    QList<Setting> options;
+    for (const Setting& setting : settingTable()) {
+        if (setting.isTracerOption)
+            options.append(setting);
     }
-    return {};
+    return options;
 }
 
-QString colorName(const QColor& color) {
-    return color.name(QColor::HexRgb) + QString::number(color.alpha() | 0x100, 16).mid(1);
+QList<Setting> otherSettings() {
+    QList<Setting> settings;
+    for (const Setting& setting : settingTable()) {
+        if (!setting.isTracerOption)
+            settings.append(setting);
+    }
+    return settings;
 }
 
-Mode modeOf(const QString& fileName, const QString& name) {
-    for (const auto& [word, mode] : modeChoices()) {
-        if (word == name)
-            return mode;
+/// The setting of that key in one of the two lists; throws UsageError, with the likeliest one.
+const Setting& settingIn(const QList<Setting>& settings, const QString& key, const QString& name) {
+    for (const Setting& setting : settings) {
+        if (key == setting.key)
+            return setting;
     }
-    throw UsageError(QString("%1: \"mode\" is color, bw or raw").arg(fileName));
+    throw UsageError(QString("%1: there is no setting \"%2\" (did you mean \"%3\"?)")
+                         .arg(name, key, nearestSetting(key, settings)));
+}
+
+void readValue(JobSettings& job, const Setting& setting, const QJsonValue& value,
+               const QString& name) {
+    const QString place = QString("%1: \"%2\"").arg(name, setting.key);
+    job.set(setting.key, settingFromJson(setting, value, place), place);
+}
+
+QJsonObject objectOf(const QByteArray& json, const QString& name) {
+    QJsonParseError error{};
+    const QJsonDocument document = QJsonDocument::fromJson(json, &error);
+    if (error.error != QJsonParseError::NoError)
+        throw UsageError(QString("%1: no settings: %2").arg(name, error.errorString()));
+    if (!document.isObject())
+        throw UsageError(QString("%1: settings are an object, not a list").arg(name));
+    return document.object();
 }
 
 } // namespace
 
-QColor parseColor(const QString& word) {
-    bool isNumber = false;
-    const uint value = word.mid(1).toUInt(&isNumber, 16);
-    const qsizetype digits = word.size() - 1;
-    if (!word.startsWith('#') || !isNumber || (digits != 6 && digits != 8) || word[1] == '+')
-        throw UsageError(QString("\"%1\" is not a colour: write #rrggbb or #rrggbbaa").arg(word));
-    return digits == 6 ? QColor::fromRgb(value)
-                       : QColor::fromRgba((value >> 8) | (value & 255U) << 24);
-}
-
-EngineValues effectiveValues(const TraceSettings& settings) {
-    EngineValues values;
-    if (settings.mode != Mode::Raw) {
-        for (const EngineOption& option : engineOptions())
-            values[option.key] = option.usual;
-        values["monochrome"] = settings.mode == Mode::Bw ? 1.0 : 0.0;
-        values["usebrightness"] = values["monochrome"];
-    }
-    values.insert(settings.values);
-    return values;
-}
-
-QByteArray settingsToJson(const TraceSettings& settings) {
+QByteArray settingsToJson(const JobSettings& job) {
+    const TraceSettings trace = traceSettings(job);
     QJsonObject options;
-    const EngineValues values = effectiveValues(settings);
-    for (auto value = values.begin(); value != values.end(); ++value)
+    for (auto value = trace.values.begin(); value != trace.values.end(); ++value)
         options[value.key()] = value.value();
-    QJsonObject json{{"mode", modeName(settings.mode)}, {"options", options}};
-    QJsonArray palette;
-    for (const QColor& color : settings.palette)
-        palette.append(colorName(color));
-    if (!palette.isEmpty())
-        json["palette"] = palette;
+    QJsonObject json{{"method", wordOf(methodChoices(), trace.method)}, {"options", options}};
+    if (trace.method == Method::Outlines)
+        json["mode"] = wordOf(modeChoices(), trace.mode);
+    for (const Setting& setting : otherSettings()) {
+        const bool isSaid = json.contains(setting.key) || qstrcmp(setting.key, "preset") == 0;
+        if (job.isGiven(setting.key) && !isSaid && !whyUnused(setting, job))
+            json[setting.key] = settingToJson(job.value(setting.key));
+    }
     return QJsonDocument(json).toJson();
 }
 
-TraceSettings loadSettings(const QString& fileName) {
+JobSettings settingsFromJson(const QByteArray& json, const QString& name) {
+    const QJsonObject object = objectOf(json, name);
+    JobSettings job;
+    // The preset comes first: it sets others.
+    if (object.contains("preset"))
+        readValue(job, *findSetting("preset"), object["preset"], name);
+    for (auto value = object.begin(); value != object.end(); ++value) {
+        if (value.key() != "options" && value.key() != "preset")
+            readValue(job, settingIn(otherSettings(), value.key(), name), value.value(), name);
+    }
+    const QJsonValue options = object["options"];
+    if (!options.isObject() && !options.isUndefined())
+        throw UsageError(QString("%1: \"options\" is an object, not %2")
+                             .arg(name, options.isArray() ? "a list" : "a single value"));
+    const QJsonObject values = options.toObject();
+    for (auto value = values.begin(); value != values.end(); ++value)
+        readValue(job, settingIn(tracerOptions(), value.key(), name), value.value(), name);
+    return job;
+}
+
+JobSettings loadSettings(const QString& fileName) {
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
         throw FileError(QString("%1: cannot be read: %2").arg(fileName, file.errorString()));
-    QJsonParseError error{};
-    const QJsonObject json = QJsonDocument::fromJson(file.readAll(), &error).object();
-    if (error.error != QJsonParseError::NoError)
-        throw FileError(QString("%1: no settings: %2").arg(fileName, error.errorString()));
-    TraceSettings settings;
-    if (json.contains("mode"))
-        settings.mode = modeOf(fileName, json["mode"].toString());
-    const QJsonObject options = json["options"].toObject();
-    for (auto value = options.begin(); value != options.end(); ++value) {
-        const EngineOption& option = findEngineOption(value.key());
-        settings.values[value.key()] =
-            checkedValue(option, value.key(), value.value().toVariant().toString());
-    }
-    for (const QJsonValue color : json["palette"].toArray())
-        settings.palette.append(parseColor(color.toString()));
-    return settings;
+    return settingsFromJson(file.readAll(), fileName);
 }

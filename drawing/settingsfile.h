@@ -1,19 +1,17 @@
 #pragma once
 
 #include "errors.h"
-#include "settings.h"
+#include "jobsettings.h"
 
 #include <QByteArray>
 
-/// "#rrggbb" or "#rrggbbaa"; throws UsageError for anything else.
-QColor parseColor(const QString& word);
+/// The settings as JSON: method, mode, every option of the tracer with the value it will have, and
+/// of the others those that were given and are read.
+QByteArray settingsToJson(const JobSettings& job);
 
-/// The settings as JSON: the mode, every option of the engine with the value it will have, and the
-/// palette if one was given.
-QByteArray settingsToJson(const TraceSettings& settings);
+/// Reads what settingsToJson() wrote; `name` is the file's in what is said about it. Throws
+/// UsageError for anything that is no setting.
+JobSettings settingsFromJson(const QByteArray& json, const QString& name);
 
-/// Reads what settingsToJson() wrote. Throws FileError or UsageError.
-TraceSettings loadSettings(const QString& fileName);
-
-/// Every option of the engine that the settings fix, in raw mode those that were given alone.
-EngineValues effectiveValues(const TraceSettings& settings);
+/// Reads a file of settings. Throws FileError or UsageError.
+JobSettings loadSettings(const QString& fileName);

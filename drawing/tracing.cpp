@@ -1,7 +1,7 @@
 #include "tracing.h"
 
 #include "errors.h"
-#include "settingsfile.h"
+#include "settingtable.h"
 
 #include <tracebitmap.h>
 
@@ -33,8 +33,7 @@ QColor fromStored(const QList<char>& color) {
 }
 
 void setOptions(OvTraceBitmap& tracer, const TraceSettings& settings) {
-    const EngineValues values = effectiveValues(settings);
-    for (auto value = values.begin(); value != values.end(); ++value)
+    for (auto value = settings.values.begin(); value != settings.values.end(); ++value)
         tracer.setOption(value.key(), value.value());
     QList<QList<char>> palette;
     for (const QColor& color : settings.palette)
@@ -72,19 +71,21 @@ void setSize(Drawing& drawing, double dotsPerInch, const SizeRequest& request) {
     } else if (request.dotsFromFile) {
         if (!(dotsPerInch > 0.0))
             throw FileError(QString("%1: its file does not say how large it is; give a number to "
-                                    "--dpi")
-                                .arg(drawing.title));
+                                    "%2")
+                                .arg(drawing.title, settingName("dpi")));
         drawing.pixelMillimetres = MillimetresPerInch / dotsPerInch;
     }
     drawing.unit = request.unit.value_or(drawing.pixelMillimetres ? Unit::Millimetre : Unit::Pixel);
 }
 
 QString likelyCause(const Drawing& drawing, const TraceSettings& settings) {
-    const EngineValues values = effectiveValues(settings);
-    const double shortest = values.value("pathomit", 8);
+    const double shortest = settings.values.value("pathomit", 8);
     if (2.0 * (drawing.size.width() + drawing.size.height()) < shortest)
-        return QString("every outline has fewer than %1 corners; lower --min-path").arg(shortest);
-    if (values.value("numberofcolors", 16) < 1 && settings.palette.isEmpty())
-        return "there are no colours; raise --colors";
-    return "no region has an outline long enough; lower --min-path, or raise --colors";
+        return QString("every outline has fewer than %1 corners; lower %2")
+            .arg(shortest)
+            .arg(settingName("pathomit"));
+    if (settings.values.value("numberofcolors", 16) < 1 && settings.palette.isEmpty())
+        return "there are no colours; raise " + settingName("numberofcolors");
+    return QString("no region has an outline long enough; lower %1, or raise %2")
+        .arg(settingName("pathomit"), settingName("numberofcolors"));
 }

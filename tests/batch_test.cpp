@@ -346,7 +346,7 @@ TEST_F(Batch, SettingsAreSavedAndRead) {
     const auto again =
         run({sample("photo.png"), "-f", "json", "-o", "-", "--settings", path("s.json")});
     EXPECT_EQ(again.output, direct.output);
-    const auto printed = run(QStringList{"--print-settings"} + options);
+    const auto printed = run(QStringList{"--print-settings", "-f", "json"} + options);
     EXPECT_EQ(printed.output, contents(path("s.json")));
     const auto values = QJsonDocument::fromJson(printed.output).object()["options"].toObject();
     EXPECT_EQ(values.size(), 14);
@@ -367,8 +367,8 @@ TEST_F(Batch, ValuesAreCheckedAndTheRangeNamed) {
     expectError(run({image, "--preset", "cat"}), 2, "photo, logo, lineart, scan, pixelart");
     expectError(run({image, "--width", "12"}), 2, "with its unit");
     expectError(run({image, "--width", "1in", "--dpi", "30"}), 2, "give one of");
-    expectError(run({image, "--units", "mm"}), 2, "--units needs");
-    expectError(run({image, "--dxf-version", "R12", "--dxf-curves", "spline"}), 2,
+    expectError(run({image, "-f", "dxf", "--units", "mm"}), 2, "--units needs");
+    expectError(run({image, "-f", "dxf", "--dxf-version", "r12", "--dxf-curves", "spline"}), 2,
                 "R12 has no splines");
 }
 

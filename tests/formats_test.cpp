@@ -162,8 +162,9 @@ TEST_F(Formats, DxfIsSoundInEveryVersionAndForm) {
         {"R2000", {"arcs", "lines", "spline", "quadratic"}},
         {"R2010", {"arcs", "lines", "spline", "quadratic"}}};
     for (const QString& name : Samples) {
-        const QStringList picture{sample(name), "--colors", "6", "--dpi", "254"};
-        const QJsonArray expected = outlines(picture);
+        const QStringList image{sample(name), "--colors", "6"};
+        const QStringList picture = image + QStringList{"--dpi", "254"};
+        const QJsonArray expected = outlines(image);
         int lines = 0;
         int curves = 0;
         for (const QJsonValue outline : expected) {

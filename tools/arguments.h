@@ -1,12 +1,10 @@
 #pragma once
 
 #include <drawing/errors.h>
-#include <drawing/settings.h>
+#include <drawing/jobsettings.h>
 #include <drawing/writers/writeroptions.h>
 
 #include <QStringList>
-
-class QCommandLineParser;
 
 /// The command line, checked.
 struct Arguments {
@@ -14,6 +12,7 @@ struct Arguments {
     QString output;     ///< a file, "-" for stdout, empty for a file beside each image
     QString outputFolder;
     QString nameTemplate = "{name}";
+    JobSettings job; ///< all settings; what the stages read of them follows
     QString format;
     TraceSettings settings;
     SizeRequest size;
@@ -27,10 +26,8 @@ struct Arguments {
     QString pluginFile; ///< another module to load; empty for the program's own
     QString action;     ///< instead of tracing: the option that asks for it, or empty
     QString saveSettings;
+    QStringList remarks; ///< lines for the user about settings in a file that are not read
 };
-
-/// Declares the program's options; the help, the manual page and the completion come from here.
-void declareOptions(QCommandLineParser& parser);
 
 /// Reads the program's arguments (the first is its name). Throws UsageError.
 Arguments parseArguments(const QStringList& words);

@@ -2,6 +2,9 @@
 
 #include <QByteArray>
 
+/// The program's options in groups, for a terminal of 80 columns.
+QByteArray helpText();
+
 /// The manual page of the program, in troff.
 QByteArray manualPage();
 

@@ -45,22 +45,24 @@ void showErrorsAlone(QtMsgType type, const QMessageLogContext&, const QString& m
 
 /// What is asked for instead of a trace.
 void act(const Arguments& arguments) {
-    if (arguments.action == "list-options")
+    if (arguments.action == "help")
+        print(helpText());
+    else if (arguments.action == "version")
+        print("ovtrace " OVTRACE_VERSION "\n");
+    else if (arguments.action == "list-options")
         print(engineOptionTable());
     else if (arguments.action == "list-presets")
         print(presetTable());
     else if (arguments.action == "list-formats")
         print(formatTable());
     else if (arguments.action == "print-settings")
-        print(settingsToJson(arguments.settings));
+        print(settingsToJson(arguments.job));
     else if (arguments.action == "plugin-info")
         print(HostedModule(arguments.pluginFile).facts());
     else if (arguments.action == "generate-man")
         print(manualPage());
-    else if (arguments.action == "generate-bash")
-        print(bashCompletion());
     else
-        throw UsageError("--generate takes man or bash");
+        print(bashCompletion());
 }
 
 int trace(const Arguments& arguments) {
@@ -80,8 +82,10 @@ int trace(const Arguments& arguments) {
 }
 
 int run(const Arguments& arguments) {
+    for (const QString& remark : arguments.quiet ? QStringList() : arguments.remarks)
+        std::fprintf(stderr, "ovtrace: %s\n", qPrintable(remark));
     if (!arguments.saveSettings.isEmpty())
-        saveFile(arguments.saveSettings, settingsToJson(arguments.settings));
+        saveFile(arguments.saveSettings, settingsToJson(arguments.job));
     if (arguments.action.isEmpty())
         return trace(arguments);
     act(arguments);

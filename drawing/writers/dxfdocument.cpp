@@ -46,10 +46,14 @@ int insertionUnits(Unit unit) {
     switch (unit) {
     case Unit::Inch:
         return 1;
+    case Unit::Foot:
+        return 2;
     case Unit::Millimetre:
         return 4;
     case Unit::Centimetre:
         return 5;
+    case Unit::Metre:
+        return 6;
     default:
         return 0;
     }
@@ -120,7 +124,7 @@ void DxfDocument::header() {
         text.group(9, "$INSUNITS");
         text.group(70, insertionUnits(unit));
         text.group(9, "$MEASUREMENT");
-        text.group(70, unit == Unit::Inch ? 0 : 1);
+        text.group(70, unit == Unit::Inch || unit == Unit::Foot ? 0 : 1);
         text.group(9, "$HANDSEED");
         text.handle(5, lastHandle);
     }

@@ -1,0 +1,82 @@
+#include "jobrequests.h"
+
+#include "choices.h"
+#include "errors.h"
+#include "settinguse.h"
+#include "settingvalue.h"
+
+namespace {
+
+QList<QColor> colorsOf(const JobSettings& job, const QString& key) {
+    QList<QColor> colors;
+    for (const QString& word : job.value(key).toStringList())
+        colors.append(parseColor(word));
+    return colors;
+}
+
+} // namespace
+
+TraceSettings traceSettings(const JobSettings& job) {
+    TraceSettings trace;
+    trace.method = job.method();
+    trace.mode = job.mode();
+    trace.palette = colorsOf(job, "palette");
+    for (const Setting& setting : settingTable()) {
+        if (!setting.isTracerOption || !setting.methods.contains(trace.method))
+            continue;
+        // In raw mode the tracer's own defaults stand, some of which are no values at all.
+        if (trace.mode != Mode::Raw || job.isFixed(setting.key))
+            trace.values[setting.key] = job.number(setting.key);
+    }
+    return trace;
+}
+
+SizeRequest sizeRequest(const JobSettings& job) {
+    SizeRequest size;
+    size.dotsFromFile = job.value("dpi") == "auto";
+    if (job.isGiven("dpi") && !size.dotsFromFile)
+        size.dotsPerInch = job.number("dpi");
+    if (job.isGiven("width"))
+        size.widthMillimetres = parseLength(job.text("width"));
+    if (job.isGiven("height"))
+        size.heightMillimetres = parseLength(job.text("height"));
+    const bool hasLength = size.widthMillimetres || size.heightMillimetres;
+    if (job.isGiven("dpi") && hasLength)
+        throw UsageError(QString("give one of %1, %2 and %3; the others follow from it")
+                             .arg(settingName("dpi"), settingName("width"), settingName("height")));
+    if (job.isGiven("units"))
+        size.unit = choiceOf(unitChoices(), job.text("units"));
+    if (!job.isGiven("dpi") && !hasLength && size.unit.value_or(Unit::Pixel) != Unit::Pixel)
+        throw UsageError(QString("%1 needs to know the size: give %2, %3 or %4")
+                             .arg(settingName("units"), settingName("dpi"), settingName("width"),
+                                  settingName("height")));
+    return size;
+}
+
+InputRequest inputRequest(const JobSettings& job) {
+    InputRequest input;
+    input.page = static_cast<int>(job.number("page"));
+    if (job.isGiven("crop"))
+        input.crop = parseRectangle(job.text("crop")).value_or(QRect());
+    if (job.isGiven("background"))
+        input.background = parseColor(job.text("background"));
+    input.largestPixels = static_cast<qint64>(job.number("max-pixels"));
+    return input;
+}
+
+WriterOptions writerOptions(const JobSettings& job) {
+    WriterOptions writer;
+    writer.outlinesOnly = job.isOn("outline");
+    writer.closeSeams = job.isOn("close-seams");
+    if (job.isGiven("precision"))
+        writer.precision = static_cast<int>(job.number("precision"));
+    writer.dxfVersion = choiceOf(dxfVersionChoices(), job.text("dxf-version"));
+    writer.dxfCurves = choiceOf(dxfCurvesChoices(), job.text("dxf-curves"));
+    if (writer.dxfVersion == DxfVersion::R12 && !asPolylines(writer.dxfCurves))
+        throw UsageError(QString("DXF R12 has no splines: choose arcs or lines for %1")
+                             .arg(settingName("dxf-curves")));
+    writer.deviation = job.number("deviation");
+    writer.scale = job.number("scale");
+    writer.overlay = job.isOn("overlay");
+    return writer;
+}

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "settingtable.h"
+
+// The parts of the table of settings.
+
+QList<Setting> methodRows();
+QList<Setting> inputRows();
+QList<Setting> outlineRows();
+QList<Setting> sizeRows();
+QList<Setting> outputRows();
