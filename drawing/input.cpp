@@ -73,28 +73,49 @@ void checkSize(const QString& name, QSize size, const InputRequest& request) {
     throw FileError(QString("%1: has no page %2").arg(name).arg(page));
 }
 
-/// Goes to the page; formats that cannot jump are read up to it.
-void goToPage(QImageReader& reader, const QString& name, int page) {
-    if (page == 1 || reader.jumpToImage(page - 1))
+/// Goes to the page. To be asked before the size: the TIFF handler goes nowhere once it knows one.
+void goToPage(QImageReader& reader, const QString& name, const InputRequest& request) {
+    if (request.page == 1 || reader.jumpToImage(request.page - 1))
         return;
-    for (int i = 1; i < page; ++i) {
+    const bool canJump = reader.jumpToImage(0);
+    if (canJump)
+        failWithoutPage(name, request.page);
+    // Other formats are read up to it.
+    for (int page = 1; page < request.page; ++page) {
+        if (reader.size().isValid())
+            checkSize(name, reader.size(), request);
         if (reader.read().isNull())
-            failWithoutPage(name, page);
+            failWithoutPage(name, request.page);
     }
+}
+
+/// Makes the reader look for its format in the contents. TGA files have no mark of their own: most
+/// begin as a cursor file without images does.
+void decideFormat(QImageReader& reader, QIODevice& device) {
+    reader.setDecideFormatFromContent(true);
+    if (reader.format() != "ico")
+        return;
+    const int images = reader.imageCount();
+    device.seek(0); // counting has gone past the header
+    if (images > 0)
+        return;
+    reader.setDecideFormatFromContent(false);
+    reader.setFormat("tga");
+    reader.setDevice(&device);
 }
 
 QImage readPage(QIODevice& device, const QString& name, const InputRequest& request) {
     QImageReader reader(&device);
-    reader.setDecideFormatFromContent(true);
-    reader.setAutoTransform(true);
     const QuietStandardError quiet;
+    decideFormat(reader, device);
+    reader.setAutoTransform(true);
     if (!reader.canRead() || !pictureFormats().contains(QString::fromLatin1(reader.format())))
         throw FileError(QString("%1: cannot be decoded: not a picture in one of the formats of "
                                 "--list-formats")
                             .arg(name));
+    goToPage(reader, name, request);
     if (reader.size().isValid())
         checkSize(name, reader.size(), request);
-    goToPage(reader, name, request.page);
     QImage image = reader.read();
     if (image.isNull() && request.page > 1)
         failWithoutPage(name, request.page);

@@ -41,7 +41,8 @@ install_packages() {
 # What the program itself needs.
 install_build_packages() {
     install_packages g++=g++ cmake=cmake ninja=ninja-build \
-        '/usr/lib/*/cmake/Qt6Gui/Qt6GuiConfig.cmake=qt6-base-dev'
+        '/usr/lib/*/cmake/Qt6Gui/Qt6GuiConfig.cmake=qt6-base-dev' \
+        '/usr/lib/*/qt6/plugins/imageformats/libqtiff.so=qt6-image-formats-plugins'
 }
 
 # build PRESET [CMAKE OPTION...]: configures and builds in build/PRESET, quietly unless it fails.

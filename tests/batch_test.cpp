@@ -36,49 +36,6 @@ protected:
     }
 };
 
-/// A GIF file whose frames are images of two colours, black and white.
-QByteArray animation(const QList<QImage>& frames) {
-    const auto number = [](int value) {
-        return QByteArray{}
-            .append(static_cast<char>(value & 255))
-            .append(static_cast<char>(value >> 8));
-    };
-    QByteArray gif = "GIF89a" + number(frames[0].width()) + number(frames[0].height()) +
-                     QByteArray::fromHex("810000"
-                                         "000000"
-                                         "ffffff"
-                                         "000000"
-                                         "000000");
-    for (const QImage& frame : frames) {
-        gif += QByteArray::fromHex("21f904000a000000"
-                                   "2c00000000") +
-               number(frame.width()) + number(frame.height()) + QByteArray::fromHex("0002");
-        // Codes of three bits; one that forgets what was before, every two pixels, keeps them
-        // short.
-        QByteArray data;
-        int bits = 0;
-        int count = 0;
-        const auto put = [&](int code) {
-            bits |= code << count;
-            for (count += 3; count >= 8; count -= 8, bits >>= 8)
-                data += static_cast<char>(bits & 255);
-        };
-        for (int i = 0; i < frame.width() * frame.height(); ++i) {
-            if (i % 2 == 0)
-                put(4);
-            put(frame.pixelIndex(i % frame.width(), i / frame.width()));
-        }
-        put(5);
-        data += static_cast<char>(bits & 255);
-        for (qsizetype start = 0; start < data.size(); start += 255) {
-            const QByteArray block = data.mid(start, 255);
-            gif += static_cast<char>(block.size()) + block;
-        }
-        gif += '\0';
-    }
-    return gif + ';';
-}
-
 } // namespace
 
 TEST_F(Batch, TwoWorkersGiveTheBytesOfOneByOne) {
@@ -221,29 +178,6 @@ TEST_F(Batch, CropsAndFlattens) {
               run({saveImage(image.copy(5, 5, 10, 8), "cut.png"), "-f", "json", "-o", "-"}).output);
     expectError(run({name, "--crop", "5,5,100,8"}), 1, "within its 30 x 20 pixels");
     expectError(run({name, "--crop", "5,5"}), 2, "x,y,width,height");
-}
-
-TEST_F(Batch, TakesThePageThatWasAskedFor) {
-    QImage first(20, 20, QImage::Format_Indexed8);
-    first.setColorTable({qRgb(0, 0, 0), qRgb(255, 255, 255)});
-    first.fill(1);
-    QImage second = first;
-    for (int y = 4; y < 16; ++y) {
-        for (int x = 4; x < 16; ++x)
-            second.setPixel(x, y, 0);
-    }
-    writeFile(path("moving.gif"), animation({first, second}));
-    const auto outlines = [&](const QStringList& options) {
-        const auto result = run(QStringList{path("moving.gif"), "-f", "json", "-o", "-"} + options);
-        EXPECT_EQ(result.status, 0) << result.errors.toStdString();
-        return QJsonDocument::fromJson(result.output).object()["polylines"].toArray().size();
-    };
-    EXPECT_EQ(outlines({}), 1);
-    EXPECT_EQ(outlines({"--page", "1"}), 1);
-    EXPECT_GT(outlines({"--page", "2"}), 1);
-    expectError(run({path("moving.gif"), "--page", "3"}), 1, "has no page 3");
-    expectError(run({sample("logo.png"), "--page", "2", "-o", path("x.svg")}), 1, "has no page 2");
-    expectError(run({sample("logo.png"), "--page", "0"}), 2, "--page takes");
 }
 
 TEST_F(Batch, TurnsTheImageAsItsCameraSaysIt) {
