@@ -1,5 +1,6 @@
 #include "shapes/joining.h"
 
+#include "shapes/cubics.h"
 #include "shapes/tangency.h"
 
 #include <algorithm>
@@ -7,6 +8,9 @@
 namespace ovtrace {
 
 namespace {
+
+/// Carriers that a curve may take the place of: two arcs are simple enough.
+constexpr std::size_t leastRun = 3;
 
 /// Where one carrier ends and the next begins; two places where a cap lies between.
 struct Joint {
@@ -25,10 +29,11 @@ public:
         return samples_[static_cast<std::size_t>(index) % samples_.size()].at;
     }
 
-    /// The samples of a carrier with the weights of the fit.
-    [[nodiscard]] std::vector<Sample> of(const Carrier& carrier, double spread) const {
+    /// The samples from `first` to `last` with the weights of the fit.
+    [[nodiscard]] std::vector<Sample> between(int first, int last, double spread) const {
         std::vector<Sample> result;
-        for (int k = carrier.first; k <= carrier.last; ++k) {
+        const int end = last >= first ? last : unwrapped(first, last);
+        for (int k = first; k <= end; ++k) {
             Sample sample = samples_[static_cast<std::size_t>(k) % samples_.size()];
             sample.sigma = std::sqrt(sample.sigma * sample.sigma + spread);
             result.push_back(sample);
@@ -60,13 +65,7 @@ public:
         for (std::size_t k = 1; k < count; ++k)
             joints.push_back(joint(k - 1, k));
         joints.push_back(closed_ && count > 1 ? joints.front() : Joint{end, end, false});
-        std::vector<Piece> pieces;
-        for (std::size_t k = 0; k < count; ++k) {
-            append(carriers_[k], joints[k].after, joints[k + 1].before, pieces);
-            if (joints[k + 1].before != joints[k + 1].after)
-                pieces.push_back(linePiece(joints[k + 1].before, joints[k + 1].after));
-        }
-        return pieces;
+        return assembled(joints);
     }
 
 private:
@@ -99,7 +98,6 @@ private:
     /// for each constraint.
     void makeTangent() {
         constexpr double allowed = 9.0;
-        const double spread = options_.tolerance * options_.tolerance / 3.0;
         for (std::size_t k = 0; k < carriers_.size(); ++k) {
             if (carriers_[k].isLine())
                 continue;
@@ -107,7 +105,8 @@ private:
             const Carrier* after = smoothLine(k, 1);
             if (!before && !after)
                 continue;
-            const std::vector<Sample> samples = chain_.of(carriers_[k], spread);
+            const std::vector<Sample> samples =
+                chain_.between(carriers_[k].first, carriers_[k].last, spread());
             const double bound = (before ? allowed : 0.0) + (after ? allowed : 0.0);
             if (const auto circle = tangentCircle(carriers_[k], before, after, samples, bound))
                 carriers_[k] = *circle;
@@ -173,6 +172,146 @@ private:
             extreme = std::max(extreme, dot(chain_.at(k), axis));
         return {p + u * ((extreme - dot(p, axis)) / dot(u, axis)),
                 q + v * ((extreme - dot(q, axis)) / dot(v, axis)), false};
+    }
+
+    [[nodiscard]] std::vector<Piece> assembled(const std::vector<Joint>& joints) const {
+        std::vector<Piece> pieces;
+        const std::size_t count = carriers_.size();
+        for (std::size_t k = 0; k < count;) {
+            const std::size_t end = options_.cubics ? runEnd(k, joints) : k + 1;
+            const Run run{k, end, closed_ && end - k == count && joints[0].smooth};
+            if (end - k < leastRun || !appendCurves(run, joints, pieces))
+                for (std::size_t i = k; i < end; ++i)
+                    append(carriers_[i], joints[i].after, joints[i + 1].before, pieces);
+            if (joints[end].before != joints[end].after)
+                pieces.push_back(linePiece(joints[end].before, joints[end].after));
+            k = end;
+        }
+        return pieces;
+    }
+
+    /// Whether a carrier can be a part of a curve: long lines are lines.
+    [[nodiscard]] bool isCurved(std::size_t index) const {
+        constexpr int shortLine = 8;
+        const Carrier& carrier = carriers_[index];
+        return !carrier.isLine() || carrier.last - carrier.first < shortLine;
+    }
+
+    /// One past the last carrier of the smooth curve that begins with `first`.
+    [[nodiscard]] std::size_t runEnd(std::size_t first, const std::vector<Joint>& joints) const {
+        std::size_t end = first + 1;
+        if (isCurved(first))
+            while (end < carriers_.size() && joints[end].smooth && isCurved(end))
+                ++end;
+        return end;
+    }
+
+    /// The place and direction where carrier `index` begins. Carriers that join smoothly agree on
+    /// it; a long line is right.
+    [[nodiscard]] CurveEnd beginning(std::size_t index, const std::vector<Joint>& joints) const {
+        const std::size_t count = carriers_.size();
+        const Point at = joints[index].after;
+        const Carrier& after = carriers_[index % count];
+        const Point own = directionAt(after, at);
+        if (!joints[index].smooth)
+            return {at, own};
+        const std::size_t other = (index + count - 1) % count;
+        const Point before = directionAt(carriers_[other], at);
+        if (!isCurved(other))
+            return {at, before};
+        return {at, isCurved(index % count) ? unit(own + before) : own};
+    }
+
+    [[nodiscard]] CurveEnd ending(std::size_t index, const std::vector<Joint>& joints) const {
+        if (joints[index + 1].smooth)
+            return beginning(index + 1, joints);
+        const Point at = joints[index + 1].before;
+        return {at, directionAt(carriers_[index], at)};
+    }
+
+    /// Where a curve is divided between two carriers, it goes by the samples on both sides: the
+    /// ends of arcs that only approach it have other directions.
+    [[nodiscard]] CurveEnd division(std::size_t index, const std::vector<Joint>& joints) const {
+        constexpr int side = 6;
+        const std::size_t count = carriers_.size();
+        const Carrier& before = carriers_[(index + count - 1) % count];
+        const Carrier& after = carriers_[index % count];
+        const int first = std::max(before.first, before.last - side);
+        const int last = std::min(after.last, after.first + side);
+        const CurveEnd rough = beginning(index, joints);
+        const auto end = localEnd(chain_.between(first, last, spread()), rough.at, rough.tangent);
+        // Nearly where the carriers meet, or the samples are no smooth curve.
+        return end && distance(end->at, rough.at) < 1.0 && dot(end->tangent, rough.tangent) > 0.95
+                   ? *end
+                   : rough;
+    }
+
+    /// A smooth curve from carrier `first` to before `end`; it may be the whole of a closed chain.
+    struct Run {
+        std::size_t first = 0;
+        std::size_t end = 0;
+        bool wholeRing = false;
+    };
+
+    [[nodiscard]] CurveEnd place(std::size_t index, bool isEnd, const Run& run,
+                                 const std::vector<Joint>& joints) const {
+        if ((index > run.first && index < run.end) || run.wholeRing)
+            return division(index, joints);
+        return isEnd ? ending(index - 1, joints) : beginning(index, joints);
+    }
+
+    /// One cubic over the carriers from `first` to before `end`.
+    [[nodiscard]] std::optional<Piece> curveOver(std::size_t first, std::size_t end, const Run& run,
+                                                 const std::vector<Joint>& joints) const {
+        // As close as samples that were only noisy.
+        constexpr double allowed = 1.5;
+        return fittedCubic(
+            place(first, false, run, joints), place(end, true, run, joints),
+            chain_.between(carriers_[first].first, carriers_[end - 1].last, spread()), allowed);
+    }
+
+    /// The longest curve from `first` on: twice as many carriers until it fails, then halving.
+    [[nodiscard]] std::pair<Piece, std::size_t>
+    longestCurve(std::size_t first, const Run& run, const std::vector<Joint>& joints) const {
+        std::optional<Piece> best = curveOver(first, first + 1, run, joints);
+        std::size_t good = first + 1;
+        std::size_t step = 1;
+        while (best && good < run.end) {
+            const std::size_t next = std::min(run.end, good + step);
+            const auto curve = curveOver(first, next, run, joints);
+            if (!curve)
+                break;
+            best = curve;
+            good = next;
+            step *= 2;
+        }
+        for (; best && step > 0; step /= 2)
+            if (good + step <= run.end)
+                if (const auto curve = curveOver(first, good + step, run, joints)) {
+                    best = curve;
+                    good += step;
+                }
+        return {best ? *best : Piece{}, best ? good : first};
+    }
+
+    /// Curves in place of the carriers of a run, where they are fewer.
+    bool appendCurves(const Run& run, const std::vector<Joint>& joints,
+                      std::vector<Piece>& pieces) const {
+        const std::size_t length = run.end - run.first;
+        std::vector<Piece> curves;
+        for (std::size_t k = run.first; k < run.end;) {
+            const auto [curve, next] = longestCurve(k, run, joints);
+            if (next == k || curves.size() + 1 >= length)
+                return false;
+            curves.push_back(curve);
+            k = next;
+        }
+        pieces.insert(pieces.end(), curves.begin(), curves.end());
+        return true;
+    }
+
+    [[nodiscard]] double spread() const {
+        return options_.tolerance * options_.tolerance / 3.0;
     }
 
     /// The carrier between two joints. Where the joints have passed each other it has shrunk to a

@@ -84,17 +84,23 @@ double change(const Weighted& data, int index, bool closed) {
     return std::abs(cross(unit(d - a), third)) / spread;
 }
 
-/// Where breaks may be: before sample k for each true entry; one more for the end.
+constexpr char noBreak = 0;
+constexpr char plainBreak = 1;
+constexpr char remarkableBreak = 2;
+
+/// Where breaks may be, before each sample and after the last.
 std::vector<char> breakCandidates(const Weighted& data) {
     constexpr int edge = 8;
     constexpr double remarkable = 2.5;
     const int n = data.size();
-    std::vector<char> candidates(static_cast<std::size_t>(n) + 1, 0);
+    std::vector<char> candidates(static_cast<std::size_t>(n) + 1, noBreak);
     const bool few = n <= 64;
     for (int k = 0; k <= n; ++k) {
-        const bool near = k < edge || k > n - edge;
-        candidates[static_cast<std::size_t>(k)] =
-            few || near || k % stride == 0 || change(data, k, false) > remarkable;
+        const bool near = few || k < edge || k > n - edge;
+        if (near || change(data, k, false) > remarkable)
+            candidates[static_cast<std::size_t>(k)] = remarkableBreak;
+        else if (k % stride == 0)
+            candidates[static_cast<std::size_t>(k)] = plainBreak;
     }
     return candidates;
 }
@@ -125,6 +131,7 @@ public:
     bool run(std::vector<Reached>& ranges, std::vector<int>& ends, double& cost);
 
 private:
+    [[nodiscard]] bool isCandidate(int first, int end) const;
     void extendTo(int end);
     void consider(const Moments& moments, int first, Reached& best) const;
     void skipTo(int first);
@@ -157,6 +164,15 @@ void Search::consider(const Moments& moments, int first, Reached& best) const {
         best = {before + arcCost_ + arcError, first, true};
 }
 
+/// Far from the end, fewer of the breaks where nothing happens will do: the merging closes what
+/// they leave.
+bool Search::isCandidate(int first, int end) const {
+    constexpr int near = 8 * stride;
+    const char candidate = candidates_[static_cast<std::size_t>(first)];
+    return candidate == remarkableBreak ||
+           (candidate == plainBreak && (end - first <= near || first % (4 * stride) == 0));
+}
+
 void Search::extendTo(int end) {
     Reached best;
     Moments moments(data_.at(end - 1));
@@ -164,7 +180,7 @@ void Search::extendTo(int end) {
     for (int first = end - 1; first >= least; --first) {
         if (data_.weight(first) > 0.0)
             moments.add(data_.at(first), data_.weight(first));
-        if (!candidates_[static_cast<std::size_t>(first)] || moments.count() < 2)
+        if (!isCandidate(first, end) || moments.count() < 2)
             continue;
         consider(moments, first, best);
         // More samples never fit better: several shapes are cheaper from here on.
