@@ -4,6 +4,9 @@
 add_library(ovtrace_objects INTERFACE)
 target_compile_definitions(ovtrace_objects INTERFACE OVTRACE_STATIC)
 
+add_library(ovtrace_host_check OBJECT ${PROJECT_SOURCE_DIR}/plugin/hostcheck.cpp)
+target_link_libraries(ovtrace_host_check PRIVATE OvHost::core Qt6::Core ovtrace_flags)
+
 # ovtrace_add_objects(SOURCE...): the sources of the current folder as ovtrace_<folder>_objects, a
 # part of the module. What it includes from another such folder it names by
 # target_link_libraries(ovtrace_<folder>_objects PUBLIC ovtrace_<other>_objects).
@@ -20,6 +23,8 @@ function(ovtrace_add_objects)
   if(OVTRACE_BUILD_FUZZ)
     target_compile_options(${objects} PRIVATE -fsanitize=fuzzer-no-link)
   endif()
+  # What a host library lacks is said in a sentence before other sources fail on it.
+  add_dependencies(${objects} ovtrace_host_check)
   # Object files reach those alone that link them directly, so they are named as sources, too.
   target_link_libraries(ovtrace_objects INTERFACE ${objects})
   target_sources(ovtrace_objects INTERFACE $<TARGET_OBJECTS:${objects}>)

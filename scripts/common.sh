@@ -4,6 +4,7 @@ set -eu
 cd "$(dirname "$0")/.."
 
 jobs=$(nproc)
+times=
 
 # exists PATTERN: whether a file matches.
 exists() {
@@ -60,4 +61,19 @@ build() {
         echo "The build failed; all of it is in $log" >&2
         exit 1
     fi
+}
+
+# step NAME COMMAND...: a part of a longer script, whose time report_times() shows.
+step() {
+    name=$1
+    shift
+    echo "== $name"
+    started=$(date +%s)
+    "$@"
+    times="$times$(printf '%5d s  %s' $(($(date +%s) - started)) "$name")
+"
+}
+report_times() {
+    echo "== Times"
+    printf '%s' "$times"
 }

@@ -4,21 +4,13 @@
 #     folder), EXPECTED (what the program prints, | for a new line), FLAGS (compiler flags),
 #     BUILD_TYPE, PAGE (optional: a Markdown page from which the source is taken first).
 
-function(run)
-  execute_process(COMMAND ${ARGN} RESULT_VARIABLE status OUTPUT_VARIABLE output
-                  ERROR_VARIABLE errors)
-  if(status)
-    message(FATAL_ERROR "${ARGN}\nfailed:\n${output}${errors}")
-  endif()
-  set(output "${output}" PARENT_SCOPE)
-endfunction()
+include(${CMAKE_CURRENT_LIST_DIR}/support.cmake)
 
 file(REMOVE_RECURSE ${WORK}/prefix ${WORK}/consumer)
 if(PAGE)
   run(${CMAKE_COMMAND} -DPAGE=${PAGE} -DOUTPUT=${CONSUMER} -P ${CMAKE_CURRENT_LIST_DIR}/extract.cmake)
 endif()
 get_filename_component(program ${CONSUMER} NAME)
-string(REPLACE "|" "\n" EXPECTED "${EXPECTED}")
 if(HOST_SDK)
   set(PROJECT_BUILD ${WORK}/build)
   run(${CMAKE_COMMAND} -S ${PROJECT_SOURCE} -B ${PROJECT_BUILD} -G Ninja
@@ -34,6 +26,4 @@ run(${CMAKE_COMMAND} -S ${CONSUMER} -B ${WORK}/consumer -G Ninja -DCMAKE_BUILD_T
     -DCMAKE_PREFIX_PATH=${WORK}/prefix -DOvHost_ROOT=${HOST_SDK} "-DCMAKE_CXX_FLAGS=${FLAGS}")
 run(${CMAKE_COMMAND} --build ${WORK}/consumer)
 run(${WORK}/consumer/${program})
-if(NOT output STREQUAL EXPECTED)
-  message(FATAL_ERROR "the program printed: ${output}")
-endif()
+expect_output("${EXPECTED}")

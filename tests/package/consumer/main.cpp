@@ -3,8 +3,10 @@
 #include <cstdio>
 
 #include <tracebitmap.h>
+#include <traceversion.h>
 
-// Traces a black square on white and prints how many outlines there are.
+// Traces a black square on white and prints how many outlines there are, and which module made
+// them.
 int main() {
     QImage image(32, 32, QImage::Format_RGB32);
     image.fill(Qt::white);
@@ -17,6 +19,11 @@ int main() {
     tracer.setOption("blurradius", 0.0);
     tracer.setPalette({{-128, -128, -128, 127}, {127, 127, 127, 127}});
     const QList<OvPolyline> outlines = tracer.trace(image);
-    std::printf("%d outlines, end %g\n", static_cast<int>(outlines.size()),
+    const QByteArray version = QByteArray::number(OVTRACE_VERSION_MAJOR) + '.' +
+                               QByteArray::number(OVTRACE_VERSION_MINOR) + '.' +
+                               QByteArray::number(OVTRACE_VERSION_PATCH);
+    std::printf("%s: %d outlines, end %g\n",
+                version == ovTraceVersion() ? version.constData() : "another version",
+                static_cast<int>(outlines.size()),
                 outlines.isEmpty() ? -1.0 : outlines.last().getEndPoint().x);
 }
