@@ -18,16 +18,27 @@ install(FILES ${PROJECT_BINARY_DIR}/cmake/OvTrace/OvTraceConfig.cmake
               ${PROJECT_BINARY_DIR}/cmake/OvTrace/OvHostFingerprint.cmake
         DESTINATION ${package_folder})
 
-# A Debian package of the module and the program: cpack --config build/release/CPackConfig.cmake.
+# Debian packages: cpack --config build/release/CPackConfig.cmake. A window is a component, and a
+# package, of its own.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME ovtrace)
 set(CPACK_PACKAGE_VENDOR "KORVID")
 set(CPACK_PACKAGE_CONTACT "KORVID <trace@korvid.example>")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_COMPONENTS_ALL ovtrace)
+set(CPACK_DEBIAN_OVTRACE_PACKAGE_NAME ovtrace)
 # TIFF, WebP, TGA and others.
-set(CPACK_DEBIAN_PACKAGE_DEPENDS qt6-image-formats-plugins)
+set(CPACK_DEBIAN_OVTRACE_PACKAGE_DEPENDS qt6-image-formats-plugins)
+if(TARGET ovtraceview)
+  list(APPEND CPACK_COMPONENTS_ALL ovtraceview)
+  set(CPACK_DEBIAN_OVTRACEVIEW_PACKAGE_NAME ovtraceview)
+  set(CPACK_DEBIAN_OVTRACEVIEW_PACKAGE_DEPENDS "ovtrace (= ${PROJECT_VERSION})")
+  set(CPACK_COMPONENT_OVTRACEVIEW_DESCRIPTION "Window of the bitmap vectorization")
+endif()
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/lib)
 set(CPACK_DEBIAN_PACKAGE_SECTION graphics)
 set(CPACK_DEBIAN_PACKAGE_HOMEPAGE ${OVTRACE_EDITION_URL})
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
