@@ -3,6 +3,7 @@
 #include "kernels/prefetch.h"
 
 #include <QImage>
+#include <QRgba64>
 
 #include <algorithm>
 #include <array>
@@ -58,54 +59,119 @@ Channels channelsOf(const ChannelNeeds& needs, bool mayHaveAlpha) {
     return needs.color() ? Channels::Opaque : Channels::Grey;
 }
 
-Channels channelsOfWords(const QImage& image) {
+Channels channelsOfWords(const QImage& image, StageProgress progress) {
     const bool mayHaveAlpha = image.hasAlphaChannel();
     ChannelNeeds needs;
     // Most images that need more than grey show it soon.
     for (int y = 0; y < image.height(); ++y) {
         prefetchNextRow(image, y);
         needs.look(wordsOf(image, y), image.width());
+        progress.advance(image.width());
         if (mayHaveAlpha ? needs.alpha() : needs.color())
             break;
     }
     return channelsOf(needs, mayHaveAlpha);
 }
 
+/// The index of the pixel at x in a row of an image with a colour table.
+unsigned indexAt(QImage::Format format, const uchar* row, int x) {
+    switch (format) {
+    case QImage::Format_Mono:
+        return static_cast<unsigned>(row[x >> 3]) >> (7 - (x & 7)) & 1U;
+    case QImage::Format_MonoLSB:
+        return static_cast<unsigned>(row[x >> 3]) >> (x & 7) & 1U;
+    default:
+        return row[x];
+    }
+}
+
+/// Whether some pixel has an index of `count` or more.
+bool hasIndexBeyond(const QImage& image, qsizetype count, StageProgress progress) {
+    if (count >= (image.depth() == 1 ? 2 : 256))
+        return false;
+    for (int y = 0; y < image.height(); ++y) {
+        const uchar* row = image.constScanLine(y);
+        unsigned largest = 0;
+        for (int x = 0; x < image.width(); ++x)
+            largest = std::max(largest, indexAt(image.format(), row, x));
+        if (static_cast<qsizetype>(largest) >= count)
+            return true;
+        progress.advance(image.width());
+    }
+    return false;
+}
+
+Channels channelsOfIndices(const QImage& image, StageProgress progress) {
+    const QList<QRgb> colors = image.colorTable();
+    if (hasIndexBeyond(image, colors.size(), progress))
+        return Channels::All;
+    ChannelNeeds needs;
+    needs.look(colors.constData(), colors.size());
+    return channelsOf(needs, true);
+}
+
+/// Whether all pixels are opaque; isOpaque(row, x) looks at one.
+template <typename IsOpaque>
+bool allOpaque(const QImage& image, StageProgress progress, const IsOpaque& isOpaque) {
+    for (int y = 0; y < image.height(); ++y) {
+        const uchar* row = image.constScanLine(y);
+        bool opaque = true;
+        for (int x = 0; x < image.width(); ++x)
+            opaque = opaque && isOpaque(row, x);
+        if (!opaque)
+            return false;
+        progress.advance(image.width());
+    }
+    return true;
+}
+
+/// For formats whose alpha should be that of opaque pixels but may be anything.
+Channels channelsOfUnusedAlpha(const QImage& image, StageProgress progress) {
+    const bool bytes = image.format() == QImage::Format_RGBX8888;
+    const auto byteIsOpaque = [](const uchar* row, int x) {
+        return row[4 * qsizetype(x) + 3] == 255;
+    };
+    const auto shortIsOpaque = [](const uchar* row, int x) {
+        return reinterpret_cast<const QRgba64*>(row)[x].alpha8() == 255;
+    };
+    return (bytes ? allOpaque(image, progress, byteIsOpaque)
+                  : allOpaque(image, progress, shortIsOpaque))
+               ? Channels::Opaque
+               : Channels::All;
+}
+
 /// The channels that the image needs; at times more where looking would be slow.
-Channels channelsOf(const QImage& image) {
+Channels channelsOf(const QImage& image, StageProgress progress) {
     switch (image.format()) {
     case QImage::Format_RGB32:
     case QImage::Format_ARGB32:
     case QImage::Format_ARGB32_Premultiplied:
-        return channelsOfWords(image);
+        return channelsOfWords(image, progress);
     case QImage::Format_Mono:
     case QImage::Format_MonoLSB:
-    case QImage::Format_Indexed8: {
-        const QList<QRgb> colors = image.colorTable();
-        ChannelNeeds needs;
-        needs.look(colors.constData(), colors.size());
-        return channelsOf(needs, true);
-    }
+    case QImage::Format_Indexed8:
+        return channelsOfIndices(image, progress);
     case QImage::Format_Grayscale8:
     case QImage::Format_Grayscale16:
         return Channels::Grey;
     case QImage::Format_RGB16:
     case QImage::Format_RGB888:
     case QImage::Format_BGR888:
+        return Channels::Opaque;
     case QImage::Format_RGBX8888:
     case QImage::Format_RGBX64:
-        return Channels::Opaque;
+        return channelsOfUnusedAlpha(image, progress);
     default:
         return Channels::All;
     }
 }
 
-/// The colours of an image with a colour table, by index, as channelWord()s; black if missing.
+/// The colours of an image with a colour table, by index, as channelWord()s; a missing one is
+/// transparent 0.
 class ColorTable {
 public:
     explicit ColorTable(const QImage& image) {
         const QList<QRgb> table = image.colorTable();
-        colors.fill(toWord(Alpha));
         std::transform(table.begin(),
                        table.begin() + std::min(table.size(), qsizetype(colors.size())),
                        colors.begin(), toWord);
@@ -126,7 +192,7 @@ void storeRow(char* stored, int width, const WordAt& wordAt) {
 }
 
 /// Rows of one bit a pixel, stored eight at a time, of which the last ones may fill no byte.
-void loadGreyMono(const QImage& image, PixelImage& pixels, int top) {
+void loadGreyMono(const QImage& image, PixelImage& pixels, int top, StageProgress progress) {
     const ColorTable colors(image);
     std::array<std::array<char, 8>, 256> stored{};
     for (unsigned byte = 0; byte < stored.size(); ++byte) {
@@ -142,16 +208,19 @@ void loadGreyMono(const QImage& image, PixelImage& pixels, int top) {
             std::memcpy(to, stored[row[i]].data(), 8);
         if (rest != 0)
             std::memcpy(to, stored[row[whole]].data(), rest);
+        progress.advance(image.width());
     }
 }
 
 /// Stores the pixels of `image` as rows of `pixels` from row `top` on.
-template <Channels channels> void loadRows(const QImage& image, PixelImage& pixels, int top) {
+template <Channels channels>
+void loadRows(const QImage& image, PixelImage& pixels, int top, StageProgress progress) {
     const int width = image.width();
     const auto store = [&](const auto& wordAtRow) {
         for (int y = 0; y < image.height(); ++y) {
             prefetchNextRow(image, y);
             storeRow<channels>(pixels.row(top + y), width, wordAtRow(y));
+            progress.advance(width);
         }
     };
     switch (image.format()) {
@@ -170,14 +239,21 @@ template <Channels channels> void loadRows(const QImage& image, PixelImage& pixe
             return [&colors, row = image.constScanLine(y)](int x) { return colors[row[x]]; };
         });
         break;
+    case QImage::Format_MonoLSB:
+        store([&, colors = ColorTable(image)](int y) {
+            return [&colors, row = image.constScanLine(y)](int x) {
+                return colors[indexAt(QImage::Format_MonoLSB, row, x)];
+            };
+        });
+        break;
     case QImage::Format_Mono:
         if constexpr (channels == Channels::Grey) {
-            loadGreyMono(image, pixels, top);
+            loadGreyMono(image, pixels, top, progress);
             break;
         }
         store([&, colors = ColorTable(image)](int y) {
             return [&colors, row = image.constScanLine(y)](int x) {
-                return colors[static_cast<unsigned>(row[x >> 3]) >> (7 - (x & 7)) & 1U];
+                return colors[indexAt(QImage::Format_Mono, row, x)];
             };
         });
         break;
@@ -186,13 +262,14 @@ template <Channels channels> void loadRows(const QImage& image, PixelImage& pixe
     }
 }
 
-void loadRows(const QImage& image, PixelImage& pixels, int top) {
+void loadRows(const QImage& image, PixelImage& pixels, int top, StageProgress progress) {
     withChannels(pixels.channels,
-                 [&]<Channels channels>() { loadRows<channels>(image, pixels, top); });
+                 [&]<Channels channels>() { loadRows<channels>(image, pixels, top, progress); });
 }
 
 /// What loadRows() stores after applyThreshold(): a grey image of black and white.
-PixelImage loadThresholded(const QImage& image, const Threshold& threshold) {
+PixelImage loadThresholded(const QImage& image, const Threshold& threshold,
+                           StageProgress progress) {
     const int width = image.width();
     PixelImage pixels(width, image.height(), Channels::Grey);
     pixels.mostColors = 2;
@@ -204,6 +281,7 @@ PixelImage loadThresholded(const QImage& image, const Threshold& threshold) {
             prefetchNextRow(image, y);
             const QRgb* row = wordsOf(image, y);
             std::transform(row, row + width, pixels.row(y), blackOrWhite);
+            progress.advance(width);
         }
         return pixels;
     }
@@ -212,9 +290,11 @@ PixelImage loadThresholded(const QImage& image, const Threshold& threshold) {
         for (unsigned grey = 0; grey < results.size(); ++grey)
             results[grey] = blackOrWhite(
                 qRgb(static_cast<int>(grey), static_cast<int>(grey), static_cast<int>(grey)));
-        for (int y = 0; y < image.height(); ++y)
+        for (int y = 0; y < image.height(); ++y) {
             std::transform(image.constScanLine(y), image.constScanLine(y) + width, pixels.row(y),
                            [&](uchar grey) { return results[grey]; });
+            progress.advance(width);
+        }
         return pixels;
     }
     // A few rows at a time, so that the changed copy stays in the cache.
@@ -224,20 +304,22 @@ PixelImage loadThresholded(const QImage& image, const Threshold& threshold) {
         if (rows.isNull())
             throw std::bad_alloc(); // the size is right, so it is memory that was missing
         applyThreshold(rows, threshold);
-        loadRows(rows, pixels, y);
+        loadRows(rows, pixels, y, progress);
     }
     return pixels;
 }
 
 } // namespace
 
-PixelImage loadPixels(const QImage& image, const std::optional<Threshold>& threshold) {
+PixelImage loadPixels(const QImage& image, const std::optional<Threshold>& threshold,
+                      StageProgress progress) {
+    progress.expect(std::int64_t(image.width()) * image.height());
     if (threshold)
-        return loadThresholded(image, *threshold);
-    PixelImage pixels(image.width(), image.height(), channelsOf(image));
+        return loadThresholded(image, *threshold, progress);
+    PixelImage pixels(image.width(), image.height(), channelsOf(image, progress));
     if (image.depth() == 1)
         pixels.mostColors = 2;
-    loadRows(image, pixels, 0);
+    loadRows(image, pixels, 0, progress);
     return pixels;
 }
 

@@ -1,6 +1,7 @@
 #include "reference/compare.h"
 #include "reference/tracetwin.h"
 #include "support/conversions.h"
+#include "support/randominput.h"
 
 #include <fitting.h>
 
@@ -28,6 +29,14 @@ Records fitted(const InternodePath& nodes, float ltres, float qtres, int start, 
     TracedPath segments;
     fitseq(nodes, ltres, qtres, start, end, segments);
     return toLists(segments);
+}
+
+/// An outline of 3 to 12 nodes anywhere.
+InternodePath randomNodes(RandomInput& input) {
+    InternodePath nodes;
+    for (int i = input.number(3, 12); i > 0; --i)
+        nodes.push_back({input.number(0, 20) * 0.5, input.number(0, 20) * 0.5, 0});
+    return nodes;
 }
 
 /// A sequence whose inner node lies `offset` above the chord.
@@ -95,8 +104,46 @@ TEST(Fitting, SplitsBetweenTheTwoWorstNodes) {
 
 TEST(Fitting, AnEndThatIsNoNodeGivesNothing) {
     EXPECT_TRUE(fitted(bump(1), 1, 1, 0, -1).isEmpty());
-    EXPECT_TRUE(fitted(bump(1), 1, 1, 0, 4).isEmpty());
+    EXPECT_TRUE(fitted(bump(1), 1, 1, 0, 5).isEmpty());
     EXPECT_TRUE(fitted(bump(1), 1, 1, 0, 99).isEmpty());
+    EXPECT_TRUE(fitted({}, 1, 1, 0, 0).isEmpty());
+}
+
+TEST(Fitting, AnEndOfAsManyAsThereAreNodesIsNodeZeroAtTheClose) {
+    RandomInput input(41);
+    for (int round = 0; round < 300; ++round) {
+        const InternodePath nodes = randomNodes(input);
+        const int count = static_cast<int>(nodes.size());
+        const int start = input.number(0, count - 1);
+        const float tolerance = static_cast<float>(input.number(0, 9));
+        InternodePath opened = nodes; // node 0 stands behind the last one, too
+        opened.push_back(nodes.front());
+        const Records records = fitted(nodes, tolerance, tolerance, start, count);
+        ASSERT_FALSE(records.isEmpty());
+        EXPECT_TRUE(sameRecords(
+            records, TraceTwin().fitseq(toLists(opened), tolerance, tolerance, start, count)));
+        if (start > 0) {
+            EXPECT_TRUE(sameRecords(records, fitted(nodes, tolerance, tolerance, start, 0)));
+        }
+    }
+}
+
+TEST(Fitting, AnEndBeforeTheStartRunsOverTheLastNode) {
+    RandomInput input(42);
+    int curves = 0;
+    for (int round = 0; round < 2000; ++round) {
+        const InternodePath nodes = randomNodes(input);
+        const int count = static_cast<int>(nodes.size());
+        const int start = input.number(1, count - 1);
+        const int end = input.number(0, start);
+        const float tolerance = static_cast<float>(input.number(0, 30));
+        // Any curve passes: beyond the close, splits need not end.
+        const Records records = fitted(nodes, tolerance, 1e30F, start, end);
+        EXPECT_TRUE(
+            sameRecords(records, TraceTwin().fitseq(toLists(nodes), tolerance, 1e30F, start, end)));
+        curves += records.first()[0] == 2.0 ? 1 : 0;
+    }
+    EXPECT_GT(curves, 500);
 }
 
 TEST(Fitting, NegativeLineToleranceCanLeaveNoControlPoint) {

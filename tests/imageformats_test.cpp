@@ -1,17 +1,21 @@
 #include "reference/compare.h"
 #include "reference/tracetwin.h"
 #include "support/conversions.h"
+#include "support/randominput.h"
 
 #include <imageload.h>
 #include <preprocess.h>
 #include <tracebitmap.h>
 
+#include <QByteArray>
 #include <QColor>
 #include <QImage>
+#include <QStringList>
 
 #include <gtest/gtest.h>
 
 #include <random>
+#include <vector>
 
 // Every pixel format of QImage, against the definition by single pixels.
 
@@ -38,7 +42,144 @@ protected:
     }
 };
 
+/// Collects what Qt logs while it lives.
+class MessageLog {
+public:
+    MessageLog() {
+        messages.clear();
+        previous = qInstallMessageHandler([](QtMsgType, const QMessageLogContext&,
+                                             const QString& text) { messages.append(text); });
+    }
+    ~MessageLog() {
+        qInstallMessageHandler(previous);
+    }
+    MessageLog(const MessageLog&) = delete;
+    MessageLog& operator=(const MessageLog&) = delete;
+
+    static inline QStringList messages;
+
+private:
+    QtMessageHandler previous;
+};
+
+/// Images of one format with any bytes in memory: bits that the format does not use, indices
+/// without colours, numbers that are none, rows inside a larger buffer.
+class RawImages {
+public:
+    RawImages(QImage::Format format, unsigned seed) : format(format), input(seed) {
+    }
+
+    /// The image looks at memory of this object and is good until the next call.
+    QImage next() {
+        const int width = input.number(1, 40);
+        const int height = input.number(1, 24);
+        const int bits = QImage(1, 1, format).depth();
+        const qsizetype stride = (qsizetype(width) * bits + 31) / 32 * 4 + 4 * input.number(0, 3);
+        constexpr qsizetype Margin = 16;
+        buffer.resize(static_cast<std::size_t>(stride * height + 2 * Margin));
+        // Mostly like the bytes of real images: opaque, grey, few colours.
+        const int kind = input.number(0, 3);
+        for (std::size_t i = 0; i < buffer.size(); ++i) {
+            const int byte = input.number(0, 255);
+            buffer[i] = static_cast<uchar>(kind == 0                      ? byte
+                                           : kind == 1                    ? 255
+                                           : kind == 2 && i % 4 != 3      ? byte
+                                           : kind == 2 || input.oneIn(50) ? 255
+                                                                          : byte & 3);
+        }
+        if (kind == 1 && input.oneIn(2))
+            buffer[buffer.size() / 2] = 254;
+        QImage image(buffer.data() + Margin, width, height, stride, format);
+        EXPECT_FALSE(image.isNull());
+        if (indexed())
+            image.setColorTable(colors());
+        return image;
+    }
+
+private:
+    bool indexed() const {
+        return format <= QImage::Format_Indexed8;
+    }
+    QList<QRgb> colors() {
+        QList<QRgb> table;
+        const int most = format == QImage::Format_Indexed8 ? 256 : 2;
+        for (int i = input.oneIn(3) ? most : input.number(0, most); i > 0; --i) {
+            const int grey = input.number(0, 255);
+            table.append(input.oneIn(9) ? qRgba(grey, 3, 9, grey) : qRgb(grey, grey, grey));
+        }
+        return table;
+    }
+
+    QImage::Format format;
+    RandomInput input;
+    std::vector<uchar> buffer;
+};
+
+/// What an image stores. (QImage's own comparison looks up colours that a table may not have.)
+QByteArray bytesOf(const QImage& image) {
+    QByteArray bytes;
+    const qsizetype used = (qsizetype(image.width()) * image.depth() + 7) / 8;
+    for (int y = 0; y < image.height(); ++y)
+        bytes.append(reinterpret_cast<const char*>(image.constScanLine(y)), used);
+    return bytes;
+}
+
 } // namespace
+
+TEST_P(EveryFormat, AnyBytesLoadAsPixelSaysWithoutAWord) {
+    RawImages images(static_cast<QImage::Format>(GetParam()), 4000U + unsigned(GetParam()));
+    for (int round = 0; round < 60; ++round) {
+        const QImage image = images.next();
+        MessageLog log;
+        TraceTwin twin;
+        twin.loadImageData(image);
+        MessageLog::messages.clear();
+        EXPECT_EQ(toBytes(loadPixels(image)), twin.imageData.data) << "round " << round;
+        EXPECT_TRUE(MessageLog::messages.isEmpty()) << MessageLog::messages.first().toStdString();
+    }
+}
+
+TEST_P(EveryFormat, AnyBytesTurnBlackAndWhiteAsPixelColorSaysWithoutAWord) {
+    RawImages images(static_cast<QImage::Format>(GetParam()), 5000U + unsigned(GetParam()));
+    RandomInput input(7);
+    for (int round = 0; round < 60; ++round) {
+        const QImage image = images.next();
+        MessageLog log;
+        TraceTwin twin;
+        twin.setOption("usebrightness", 1.0);
+        twin.setOption("brightnessthreshold", input.number(-1, 255));
+        OptionMap options = twin.options;
+        QImage expected = image.copy();
+        twin.preprocess(expected);
+        twin.loadImageData(expected);
+        MessageLog::messages.clear();
+        QImage prepared = image.copy();
+        preprocess(prepared, options);
+        EXPECT_EQ(bytesOf(prepared), bytesOf(expected)) << "round " << round;
+        EXPECT_EQ(toBytes(loadPixels(image, thresholdFor(image, options))), twin.imageData.data);
+        EXPECT_TRUE(MessageLog::messages.isEmpty()) << MessageLog::messages.first().toStdString();
+    }
+}
+
+TEST(ImageLoad, IndicesBeyondTheColorTableAreTransparentZero) {
+    QImage image(4, 1, QImage::Format_Indexed8);
+    image.setColorTable({qRgb(9, 9, 9), qRgb(7, 7, 7)});
+    image.fill(1);
+    EXPECT_EQ(loadPixels(image).channels, Channels::Grey) << "no index is beyond it";
+    image.scanLine(0)[2] = 2;
+    const PixelImage loaded = loadPixels(image);
+    EXPECT_EQ(toBytes(loaded).mid(8, 4), QList<char>(4, -128));
+    EXPECT_EQ(toBytes(loaded).mid(12, 4), QList<char>({-121, -121, -121, 127}));
+}
+
+TEST(ImageLoad, XBytesBelow255AreAlpha) {
+    QImage image(3, 2, QImage::Format_RGBX8888);
+    image.fill(qRgb(1, 2, 3));
+    EXPECT_EQ(loadPixels(image).channels, Channels::Opaque);
+    image.scanLine(1)[11] = 0;
+    EXPECT_EQ(loadPixels(image).channels, Channels::All);
+    EXPECT_EQ(toBytes(loadPixels(image)).last(), -128);
+}
 
 TEST_P(EveryFormat, LoadsAsItsPixelsSay) {
     for (const QSize size : sizes()) {

@@ -35,6 +35,19 @@ TEST(Polylines, OfEqualStartsTheLastRemains) {
     EXPECT_EQ(polylines[1].getEndPoint(), OvVector(7, 2));
 }
 
+TEST(Polylines, OfEqualStartsTheHighestLayerRemainsInWhateverOrderTheyCome) {
+    PolylineOutput output(20, 10);
+    output.add(2, {lineFrom(3, 4, 7, 8)});
+    output.add(2, {lineFrom(3, 4, 6, 8)});
+    output.add(0, {lineFrom(3, 4, 5, 6)});
+    output.add(1, {lineFrom(9, 1, 5, 6)});
+    output.finish();
+    EXPECT_EQ(output.takeLayers(), QList<int>({1, 2}));
+    const QList<OvPolyline> polylines = output.takePolylines();
+    ASSERT_EQ(polylines.size(), 2);
+    EXPECT_EQ(polylines[1].getEndPoint(), OvVector(6, 2)) << "the last of its layer";
+}
+
 TEST(Polylines, KeysWrapAtTheWidth) {
     PolylineOutput output(20, 10);
     output.add(0, {lineFrom(23, 4, 5, 6)});

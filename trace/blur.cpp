@@ -125,7 +125,7 @@ bool staysOpaque(int size, int radius) {
 }
 
 /// The same pixels with all their channels stored.
-PixelImage withAllChannels(const PixelImage& image) {
+PixelImage withAllChannels(const PixelImage& image, StageProgress progress) {
     PixelImage result(image.width, image.height, Channels::All);
     withChannels(image.channels, [&]<Channels channels>() {
         for (int y = 0; y < image.height; ++y) {
@@ -133,6 +133,7 @@ PixelImage withAllChannels(const PixelImage& image) {
                 storePixel<Channels::All>(
                     result.row(y) + x * result.pixelBytes(),
                     pixelWord<channels>(image.row(y) + x * image.pixelBytes()));
+            progress.advance(image.width);
         }
     });
     return result;
@@ -183,7 +184,7 @@ Taps verticalTaps(RowWindow& window, int y, int height, int radius) {
 
 } // namespace
 
-void blur(PixelImage& image, float radius, float delta) {
+void blur(PixelImage& image, float radius, float delta, StageProgress progress) {
     const int wholeRadius = floorToInt(static_cast<double>(radius));
     if (wholeRadius < 1)
         return;
@@ -191,7 +192,8 @@ void blur(PixelImage& image, float radius, float delta) {
     const int limit = std::min(truncateToInt(static_cast<double>(std::fabs(delta))), LargestLimit);
     if (image.channels != Channels::All &&
         !(staysOpaque(image.width, r) && staysOpaque(image.height, r)))
-        image = withAllChannels(image);
+        image = withAllChannels(image, progress);
+    progress.expect(std::int64_t(image.width) * image.height);
     image.mostColors = std::numeric_limits<std::size_t>::max();
     const Row shape{image.width, static_cast<int>(image.pixelBytes())};
     const qsizetype rowBytes = image.rowBytes();
@@ -206,6 +208,7 @@ void blur(PixelImage& image, float radius, float delta) {
                 prefetch(bytesOf(nextRow + 1), rowBytes);
             blurRow(bytesOf(nextRow), window.row(nextRow), shape, r);
         }
+        progress.advance(image.width);
         const Taps taps = verticalTaps(window, y, image.height, r);
         if (limit >= LargestDifference) {
             blend(taps, r, bytesOf(y), rowBytes);

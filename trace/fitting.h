@@ -2,6 +2,8 @@
 
 #include "tracerecords.h"
 
+#include <stageprogress.h>
+
 namespace ovtrace {
 
 /// Fits lines and quadratic curves to the closed outline `nodes` and stores them in `traced`.
@@ -11,11 +13,17 @@ namespace ovtrace {
 /// distances, in pixels, of a node from its evenly spaced place on the line or curve; NaN lets
 /// everything pass. The last node is never the end of a sequence: the last sequence runs over it
 /// to node 0. Outlines of fewer than two nodes have no segments.
-void tracepath(const InternodePath& nodes, float ltres, float qtres, TracedPath& traced);
+void tracepath(const InternodePath& nodes, float ltres, float qtres, TracedPath& traced,
+               StageProgress progress = {});
 
-/// Appends the segments that cover the nodes from `start` to `end`, which lies after `start` or is
-/// 0, the closing node. An `end` that is not a node appends nothing.
+/// Appends the segments that cover the nodes from `start` to `end`, running over the last node to
+/// node 0 when `end` lies before `start`; an `end` of as many as there are nodes is node 0 at the
+/// close. Appends nothing for any other `end` that is no node.
+///
+/// tracepath() asks for an `end` after `start` or of 0. In other sequences that run over the last
+/// node, parameters beyond it are negative and a split may lie on either side of the close, so
+/// that there are outlines for which it does not end.
 void fitseq(const InternodePath& nodes, float ltres, float qtres, int start, int end,
-            TracedPath& traced);
+            TracedPath& traced, StageProgress progress = {});
 
 } // namespace ovtrace

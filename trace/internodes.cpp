@@ -1,5 +1,6 @@
 #include "internodes.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 
@@ -17,7 +18,7 @@ std::size_t signIndex(int value) {
 
 } // namespace
 
-void internodes(const Path& path, InternodePath& nodes) {
+void internodes(const Path& path, InternodePath& nodes, StageProgress progress) {
     const std::size_t n = path.size();
     nodes.resize(n);
     const auto between = [](const PathPoint& a, const PathPoint& b, const PathPoint& c) {
@@ -26,8 +27,13 @@ void internodes(const Path& path, InternodePath& nodes) {
                          Directions[signIndex(c.y - a.y)][signIndex(c.x - a.x)]};
     };
     const std::size_t inner = n < 2 ? 0 : n - 2;
-    for (std::size_t i = 0; i < inner; ++i)
-        nodes[i] = between(path[i], path[i + 1], path[i + 2]);
+    constexpr std::size_t Piece = 65536; // between two questions to the host
+    for (std::size_t start = 0; start < inner; start += Piece) {
+        const std::size_t end = std::min(start + Piece, inner);
+        for (std::size_t i = start; i < end; ++i)
+            nodes[i] = between(path[i], path[i + 1], path[i + 2]);
+        progress.advance(static_cast<std::int64_t>(end - start));
+    }
     for (std::size_t i = inner; i < n; ++i)
         nodes[i] = between(path[i], path[(i + 1) % n], path[(i + 2) % n]);
 }

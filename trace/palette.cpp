@@ -22,7 +22,7 @@ signed char toStored(int value) {
 
 constexpr signed char StoredOpaque = 127;
 
-Palette colorGrid(int count) {
+Palette colorGrid(int count, StageProgress progress) {
     // The exponent is the double nearest to one third and the root is floored as it stands, so
     // that 64, 125 and 216 colours give one step less than their exact root.
     const int steps = truncateToInt(std::floor(std::pow(count, 0.3333333333333333)));
@@ -36,10 +36,13 @@ Palette colorGrid(int count) {
                 palette.push_back({toStored(red * step), toStored(green * step),
                                    toStored(blue * step), StoredOpaque});
             }
+            progress.advance(steps);
         }
     }
-    while (palette.size() < static_cast<std::size_t>(count))
+    while (palette.size() < static_cast<std::size_t>(count)) {
         palette.push_back(randomColor());
+        progress.advance(1);
+    }
     return palette;
 }
 
@@ -115,7 +118,8 @@ private:
 };
 
 /// The distinct coarse colours of the image.
-template <Channels channels> std::vector<Color> coarseColors(const PixelImage& image) {
+template <Channels channels>
+std::vector<Color> coarseColors(const PixelImage& image, StageProgress progress) {
     constexpr int Batch = CoarseSampler::PixelBatch;
     constexpr auto PixelBytes = static_cast<qsizetype>(channels);
     constexpr std::size_t CoarseColors = channels == Channels::Grey ? 16 : 65536;
@@ -131,6 +135,7 @@ template <Channels channels> std::vector<Color> coarseColors(const PixelImage& i
                 sampler.add<channels>(pixels, Batch);
         }
         sampler.add<channels>(row + x * PixelBytes, image.width - x);
+        progress.advance(image.width);
     }
     return std::move(sampler.colors);
 }
@@ -141,15 +146,18 @@ bool lessThanColor(const Color& a, const Color& b) {
     return (a.red + a.green + a.blue) / 3 < (b.red + b.green + b.blue) / 3;
 }
 
-Palette generatepalette(int count) {
+Palette generatepalette(int count, StageProgress progress) {
     if (count <= 0)
         return {};
-    return count >= SmallestGrid ? colorGrid(count) : greyRamp(count);
+    progress.expect(count);
+    return count >= SmallestGrid ? colorGrid(count, progress) : greyRamp(count);
 }
 
-Palette samplepalette(const PixelImage& image, int count) {
-    std::vector<Color> sampled = withChannels(
-        image.channels, [&]<Channels channels>() { return coarseColors<channels>(image); });
+Palette samplepalette(const PixelImage& image, int count, StageProgress progress) {
+    progress.expect(std::int64_t(image.width) * image.height + std::max(count, 0));
+    std::vector<Color> sampled = withChannels(image.channels, [&]<Channels channels>() {
+        return coarseColors<channels>(image, progress);
+    });
     if (sampled.empty() || count <= 0)
         return {};
     // Not a stable sort: the order of equally dark colours is that of std::sort on this order.
@@ -157,8 +165,10 @@ Palette samplepalette(const PixelImage& image, int count) {
     const double stride = static_cast<double>(sampled.size()) / static_cast<double>(count);
     Palette palette;
     palette.reserve(static_cast<std::size_t>(count));
-    for (int i = 0; i < count; ++i)
+    for (int i = 0; i < count; ++i) {
         palette.push_back(sampled[static_cast<std::size_t>(stride * static_cast<double>(i))]);
+        progress.advance(1);
+    }
     return palette;
 }
 

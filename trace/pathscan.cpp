@@ -139,9 +139,10 @@ public:
 /// two cells have one colour, a hole of that colour.
 template <typename Cell> class PathScan::CellSweep final : public PathScan::Sweep {
 public:
-    CellSweep(const CellGrid<Cell>& grid, float pathomit)
-        : grid(grid), pathomit(pathomit), marks(static_cast<std::size_t>(grid.stride) *
-                                                (static_cast<std::size_t>(grid.height) + 2)) {
+    CellSweep(const CellGrid<Cell>& grid, float pathomit, StageProgress progress)
+        : grid(grid), pathomit(pathomit), progress(progress),
+          marks(static_cast<std::size_t>(grid.stride) *
+                (static_cast<std::size_t>(grid.height) + 2)) {
         makeSteps();
         startRow();
     }
@@ -153,6 +154,7 @@ public:
                     return -1;
                 ++row;
                 startRow();
+                progress.advance(grid.width);
             }
             const Cell* cell = grid.rowCells(row) + column;
             const Cell upperRight = cell[-grid.stride];
@@ -257,9 +259,15 @@ private:
     /// had arrived there upwards, until it is back. Calls visit(turn, node type) at every node.
     template <Side side, typename Visit>
     void walk(const Cell* start, Cell color, const Visit& visit) {
+        constexpr std::int64_t Leg = 4096;
         const Cell* cell = start;
         const Step* step = &starts[side];
+        std::int64_t uncounted = Leg;
         do {
+            if (--uncounted == 0) {
+                progress.advance(Leg);
+                uncounted = Leg;
+            }
             const std::size_t left = cell[step->aheadLeft] == color ? 2 : 0;
             const std::size_t right = cell[step->aheadRight] == color ? 1 : 0;
             step = step->arrival + (left + right);
@@ -267,6 +275,7 @@ private:
             visit(turn, turn.mark ? passCorner(turn, nodeOf(cell)) : turn.nodeType);
             cell += step->node;
         } while (cell != start);
+        progress.advance(Leg - uncounted);
     }
 
     /// Marks the corner as passed. Returns the node's type as the walk finds it: at a saddle
@@ -282,6 +291,7 @@ private:
 
     const CellGrid<Cell>& grid;
     const float pathomit;
+    StageProgress progress;
     MarkGrid marks; ///< in the layout of the grid
     const VectorLevel level = vectorLevel();
     std::array<std::array<Step, 16>, 2> steps; ///< by side, arrival and the cells ahead
@@ -292,12 +302,12 @@ private:
     std::uint64_t candidates = 0; ///< those not yet looked at: nodes that may start a walk
 };
 
-PathScan::PathScan(const LayerSet& layers, float pathomit) {
+PathScan::PathScan(const LayerSet& layers, float pathomit, StageProgress progress) {
     if (layers.count() == 0)
         return;
     const auto makeSweep =
         [&]<typename Cell>(const CellGrid<Cell>& grid) -> std::unique_ptr<Sweep> {
-        return std::make_unique<CellSweep<Cell>>(grid, pathomit);
+        return std::make_unique<CellSweep<Cell>>(grid, pathomit, progress);
     };
     sweep = std::visit(makeSweep, layers.indices());
 }

@@ -3,6 +3,8 @@
 #include "layering.h"
 #include "tracerecords.h"
 
+#include <stageprogress.h>
+
 #include <memory>
 
 namespace ovtrace {
@@ -18,7 +20,7 @@ namespace ovtrace {
 class PathScan {
 public:
     /// Scans `layers`, whose grid must outlive the scan.
-    PathScan(const LayerSet& layers, float pathomit);
+    PathScan(const LayerSet& layers, float pathomit, StageProgress progress = {});
     ~PathScan();
     PathScan(const PathScan&) = delete;
     PathScan& operator=(const PathScan&) = delete;

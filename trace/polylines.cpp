@@ -1,11 +1,13 @@
 #include "polylines.h"
 
 #include <algorithm>
-#include <functional>
 #include <numeric>
 
 namespace ovtrace {
 namespace {
+
+/// The work of appending a segment, in that of a pixel.
+constexpr int SegmentWork = 16;
 
 class PolylineBuilder {
 public:
@@ -52,34 +54,54 @@ void PolylineOutput::add(int layer, const TracedPath& path) {
         return;
     const Segment& first = path.front();
     PolylineBuilder builder(height, first.x1, first.y1);
-    for (const Segment& segment : path)
+    for (const Segment& segment : path) {
         builder.append(segment);
-    polylines.append(builder.take());
+        progress.advance(SegmentWork);
+    }
+    if (static_cast<std::size_t>(keys.size()) % BlockSize == 0)
+        blocks.emplace_back().reserve(BlockSize);
+    blocks.back().push_back(builder.take());
     layers.append(layer);
-    keys.push_back(width * first.y1 + first.x1);
+    const double key = width * first.y1 + first.x1;
+    inOrder = inOrder && (keys.isEmpty() || keys.constLast() < key);
+    keys.append(key);
 }
 
 void PolylineOutput::finish() {
     // A path scan delivers its outlines in this order already; others may not.
-    if (std::adjacent_find(keys.begin(), keys.end(), std::greater_equal<>()) == keys.end())
+    if (inOrder)
         return;
-    std::vector<std::size_t> order(keys.size());
-    std::iota(order.begin(), order.end(), std::size_t(0));
-    std::stable_sort(order.begin(), order.end(),
-                     [this](std::size_t a, std::size_t b) { return keys[a] < keys[b]; });
-    QList<OvPolyline> sortedPolylines;
+    const auto keyOf = [this](std::size_t i) { return keys.at(static_cast<qsizetype>(i)); };
+    const auto layerOf = [this](std::size_t i) { return layers.at(static_cast<qsizetype>(i)); };
+    std::vector<std::size_t> all(static_cast<std::size_t>(keys.size()));
+    std::iota(all.begin(), all.end(), std::size_t(0));
+    std::stable_sort(all.begin(), all.end(), [&](std::size_t a, std::size_t b) {
+        return keyOf(a) != keyOf(b) ? keyOf(a) < keyOf(b) : layerOf(a) < layerOf(b);
+    });
     QList<int> sortedLayers;
-    std::vector<double> sortedKeys;
-    for (std::size_t i = 0; i < order.size(); ++i) {
-        if (i + 1 < order.size() && !(keys[order[i]] < keys[order[i + 1]]))
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        if (i + 1 < all.size() && !(keyOf(all[i]) < keyOf(all[i + 1])))
             continue;
-        sortedPolylines.append(polylines[static_cast<qsizetype>(order[i])]);
-        sortedLayers.append(layers[static_cast<qsizetype>(order[i])]);
-        sortedKeys.push_back(keys[order[i]]);
+        order.push_back(all[i]);
+        sortedLayers.append(layerOf(all[i]));
     }
-    polylines.swap(sortedPolylines);
     layers.swap(sortedLayers);
-    keys.swap(sortedKeys);
+}
+
+QList<OvPolyline> PolylineOutput::takePolylines() {
+    QList<OvPolyline> polylines;
+    polylines.reserve(keys.size());
+    for (const std::size_t index : order)
+        polylines.append(std::move(polylineAt(index)));
+    for (auto& block : blocks) {
+        if (order.empty()) {
+            for (OvPolyline& polyline : block)
+                polylines.append(std::move(polyline));
+        }
+        progress.advance(static_cast<std::int64_t>(block.size()));
+        block = {};
+    }
+    return polylines;
 }
 
 } // namespace ovtrace

@@ -2,6 +2,8 @@
 
 #include "tracerecords.h"
 
+#include <stageprogress.h>
+
 #include <QList>
 
 #include <ovpolyline.h>
@@ -15,19 +17,18 @@ OvVector transform(const OvVector& point, int height);
 class PolylineOutput {
 public:
     /// For an image of the given size, in pixels.
-    PolylineOutput(int width, int height) : width(width), height(height) {
+    PolylineOutput(int width, int height, StageProgress progress = {})
+        : width(width), height(height), progress(progress) {
     }
 
     /// Adds the outline of a layer; one without segments is skipped.
     void add(int layer, const TracedPath& path);
 
     /// Puts the polylines in order, as take() and takeLayers() need it. Of those that start at
-    /// the same point only the one added last remains.
+    /// the same point only one remains: that of the highest layer, the last one added of it.
     void finish();
 
-    QList<OvPolyline> takePolylines() {
-        return std::move(polylines);
-    }
+    QList<OvPolyline> takePolylines();
     /// The layer of each polyline.
     QList<int> takeLayers() {
         return std::move(layers);
@@ -36,9 +37,20 @@ public:
 private:
     double width;
     int height;
-    QList<OvPolyline> polylines;
+    StageProgress progress;
+    OvPolyline& polylineAt(std::size_t index) {
+        return blocks[index / BlockSize][index % BlockSize];
+    }
+
+    static constexpr std::size_t BlockSize = 4096;
+
+    /// In blocks, because growing one long list would keep the host waiting.
+    std::vector<std::vector<OvPolyline>> blocks;
     QList<int> layers;
-    std::vector<double> keys; ///< width * y + x of the start points, before y is flipped
+    QList<double> keys; ///< width * y + x of the start points, before y is flipped
+    bool inOrder = true;
+    /// Which polylines to take, in their order; empty for all as they were added.
+    std::vector<std::size_t> order;
 };
 
 } // namespace ovtrace

@@ -67,7 +67,7 @@ void unpack(std::vector<PackedShare>& packed, Shares& shares) {
 /// The indices of all pixels; find(pixel) says which. Where there is room they take the place of
 /// the pixels, from first to last: a cell never lies farther on than its pixel.
 template <Channels channels, typename Cell, typename Find>
-CellGrid<Cell> indicesOf(PixelImage& image, const Find& find) {
+CellGrid<Cell> indicesOf(PixelImage& image, StageProgress progress, const Find& find) {
     const auto store = [&](Cell* grid) {
         for (int y = 0; y < image.height; ++y) {
             Cell* cells = grid + (qsizetype(image.width) + 2) * (qsizetype(y) + 1) + 1;
@@ -77,6 +77,7 @@ CellGrid<Cell> indicesOf(PixelImage& image, const Find& find) {
                 if (count > 1)
                     std::fill_n(cells + x + 1, count - 1, index);
             });
+            progress.advance(image.width);
         }
     };
     if constexpr (sizeof(Cell) <= static_cast<std::size_t>(channels)) {
@@ -94,7 +95,7 @@ CellGrid<Cell> indicesOf(PixelImage& image, const Find& find) {
 /// The pixels of an image, one by one: what is left when they have too many colours.
 template <typename Cell, VectorLevel Level, Channels channels> class SinglePixels {
 public:
-    explicit SinglePixels(PixelImage& image) : image(image) {
+    SinglePixels(PixelImage& image, StageProgress progress) : image(image), progress(progress) {
     }
 
     /// Assigns all pixels and returns what each of the colours got.
@@ -112,6 +113,7 @@ public:
                 packed[static_cast<std::size_t>(nearest.find<Level>(pixel))].add(
                     pixel, static_cast<std::uint64_t>(count));
             });
+            progress.advance(image.width);
         }
         unpack(packed, shares);
         return shares;
@@ -119,18 +121,19 @@ public:
 
     CellGrid<Cell> indices(NearestColor& nearest) {
         return indicesOf<channels, Cell>(
-            image, [&](std::uint32_t pixel) { return nearest.find<Level>(pixel); });
+            image, progress, [&](std::uint32_t pixel) { return nearest.find<Level>(pixel); });
     }
 
 private:
     PixelImage& image;
+    StageProgress progress;
 };
 
 /// The pixels of an image, counted by colour.
 template <typename Cell, VectorLevel Level, Channels channels> class CountedPixels {
 public:
-    CountedPixels(PixelImage& image, ColorHistogram<channels>& histogram)
-        : image(image), histogram(histogram) {
+    CountedPixels(PixelImage& image, ColorHistogram<channels>& histogram, StageProgress progress)
+        : image(image), histogram(histogram), progress(progress) {
     }
 
     Shares assign(std::size_t colors, NearestColor& nearest) const {
@@ -139,6 +142,7 @@ public:
         const bool canPack = std::int64_t(image.width) * image.height <= PackedPixels;
         std::array<Cell, colorcell::Places> indices{};
         histogram.template visitCells<Level>([&](const CountedCell& cell) {
+            progress.advance(colorcell::Places);
             nearest.findInCell<Level>(cell.cell, cell.used, indices.data());
             if (canPack && addWhole(cell, indices, packed))
                 return;
@@ -157,10 +161,12 @@ public:
 
     CellGrid<Cell> indices(NearestColor& nearest) {
         histogram.template replaceCounts<Level, Cell>([&](const CountedCell& cell, Cell* values) {
+            progress.advance(colorcell::Places);
             nearest.findInCell<Level>(cell.cell, cell.used, values);
         });
-        return indicesOf<channels, Cell>(
-            image, [&](std::uint32_t pixel) { return histogram.template value<Cell>(pixel); });
+        return indicesOf<channels, Cell>(image, progress, [&](std::uint32_t pixel) {
+            return histogram.template value<Cell>(pixel);
+        });
     }
 
 private:
@@ -180,16 +186,19 @@ private:
 
     PixelImage& image;
     ColorHistogram<channels>& histogram;
+    StageProgress progress;
 };
 
 /// Counts the colours of the image; false when they are too many to be worth it.
 template <Channels channels>
-bool countColors(const PixelImage& image, ColorHistogram<channels>& histogram) {
+bool countColors(const PixelImage& image, ColorHistogram<channels>& histogram,
+                 StageProgress progress) {
     bool counted = true;
     for (int y = 0; y < image.height && counted; ++y) {
         visitRow<channels>(image, y, [&](std::uint32_t pixel, int, int count) {
             counted = counted && histogram.add(pixel, static_cast<std::uint32_t>(count));
         });
+        progress.advance(image.width);
     }
     return counted;
 }
@@ -250,33 +259,39 @@ CellGrid<Cell> runCycles(Pixels pixels, std::int64_t pixelCount, Palette& palett
 }
 
 template <typename Cell, VectorLevel Level, Channels channels>
-CellGrid<Cell> runCycles(PixelImage& image, Palette& palette, const QuantizationOptions& options) {
+CellGrid<Cell> runCycles(PixelImage& image, Palette& palette, const QuantizationOptions& options,
+                         StageProgress progress) {
     const std::int64_t pixels = std::int64_t(image.width) * image.height;
     ColorHistogram<channels> histogram(countableCells(pixels));
-    if (countColors<channels>(image, histogram))
-        return runCycles<Cell>(CountedPixels<Cell, Level, channels>(image, histogram), pixels,
-                               palette, options);
-    return runCycles<Cell>(SinglePixels<Cell, Level, channels>(image), pixels, palette, options);
+    progress.expect(2 * pixels); // to count them and to store their indices
+    if (countColors<channels>(image, histogram, progress))
+        return runCycles<Cell>(CountedPixels<Cell, Level, channels>(image, histogram, progress),
+                               pixels, palette, options);
+    progress.expect(std::int64_t(options.cycles - 1) * pixels);
+    return runCycles<Cell>(SinglePixels<Cell, Level, channels>(image, progress), pixels, palette,
+                           options);
 }
 
 template <typename Cell>
-CellGrid<Cell> quantize(PixelImage& image, Palette& palette, const QuantizationOptions& options) {
+CellGrid<Cell> quantize(PixelImage& image, Palette& palette, const QuantizationOptions& options,
+                        StageProgress progress) {
     if (options.cycles < 1 || palette.empty())
         return CellGrid<Cell>(image.width, image.height);
     return withChannels(image.channels, [&]<Channels channels>() {
         if (vectorLevel() == VectorLevel::Scalar)
-            return runCycles<Cell, VectorLevel::Scalar, channels>(image, palette, options);
-        return runCycles<Cell, VectorLevel::Ssse3, channels>(image, palette, options);
+            return runCycles<Cell, VectorLevel::Scalar, channels>(image, palette, options,
+                                                                  progress);
+        return runCycles<Cell, VectorLevel::Ssse3, channels>(image, palette, options, progress);
     });
 }
 
 } // namespace
 
 QuantizedImage colorquantization(PixelImage image, Palette& palette,
-                                 const QuantizationOptions& options) {
+                                 const QuantizationOptions& options, StageProgress progress) {
     const int colors = static_cast<int>(palette.size());
     return withCell(palette.size(), [&]<typename Cell>() -> QuantizedImage {
-        return {quantize<Cell>(image, palette, options), colors};
+        return {quantize<Cell>(image, palette, options, progress), colors};
     });
 }
 

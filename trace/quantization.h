@@ -3,6 +3,7 @@
 #include <color.h>
 #include <indexgrid.h>
 #include <pixelimage.h>
+#include <stageprogress.h>
 
 namespace ovtrace {
 
@@ -21,6 +22,6 @@ struct QuantizationOptions {
 /// used it. An empty palette makes no cycle run. The image is used up: its memory may become that
 /// of the indices.
 QuantizedImage colorquantization(PixelImage image, Palette& palette,
-                                 const QuantizationOptions& options);
+                                 const QuantizationOptions& options, StageProgress progress = {});
 
 } // namespace ovtrace

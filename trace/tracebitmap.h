@@ -12,10 +12,12 @@
 
 #include <ovpolyline.h>
 
+class OvTraceProgress;
 class QImage;
 
 namespace ovtrace {
 class PixelImage;
+class ProgressMeter;
 struct QuantizedImage;
 } // namespace ovtrace
 
@@ -47,11 +49,20 @@ public:
     QList<QList<char>> getPalette() const;
 
     /// Traces an image. Returns the outlines in raster order of their start points, an outer
-    /// region before those inside it; a null or empty image gives an empty list.
+    /// region before those inside it; a null or empty image gives an empty list. Throws
+    /// std::bad_alloc when memory ends.
     QList<OvPolyline> trace(const QImage& image);
 
     /// Traces an image file of any format that Qt reads; an unreadable one gives an empty list.
     QList<OvPolyline> trace(const QString& fileName);
+
+    /// Lets `progress` follow the traces to come and stop them; null (as at first) stops that. It
+    /// is not owned, and a copy of the tracer has the same.
+    ///
+    /// A trace that it stops, as one out of which an exception comes (std::bad_alloc, or one of
+    /// `progress` itself), leaves the palette and the options as they were and no polyline layers.
+    /// The random colours that it has drawn stay drawn: the sequence is that of the process.
+    void setProgress(OvTraceProgress* progress);
 
     /// The palette index of each polyline of the list that the last trace returned.
     QList<int> getPolylineLayers() const;
@@ -71,11 +82,15 @@ public:
 private:
     friend class TraceBitmapProbe; ///< the tests' view of the members
 
-    void colorquantization(const QImage& image);
+    QList<OvPolyline> traceStages(const QImage& image, ovtrace::ProgressMeter& meter);
+    void restore(const QList<QList<char>>& paletteBefore,
+                 const QMap<QString, double>& optionsBefore);
+    void colorquantization(const QImage& image, ovtrace::ProgressMeter& meter);
 
     QList<QList<char>> palette;
     QMap<QString, double> options;
     /// What the last trace found its outlines in, shared by copies.
     std::shared_ptr<const ovtrace::QuantizedImage> indexedImage;
     QList<int> polylineLayers;
+    OvTraceProgress* progress = nullptr;
 };

@@ -481,10 +481,13 @@ TraceTwin::TracedPath TraceTwin::fitseq(const NodePath& path, float ltres, float
     const int n = static_cast<int>(path.size());
     if (seqend > n || seqend < 0)
         return {};
-    const double xs = path[seqstart][0];
-    const double ys = path[seqstart][1];
-    const double xe = path[seqend][0];
-    const double ye = path[seqend][1];
+    // The path is closed: the node after the last one is node 0.
+    const auto node = [&](int i) -> const QList<double>& { return path[i % n]; };
+    const int stop = seqend % n;
+    const double xs = node(seqstart)[0];
+    const double ys = node(seqstart)[1];
+    const double xe = node(seqend)[0];
+    const double ye = node(seqend)[1];
     double tl = seqend - seqstart;
     if (tl < 0)
         tl += n;
@@ -493,14 +496,14 @@ TraceTwin::TracedPath TraceTwin::fitseq(const NodePath& path, float ltres, float
     bool linepass = true;
     double maxerr = 0.0;
     int errorpoint = seqstart;
-    for (int i = (seqstart + 1) % n; i != seqend; i = (i + 1) % n) {
+    for (int i = (seqstart + 1) % n; i != stop; i = (i + 1) % n) {
         double pl = i - seqstart;
         if (pl < 0)
             pl += n;
         const double px = pl * vx + xs;
         const double py = pl * vy + ys;
         const double err =
-            (path[i][1] - py) * (path[i][1] - py) + (path[i][0] - px) * (path[i][0] - px);
+            (node(i)[1] - py) * (node(i)[1] - py) + (node(i)[0] - px) * (node(i)[0] - px);
         if (err > static_cast<double>(ltres))
             linepass = false;
         if (err > maxerr) {
@@ -516,11 +519,11 @@ TraceTwin::TracedPath TraceTwin::fitseq(const NodePath& path, float ltres, float
     double t1 = (1 - t) * (1 - t);
     double t2 = 2 * (1 - t) * t;
     double t3 = t * t;
-    const double cpx = (xs * t1 + xe * t3 - path[fitpoint][0]) / (-t2);
-    const double cpy = (ys * t1 + ye * t3 - path[fitpoint][1]) / (-t2);
+    const double cpx = (xs * t1 + xe * t3 - node(fitpoint)[0]) / (-t2);
+    const double cpy = (ys * t1 + ye * t3 - node(fitpoint)[1]) / (-t2);
     bool curvepass = true;
     maxerr = 0.0;
-    for (int i = seqstart + 1; i != seqend; i = (i + 1) % n) {
+    for (int i = seqstart + 1; i != stop; i = (i + 1) % n) {
         t = (i - seqstart) / tl;
         t1 = (1 - t) * (1 - t);
         t2 = 2 * (1 - t) * t;
@@ -528,7 +531,7 @@ TraceTwin::TracedPath TraceTwin::fitseq(const NodePath& path, float ltres, float
         const double px = t2 * cpx + t1 * xs + t3 * xe;
         const double py = t2 * cpy + t1 * ys + t3 * ye;
         const double err =
-            (path[i][0] - px) * (path[i][0] - px) + (path[i][1] - py) * (path[i][1] - py);
+            (node(i)[0] - px) * (node(i)[0] - px) + (node(i)[1] - py) * (node(i)[1] - py);
         if (err > static_cast<double>(qtres))
             curvepass = false;
         if (err > maxerr) {
