@@ -9,13 +9,15 @@
 /// What is wrong with the command line, as a text for the user.
 class UsageError : public std::runtime_error {
 public:
-    explicit UsageError(const QString& message) : std::runtime_error(presentable(message).toStdString()) {
+    explicit UsageError(const QString& message)
+        : std::runtime_error(presentable(message).toStdString()) {
     }
 };
 
 /// A file that cannot be read or written, as a text for the user.
 class FileError : public std::runtime_error {
 public:
-    explicit FileError(const QString& message) : std::runtime_error(presentable(message).toStdString()) {
+    explicit FileError(const QString& message)
+        : std::runtime_error(presentable(message).toStdString()) {
     }
 };

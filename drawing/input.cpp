@@ -1,16 +1,18 @@
 #include "input.h"
 
 #include "errors.h"
+#include "files/filename.h"
+#include "files/files.h"
 #include "memory.h"
 #include "quietstderr.h"
 
 #include <QBuffer>
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QImageReader>
 #include <QPainter>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace {
@@ -27,14 +29,14 @@ const QStringList& pictureFormats() {
 constexpr double BytesPerPixel = 24.0;
 
 void checkFile(const QString& fileName) {
-    const QFileInfo file(fileName);
-    if (!file.exists())
+    const FileFacts file = factsOf(fileName);
+    if (file.kind == FileKind::None)
         throw FileError(QString("%1: no such file").arg(fileName));
-    if (file.isDir())
+    if (file.kind == FileKind::Folder)
         throw FileError(QString("%1: is a folder, not an image").arg(fileName));
-    if (!file.isReadable())
+    if (!file.isReadable)
         throw FileError(QString("%1: no permission to read it").arg(fileName));
-    if (file.isFile() && file.size() == 0)
+    if (file.kind == FileKind::Regular && file.size == 0)
         throw FileError(QString("%1: the file is empty").arg(fileName));
 }
 
@@ -146,44 +148,51 @@ QStringList readableFormats() {
     return names;
 }
 
-QStringList expandInputs(const QStringList& inputs) {
-    QStringList images;
-    for (const QString& input : inputs) {
-        if (input == "-" || !QFileInfo(input).isDir()) {
-            images.append(input);
-            continue;
-        }
-        const QDir folder(input);
-        const qsizetype before = images.size();
-        for (const QString& name : folder.entryList(QDir::Files, QDir::Name)) {
-            const QByteArray format = QImageReader::imageFormat(folder.filePath(name));
-            if (pictureFormats().contains(QString::fromLatin1(format)))
-                images.append(folder.filePath(name));
-        }
-        if (images.size() == before)
-            throw FileError(QString("%1: no images in this folder").arg(input));
+bool hasPictureEnding(const QString& fileName) {
+    return pictureFormats().contains(QFileInfo(fileName).suffix().toLower());
+}
+
+bool isPicture(const QString& fileName) {
+    if (factsOf(fileName).kind != FileKind::Regular)
+        return false;
+    const QuietStandardError quiet;
+    try {
+        const auto file = openForReading(fileName);
+        QImageReader reader(file.get());
+        decideFormat(reader, *file);
+        return reader.canRead() && pictureFormats().contains(QString::fromLatin1(reader.format()));
+    } catch (const FileError&) {
+        return false;
     }
-    return images;
+}
+
+int countPages(const QString& fileName) {
+    if (factsOf(fileName).kind != FileKind::Regular)
+        return 1;
+    const QuietStandardError quiet;
+    const auto file = openForReading(fileName);
+    QImageReader reader(file.get());
+    decideFormat(reader, *file);
+    return std::max(1, reader.imageCount());
 }
 
 InputImage readInput(const QString& fileName, const InputRequest& request) {
     const bool isStandardInput = fileName == "-";
     const QString name = isStandardInput ? QString("standard input") : fileName;
     InputImage input;
-    if (isStandardInput) {
-        QByteArray contents = readStandardInput();
+    if (!isStandardInput)
+        checkFile(fileName);
+    if (factsOf(fileName).kind == FileKind::Regular && !isStandardInput) {
+        const auto file = openForReading(fileName);
+        input.image = readPage(*file, name, request);
+    } else {
+        QByteArray contents =
+            isStandardInput ? readStandardInput() : openForReading(fileName)->readAll();
         QBuffer buffer(&contents);
         buffer.open(QIODevice::ReadOnly);
         input.image = readPage(buffer, name, request);
-        input.title = "traced";
-    } else {
-        checkFile(fileName);
-        QFile file(fileName);
-        if (!file.open(QIODevice::ReadOnly))
-            throw FileError(QString("%1: cannot be read: %2").arg(name, file.errorString()));
-        input.image = readPage(file, name, request);
-        input.title = QFileInfo(fileName).completeBaseName();
     }
+    input.title = isStandardInput ? "traced" : presentable(QFileInfo(fileName).completeBaseName());
     constexpr double MetresPerInch = 0.0254;
     input.dotsPerInch = input.image.dotsPerMeterX() * MetresPerInch;
     if (!request.crop.isNull()) {

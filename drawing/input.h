@@ -14,9 +14,14 @@ struct InputImage {
 /// Names of the formats that are read, as far as the installation of Qt has them.
 QStringList readableFormats();
 
-/// The images among the inputs, folders replaced by the image files in them, in order of name.
-/// Throws FileError.
-QStringList expandInputs(const QStringList& inputs);
+/// Whether a file's name ends as pictures' names do.
+bool hasPictureEnding(const QString& fileName);
+
+/// Whether a file's contents begin as a picture's do. False when it cannot be read.
+bool isPicture(const QString& fileName);
+
+/// How many pages or frames a file has, one at least; "-" has one. Throws FileError.
+int countPages(const QString& fileName);
 
 /// Reads an image, turned upright, cut and put on its background as asked for; "-" is the standard
 /// input. The file's contents decide about its format. Throws FileError when it is no image that

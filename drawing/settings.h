@@ -46,6 +46,7 @@ struct InputRequest {
     int page = 1;
     QRect crop; ///< in pixels; null for all of the image
     std::optional<QColor> background;
+    bool isStrict = false; ///< whether a file that ends too early is an error
     qint64 largestPixels = 400'000'000;
 };
 

@@ -1,11 +1,11 @@
 #include "settingsfile.h"
 
 #include "choices.h"
+#include "files/files.h"
 #include "jobrequests.h"
 #include "settinguse.h"
 #include "settingvalue.h"
 
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -95,8 +95,5 @@ JobSettings settingsFromJson(const QByteArray& json, const QString& name) {
 }
 
 JobSettings loadSettings(const QString& fileName) {
-    QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly))
-        throw FileError(QString("%1: cannot be read: %2").arg(fileName, file.errorString()));
-    return settingsFromJson(file.readAll(), fileName);
+    return settingsFromJson(openForReading(fileName)->readAll(), fileName);
 }

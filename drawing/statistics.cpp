@@ -1,5 +1,6 @@
 #include "statistics.h"
 
+#include "files/filename.h"
 #include "memory.h"
 #include "writers/painting.h"
 
@@ -118,6 +119,6 @@ QByteArray toTableRow(const Statistics& s) {
                .arg(number(s.peakMemory / 1e6, 0), 4)
                .arg(number(s.meanDifference, 1), 5)
                .arg(s.highDifference, 4)
-               .arg(s.image)
+               .arg(presentable(s.image))
                .toUtf8();
 }

@@ -1,6 +1,7 @@
 #include "arguments.h"
 
 #include "programoptions.h"
+#include "resultnames.h"
 
 #include <drawing/choices.h>
 #include <drawing/jobrequests.h>
@@ -50,6 +51,8 @@ bool isSet(const QCommandLineParser& parser, const Setting& setting) {
 void setByFlag(JobSettings& job, const QCommandLineParser& parser, const Setting& setting) {
     if (!isSet(parser, setting))
         return;
+    if (qstrcmp(setting.key, "page") == 0 && !parsePages(parser.value("page")).isSingle())
+        return; // a choice of several is no setting of one job
     const bool isSwitch = setting.type == SettingType::Switch;
     job.set(setting.key, isSwitch ? "on" : parser.value(setting.flag), flagOf(setting));
 }
@@ -194,8 +197,7 @@ void checkOutputs(const QCommandLineParser& parser, const Arguments& arguments) 
     if (arguments.output == "-" && arguments.statistics != StatisticsForm::None)
         throw UsageError("figures and a result cannot both go to the standard output; name a file "
                          "with --output");
-    if (arguments.nameTemplate.isEmpty() || arguments.nameTemplate.contains('/'))
-        throw UsageError("--name takes a file name with {name}, {format} or {page} in it");
+    checkNameTemplate(arguments.nameTemplate);
     if (arguments.inputs.contains("-") && arguments.inputs.size() > 1)
         throw UsageError("the standard input is one image: give no others beside it");
 }
@@ -226,6 +228,12 @@ Arguments parseArguments(const QStringList& words) {
     arguments.settings = traceSettings(arguments.job);
     arguments.size = sizeRequest(arguments.job);
     arguments.input = inputRequest(arguments.job);
+    arguments.pages = parser.isSet("page")
+                          ? parsePages(parser.value("page"))
+                          : PageChoice{{{arguments.input.page, arguments.input.page}}};
+    arguments.recursive = parser.isSet("recursive");
+    arguments.overwrite = parser.isSet("overwrite");
+    arguments.input.isStrict = parser.isSet("strict");
     arguments.writer = writerOptions(arguments.job);
     arguments.jobs = parseJobs(parser);
     arguments.continueOnError = parser.isSet("continue-on-error");

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pagechoice.h"
 #include <drawing/errors.h>
 #include <drawing/jobsettings.h>
 #include <drawing/writers/writeroptions.h>
@@ -16,10 +17,14 @@ struct Arguments {
     QString format;
     TraceSettings settings;
     SizeRequest size;
-    InputRequest input;
+    InputRequest input; ///< but for the page
+    PageChoice pages;
     WriterOptions writer;
     int jobs = 1;
     bool continueOnError = false;
+    bool recursive = false;
+    bool overwrite = false; ///< results may replace files that have a picture's ending
+    bool isWorker = false;  ///< whether this is the process for one image of a batch
     bool quiet = false;
     StatisticsForm statistics = StatisticsForm::None;
     QStringList worker; ///< the options to hand to a worker process, for one image

@@ -5,14 +5,16 @@
 #include "exitstatus.h"
 #include "help.h"
 #include "hostedmodule.h"
+#include "interrupts.h"
 #include "standardstreams.h"
+#include "workers.h"
+#include <drawing/files/filename.h>
 #include <drawing/files/resultfile.h>
 #include <drawing/input.h>
 #include <drawing/settingsfile.h>
 #include <drawing/writers/formats.h>
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QImageReader>
 
 #include <cstdio>
@@ -66,30 +68,50 @@ void act(const Arguments& arguments) {
 }
 
 int trace(const Arguments& arguments) {
-    const QStringList images = expandInputs(arguments.inputs);
-    if (images.size() > 1 && !arguments.output.isEmpty() &&
-        !findFormat(arguments.format)->takesSeveral)
-        throw UsageError(QString("a %1 file takes one image alone; leave --output away to get one "
-                                 "each")
-                             .arg(arguments.format.toUpper()));
-    if (!arguments.outputFolder.isEmpty() && !QDir().mkpath(arguments.outputFolder))
-        throw FileError(QString("%1: the folder cannot be made").arg(arguments.outputFolder));
+    const Plan plan = makePlan(arguments);
+    if (!arguments.saveSettings.isEmpty())
+        saveFile(arguments.saveSettings, settingsToJson(arguments.job));
     const HostedModule module(arguments.pluginFile);
-    const BatchResult result = traceAll(images, arguments);
-    if (result.failed)
+    const BatchResult result = traceAll(plan, arguments);
+    if (!result.failure.isEmpty())
+        return fail(qPrintable(result.failure), FileStatus);
+    if (result.failed > 0)
         return FileStatus;
-    return result.empty ? EmptyStatus : 0;
+    return result.empty > 0 ? EmptyStatus : 0;
 }
 
 int run(const Arguments& arguments) {
-    for (const QString& remark : arguments.quiet ? QStringList() : arguments.remarks)
-        std::fprintf(stderr, "ovtrace: %s\n", qPrintable(remark));
-    if (!arguments.saveSettings.isEmpty())
-        saveFile(arguments.saveSettings, settingsToJson(arguments.job));
+    const bool isToldAlready = arguments.quiet || arguments.isWorker;
+    for (const QString& remark : isToldAlready ? QStringList() : arguments.remarks)
+        std::fprintf(stderr, "ovtrace: %s\n", presentable(remark).toUtf8().constData());
     if (arguments.action.isEmpty())
         return trace(arguments);
+    if (!arguments.saveSettings.isEmpty()) {
+        checkSettingsFile(arguments.saveSettings);
+        saveFile(arguments.saveSettings, settingsToJson(arguments.job));
+    }
     act(arguments);
     return 0;
+}
+
+/// The words of the command line, whatever bytes are in them.
+QStringList wordsOf(int argc, char* argv[]) {
+#ifdef _WIN32
+    QStringList words = QCoreApplication::arguments();
+#else
+    QStringList words;
+    for (int i = 0; i < argc; ++i)
+        words.append(fileNameFromBytes(argv[i]));
+#endif
+    return words;
+}
+
+Arguments argumentsOf(const QStringList& words) {
+    if (words.size() != 3 || words[1] != WorkerFlag)
+        return parseArguments(words);
+    Arguments arguments = parseArguments(words.first(1) + unpackedWords(words[2].toLatin1()));
+    arguments.isWorker = true;
+    return arguments;
 }
 
 } // namespace
@@ -105,13 +127,14 @@ int main(int argc, char* argv[]) {
     // A file that reaches its largest size is an error with words, as a full disk is.
     std::signal(SIGXFSZ, SIG_IGN);
 #endif
+    endCleanlyOnSignals();
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName("ovtrace");
     QCoreApplication::setApplicationVersion(OVTRACE_VERSION);
     qInstallMessageHandler(showErrorsAlone);
     QImageReader::setAllocationLimit(NoAllocationLimit);
     try {
-        return run(parseArguments(QCoreApplication::arguments()));
+        return run(argumentsOf(wordsOf(argc, argv)));
     } catch (const UsageError& error) {
         return fail(error.what(), UsageStatus);
     } catch (const std::bad_alloc&) {

@@ -1,19 +1,13 @@
 #pragma once
 
-#include "arguments.h"
+#include "plan.h"
 #include <drawing/writers/writer.h>
 
 #include <memory>
 
 class ResultFile;
 
-/// The file in which the result for an image goes when it gets one of its own.
-QString outputName(const QString& imageName, const Arguments& arguments);
-
-/// Throws FileError when two images would have the same result file.
-void checkOutputNames(const QStringList& images, const Arguments& arguments);
-
-/// Where results go: the standard output, or files that appear whole or not at all.
+/// Where results go: a file each, or one that several drawings share.
 class Output {
 public:
     Output(const Arguments& arguments, const Writer& writer);
@@ -21,8 +15,8 @@ public:
     Output(const Output&) = delete;
     Output& operator=(const Output&) = delete;
 
-    /// Writes the drawing of an image. Throws FileError when that cannot be done.
-    void add(const QString& imageName, const Drawing& drawing);
+    /// Writes the drawing of a job. Throws FileError when that cannot be done.
+    void add(const Job& job, const Drawing& drawing);
     /// Completes a file that several drawings share.
     void finish();
 

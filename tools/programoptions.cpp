@@ -18,9 +18,18 @@ QList<ProgramOption> fileOptions() {
          .isForBatch = true},
         {.flag = "name",
          .value = "template",
-         .meaning = "Name the results so: {name} is the image's name, {format} the format's, "
-                    "{page} the page.",
+         .meaning = "Name the results so: {name} is the image's name, {ext} its ending, {format} "
+                    "the format's, {page} the page, {n} a number.",
          .isForBatch = true},
+        {.flag = "overwrite",
+         .meaning = "Let results replace files whose names are pictures' names, too.",
+         .isForBatch = true},
+        {.flag = "recursive",
+         .meaning = "Go into the folders of folders; results keep their places below the folder of "
+                    "--output-dir.",
+         .isForBatch = true},
+        {.flag = "strict",
+         .meaning = "Refuse images whose files end too early, instead of tracing what there is."},
     };
 }
 

@@ -1,5 +1,9 @@
 #include "progress.h"
 
+#include "interrupts.h"
+#include <drawing/files/filename.h>
+
+#include <algorithm>
 #include <cstdio>
 
 #ifdef _WIN32
@@ -11,6 +15,8 @@
 namespace {
 
 constexpr int BarWidth = 24;
+constexpr qint64 DrawInterval = 100;    ///< milliseconds between two states of the bar
+constexpr qint64 LongForOneImage = 500; ///< milliseconds until one image alone gets a bar
 
 bool isTerminal() {
 #ifdef _WIN32
@@ -20,10 +26,14 @@ bool isTerminal() {
 #endif
 }
 
+void say(const QString& line) {
+    std::fprintf(stderr, "%s\n", presentable(line).toUtf8().constData());
+}
+
 } // namespace
 
 Progress::Progress(qsizetype images, double pixels, bool quiet)
-    : images(images), pixels(pixels), silent(quiet || images < 2), isBar(isTerminal()) {
+    : images(images), pixels(pixels), isSilent(quiet), isBar(isTerminal()) {
     timer.start();
     draw();
 }
@@ -32,38 +42,59 @@ Progress::~Progress() {
     clear();
 }
 
-void Progress::advance(double pixels, const QString& line) {
+void Progress::advance(double imagePixels, const QString& line) {
     ++doneImages;
-    donePixels += pixels;
-    if (silent)
+    donePixels += imagePixels;
+    share = 0.0;
+    if (isSilent)
         return;
-    if (!isBar)
-        std::fprintf(stderr, "%s\n", qPrintable(line));
+    if (!isBar && images > 1)
+        say(line);
     draw();
+}
+
+void Progress::setShare(double newShare) {
+    share = newShare;
+    if (isBar && timer.elapsed() >= drawn + DrawInterval)
+        draw();
 }
 
 void Progress::message(const QString& line) {
     clear();
-    std::fprintf(stderr, "%s\n", qPrintable(line));
+    say(line);
     draw();
 }
 
-void Progress::clear() const {
-    if (!silent && isBar)
-        std::fprintf(stderr, "\r\033[K");
+void Progress::end(const QString& line) {
+    clear();
+    hasEnded = true;
+    say(line);
 }
 
-void Progress::draw() const {
-    if (silent || !isBar)
+void Progress::clear() const {
+    if (!isSilent && isBar)
+        std::fprintf(stderr, "\r\033[K");
+    setBarIsShown(false);
+}
+
+void Progress::draw() {
+    if (isSilent || !isBar || hasEnded || (images < 2 && timer.elapsed() < LongForOneImage))
         return;
-    const double share = pixels > 0.0 ? donePixels / pixels : 0.0;
-    const int filled = static_cast<int>(share * BarWidth);
-    const double seconds = static_cast<double>(timer.elapsed()) / 1000.0;
+    drawn = timer.elapsed();
+    setBarIsShown(true);
+    const double now = images > 1 ? 0.0 : share * pixels;
+    const double done = pixels > 0.0 ? std::min(1.0, (donePixels + now) / pixels) : 0.0;
+    const int filled = static_cast<int>(done * BarWidth);
+    const double seconds = static_cast<double>(drawn) / 1000.0;
     const QString left =
-        share > 0.0 ? QString("%1 s left").arg(seconds / share - seconds, 0, 'f', 0) : QString();
-    std::fprintf(stderr, "\r\033[K[%s%s] %lld/%lld files, %.1f/%.1f Mpx %s",
-                 qPrintable(QString(filled, '#')), qPrintable(QString(BarWidth - filled, '-')),
-                 static_cast<long long>(doneImages), static_cast<long long>(images),
-                 donePixels / 1e6, pixels / 1e6, qPrintable(left));
+        done > 0.0 ? QString("%1 s left").arg(seconds / done - seconds, 0, 'f', 0) : QString();
+    const QString count = images > 1 ? QString("%1/%2 files, %3/%4 Mpx")
+                                           .arg(doneImages)
+                                           .arg(images)
+                                           .arg(donePixels / 1e6, 0, 'f', 1)
+                                           .arg(pixels / 1e6, 0, 'f', 1)
+                                     : QString("%1 %").arg(done * 100.0, 0, 'f', 0);
+    std::fprintf(stderr, "\r\033[K[%s%s] %s %s", qPrintable(QString(filled, '#')),
+                 qPrintable(QString(BarWidth - filled, '-')), qPrintable(count), qPrintable(left));
     std::fflush(stderr);
 }
