@@ -1,12 +1,11 @@
 # The installed package goes with the host library that it was built with, or not at all.
 # In: PROJECT_BUILD (with the stand-in), PROJECT_SOURCE, HOST_SDK (another library), CONSUMER, WORK,
-#     EXPECTED, FLAGS, BUILD_TYPE.
+#     EXPECTED, BUILD_TYPE.
 
 include(${CMAKE_CURRENT_LIST_DIR}/support.cmake)
 file(REMOVE_RECURSE ${WORK})
 run(${CMAKE_COMMAND} --install ${PROJECT_BUILD} --prefix ${WORK}/prefix)
-set(configure ${CMAKE_COMMAND} -S ${CONSUMER} -G Ninja -DCMAKE_BUILD_TYPE=${BUILD_TYPE}
-              "-DCMAKE_CXX_FLAGS=${FLAGS}")
+set(configure ${CMAKE_COMMAND} -S ${CONSUMER} -G Ninja -DCMAKE_BUILD_TYPE=${BUILD_TYPE})
 
 # Another library on the search path, even in front, is not taken.
 set(ENV{CMAKE_PREFIX_PATH} ${HOST_SDK}:${WORK}/prefix)
