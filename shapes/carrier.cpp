@@ -159,6 +159,15 @@ Point directionAt(const Carrier& carrier, Point point) {
     return unit(turnedQuarter(point - carrier.at)) * carrier.turn;
 }
 
+double endDirectionSigma(const Carrier& carrier) {
+    if (carrier.support.isEmpty())
+        return 0.0;
+    const PowerMeans means = carrier.support.aboutMean();
+    const double line = 1.0 / std::sqrt(carrier.support.weight() * (means.xx + means.yy));
+    // The slope at the end of a fitted parabola varies 16 times as much as that of a line.
+    return carrier.isLine() ? line : 4.0 * line;
+}
+
 std::vector<Point> meetings(const Carrier& a, const Carrier& b) {
     if (a.isLine())
         return b.isLine() ? lineLine(a, b) : lineCircle(a, b);

@@ -53,6 +53,10 @@ Point projected(const Carrier& carrier, Point point);
 /// The direction in which the chain runs along the carrier beside `point`.
 Point directionAt(const Carrier& carrier, Point point);
 
+/// The standard deviation of the carrier's direction, in radians: of a line; of a circle at an end
+/// of its samples, where its curvature adds to it.
+double endDirectionSigma(const Carrier& carrier);
+
 /// Where two carriers meet: none, one or two places. Lines that are parallel to within rounding do
 /// not meet, circles neither when one is inside the other.
 std::vector<Point> meetings(const Carrier& a, const Carrier& b);

@@ -1,6 +1,6 @@
 #include "shapes/joining.h"
 
-#include "shapes/cubics.h"
+#include "shapes/curveruns.h"
 #include "shapes/tangency.h"
 
 #include <algorithm>
@@ -9,47 +9,8 @@ namespace ovtrace {
 
 namespace {
 
-/// Carriers that a curve may take the place of: two arcs are simple enough.
-constexpr std::size_t leastRun = 3;
-
-/// Where one carrier ends and the next begins; two places where a cap lies between.
-struct Joint {
-    Point before;
-    Point after;
-    bool smooth = false;
-};
-
-/// The samples of a chain by index, round its end when it is closed.
-class Chain {
-public:
-    explicit Chain(std::span<const Sample> samples) : samples_(samples) {
-    }
-
-    [[nodiscard]] Point at(int index) const {
-        return samples_[static_cast<std::size_t>(index) % samples_.size()].at;
-    }
-
-    /// The samples from `first` to `last` with the weights of the fit.
-    [[nodiscard]] std::vector<Sample> between(int first, int last, double spread) const {
-        std::vector<Sample> result;
-        const int end = last >= first ? last : unwrapped(first, last);
-        for (int k = first; k <= end; ++k) {
-            Sample sample = samples_[static_cast<std::size_t>(k) % samples_.size()];
-            sample.sigma = std::sqrt(sample.sigma * sample.sigma + spread);
-            result.push_back(sample);
-        }
-        return result;
-    }
-
-    /// The sample after `last` up to `first`, unwrapped.
-    [[nodiscard]] int unwrapped(int last, int first) const {
-        const int count = static_cast<int>(samples_.size());
-        return first > last ? first : first + (last - first) / count * count + count;
-    }
-
-private:
-    std::span<const Sample> samples_;
-};
+/// The sine up to which noise may explain a corner, beside `FitOptions::smoothSine`.
+constexpr double mostDoubt = 0.35;
 
 class Joiner {
 public:
@@ -79,7 +40,11 @@ private:
         const Point place = gap(a, b);
         const Point u = directionAt(a, place);
         const Point v = directionAt(b, place);
-        return dot(u, v) > 0.0 && std::abs(cross(u, v)) < options_.smoothSine;
+        // Short carriers in noise do not know their directions: two sigmas.
+        const double p = endDirectionSigma(a);
+        const double q = endDirectionSigma(b);
+        const double doubt = std::min(2.0 * std::sqrt(p * p + q * q), mostDoubt);
+        return dot(u, v) > 0.0 && std::abs(cross(u, v)) < options_.smoothSine + doubt;
     }
 
     [[nodiscard]] const Carrier* smoothLine(std::size_t index, int step) const {
@@ -147,10 +112,13 @@ private:
     /// lies farther out the sharper it is.
     [[nodiscard]] std::optional<Point> meeting(const Carrier& a, const Carrier& b, Point place,
                                                double width) const {
-        constexpr double cut = 1.2;
         constexpr double farthest = 12.0;
-        const double sine = std::abs(cross(directionAt(a, place), directionAt(b, place)));
-        const double limit = 1.0 + width / 2.0 + std::min(farthest, sine > 0.0 ? cut / sine : 0.0);
+        const Point u = directionAt(a, place);
+        const Point v = directionAt(b, place);
+        // The tip is narrower than a pixel from half the tangent of half the turn on.
+        const double forward = 1.0 + dot(u, v);
+        const double tip = forward > 0.0 ? std::abs(cross(u, v)) / forward : farthest;
+        const double limit = 1.0 + width / 2.0 + std::min(tip, farthest);
         std::optional<Point> best;
         for (const Point& candidate : meetings(a, b))
             if (distance(candidate, place) < (best ? distance(*best, place) : limit))
@@ -175,12 +143,12 @@ private:
     }
 
     [[nodiscard]] std::vector<Piece> assembled(const std::vector<Joint>& joints) const {
+        const CurveRuns curves(carriers_, joints, chain_, spread(), closed_);
         std::vector<Piece> pieces;
         const std::size_t count = carriers_.size();
         for (std::size_t k = 0; k < count;) {
-            const std::size_t end = options_.cubics ? runEnd(k, joints) : k + 1;
-            const Run run{k, end, closed_ && end - k == count && joints[0].smooth};
-            if (end - k < leastRun || !appendCurves(run, joints, pieces))
+            const std::size_t end = options_.cubics ? curves.endOf(k) : k + 1;
+            if (!options_.cubics || !curves.append(k, end, pieces))
                 for (std::size_t i = k; i < end; ++i)
                     append(carriers_[i], joints[i].after, joints[i + 1].before, pieces);
             if (joints[end].before != joints[end].after)
@@ -188,126 +156,6 @@ private:
             k = end;
         }
         return pieces;
-    }
-
-    /// Whether a carrier can be a part of a curve: long lines are lines.
-    [[nodiscard]] bool isCurved(std::size_t index) const {
-        constexpr int shortLine = 8;
-        const Carrier& carrier = carriers_[index];
-        return !carrier.isLine() || carrier.last - carrier.first < shortLine;
-    }
-
-    /// One past the last carrier of the smooth curve that begins with `first`.
-    [[nodiscard]] std::size_t runEnd(std::size_t first, const std::vector<Joint>& joints) const {
-        std::size_t end = first + 1;
-        if (isCurved(first))
-            while (end < carriers_.size() && joints[end].smooth && isCurved(end))
-                ++end;
-        return end;
-    }
-
-    /// The place and direction where carrier `index` begins. Carriers that join smoothly agree on
-    /// it; a long line is right.
-    [[nodiscard]] CurveEnd beginning(std::size_t index, const std::vector<Joint>& joints) const {
-        const std::size_t count = carriers_.size();
-        const Point at = joints[index].after;
-        const Carrier& after = carriers_[index % count];
-        const Point own = directionAt(after, at);
-        if (!joints[index].smooth)
-            return {at, own};
-        const std::size_t other = (index + count - 1) % count;
-        const Point before = directionAt(carriers_[other], at);
-        if (!isCurved(other))
-            return {at, before};
-        return {at, isCurved(index % count) ? unit(own + before) : own};
-    }
-
-    [[nodiscard]] CurveEnd ending(std::size_t index, const std::vector<Joint>& joints) const {
-        if (joints[index + 1].smooth)
-            return beginning(index + 1, joints);
-        const Point at = joints[index + 1].before;
-        return {at, directionAt(carriers_[index], at)};
-    }
-
-    /// Where a curve is divided between two carriers, it goes by the samples on both sides: the
-    /// ends of arcs that only approach it have other directions.
-    [[nodiscard]] CurveEnd division(std::size_t index, const std::vector<Joint>& joints) const {
-        constexpr int side = 6;
-        const std::size_t count = carriers_.size();
-        const Carrier& before = carriers_[(index + count - 1) % count];
-        const Carrier& after = carriers_[index % count];
-        const int first = std::max(before.first, before.last - side);
-        const int last = std::min(after.last, after.first + side);
-        const CurveEnd rough = beginning(index, joints);
-        const auto end = localEnd(chain_.between(first, last, spread()), rough.at, rough.tangent);
-        // Nearly where the carriers meet, or the samples are no smooth curve.
-        return end && distance(end->at, rough.at) < 1.0 && dot(end->tangent, rough.tangent) > 0.95
-                   ? *end
-                   : rough;
-    }
-
-    /// A smooth curve from carrier `first` to before `end`; it may be the whole of a closed chain.
-    struct Run {
-        std::size_t first = 0;
-        std::size_t end = 0;
-        bool wholeRing = false;
-    };
-
-    [[nodiscard]] CurveEnd place(std::size_t index, bool isEnd, const Run& run,
-                                 const std::vector<Joint>& joints) const {
-        if ((index > run.first && index < run.end) || run.wholeRing)
-            return division(index, joints);
-        return isEnd ? ending(index - 1, joints) : beginning(index, joints);
-    }
-
-    /// One cubic over the carriers from `first` to before `end`.
-    [[nodiscard]] std::optional<Piece> curveOver(std::size_t first, std::size_t end, const Run& run,
-                                                 const std::vector<Joint>& joints) const {
-        // As close as samples that were only noisy.
-        constexpr double allowed = 1.5;
-        return fittedCubic(
-            place(first, false, run, joints), place(end, true, run, joints),
-            chain_.between(carriers_[first].first, carriers_[end - 1].last, spread()), allowed);
-    }
-
-    /// The longest curve from `first` on: twice as many carriers until it fails, then halving.
-    [[nodiscard]] std::pair<Piece, std::size_t>
-    longestCurve(std::size_t first, const Run& run, const std::vector<Joint>& joints) const {
-        std::optional<Piece> best = curveOver(first, first + 1, run, joints);
-        std::size_t good = first + 1;
-        std::size_t step = 1;
-        while (best && good < run.end) {
-            const std::size_t next = std::min(run.end, good + step);
-            const auto curve = curveOver(first, next, run, joints);
-            if (!curve)
-                break;
-            best = curve;
-            good = next;
-            step *= 2;
-        }
-        for (; best && step > 0; step /= 2)
-            if (good + step <= run.end)
-                if (const auto curve = curveOver(first, good + step, run, joints)) {
-                    best = curve;
-                    good += step;
-                }
-        return {best ? *best : Piece{}, best ? good : first};
-    }
-
-    /// Curves in place of the carriers of a run, where they are fewer.
-    bool appendCurves(const Run& run, const std::vector<Joint>& joints,
-                      std::vector<Piece>& pieces) const {
-        const std::size_t length = run.end - run.first;
-        std::vector<Piece> curves;
-        for (std::size_t k = run.first; k < run.end;) {
-            const auto [curve, next] = longestCurve(k, run, joints);
-            if (next == k || curves.size() + 1 >= length)
-                return false;
-            curves.push_back(curve);
-            k = next;
-        }
-        pieces.insert(pieces.end(), curves.begin(), curves.end());
-        return true;
     }
 
     [[nodiscard]] double spread() const {
@@ -333,7 +181,7 @@ private:
 
     std::vector<Carrier> carriers_;
     bool closed_;
-    Chain chain_;
+    ChainView chain_;
     const FitOptions& options_;
 };
 
