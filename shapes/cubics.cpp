@@ -62,13 +62,11 @@ Piece withHandles(const CurveEnd& from, const CurveEnd& to, Handles handles) {
                       to.at - to.tangent * handles.second, to.at);
 }
 
-/// Handles turned back make a cusp, handles longer than twice the chord a loop.
+/// Handles turned back make a cusp, handles longer than the chord a loop.
 Handles limited(const CurveEnd& from, const CurveEnd& to, Handles handles) {
     const double chord = distance(from.at, to.at);
     const double least = chord / 64.0;
-    const double greatest = chord * 2.0;
-    return {std::clamp(handles.first, least, greatest),
-            std::clamp(handles.second, least, greatest)};
+    return {std::clamp(handles.first, least, chord), std::clamp(handles.second, least, chord)};
 }
 
 struct Derivatives {

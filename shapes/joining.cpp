@@ -112,12 +112,17 @@ private:
     /// lies farther out the sharper it is.
     [[nodiscard]] std::optional<Point> meeting(const Carrier& a, const Carrier& b, Point place,
                                                double width) const {
-        constexpr double farthest = 12.0;
+        constexpr double farthest = 6.0;
         const Point u = directionAt(a, place);
         const Point v = directionAt(b, place);
         // The tip is narrower than a pixel from half the tangent of half the turn on.
         const double forward = 1.0 + dot(u, v);
-        const double tip = forward > 0.0 ? std::abs(cross(u, v)) / forward : farthest;
+        // Sides that noise does not tell from parallel have no tip.
+        const double sine = std::abs(cross(u, v));
+        const double doubt = 3.0 * std::max(endDirectionSigma(a), endDirectionSigma(b));
+        if (dot(u, v) < 0.0 && sine < doubt)
+            return std::nullopt;
+        const double tip = forward > 0.0 ? sine / forward : farthest;
         const double limit = 1.0 + width / 2.0 + std::min(tip, farthest);
         std::optional<Point> best;
         for (const Point& candidate : meetings(a, b))

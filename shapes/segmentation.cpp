@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <numbers>
 
 namespace ovtrace {
 
@@ -22,7 +23,19 @@ struct Weighted {
     std::vector<Sample> samples;
     std::vector<double> weights;
     std::vector<double> skipCosts;
+    /// The length of the polygon through the samples up to each.
+    std::vector<double> lengths;
     bool closed = false;
+
+    /// Whether a shape of this radius can run from sample to sample: a line or a shallow arc is not
+    /// much shorter than the way there. What runs back beside itself is not one shape.
+    [[nodiscard]] bool advances(int first, int last, double radius) const {
+        constexpr double leastShare = 0.6;
+        const double way =
+            lengths[static_cast<std::size_t>(last)] - lengths[static_cast<std::size_t>(first)];
+        return (radius > 0.0 && way > 2.0 * radius) ||
+               distance(at(first), at(last)) >= leastShare * way;
+    }
 
     [[nodiscard]] int size() const {
         return static_cast<int>(samples.size());
@@ -50,11 +63,15 @@ Weighted weighted(std::span<const Sample> samples, int start, bool closed,
     // A tolerance is a bound; taken as an error spread evenly below it, a third of its square. No
     // sigma is smaller than what a double can tell from the place.
     const double spread = std::max(options.tolerance * options.tolerance / 3.0, 1e-12);
+    Point before;
     for (Sample& sample : result.samples) {
         const double variance = sample.sigma * sample.sigma + spread;
         sample.sigma = std::sqrt(variance);
         result.weights.push_back(sample.loose ? 0.0 : 1.0 / variance);
         result.skipCosts.push_back(sample.loose ? 0.0 : options.skipCost);
+        const double step = result.lengths.empty() ? 0.0 : distance(before, sample.at);
+        result.lengths.push_back(result.lengths.empty() ? 0.0 : result.lengths.back() + step);
+        before = sample.at;
     }
     return result;
 }
@@ -133,7 +150,7 @@ public:
 private:
     [[nodiscard]] bool isCandidate(int first, int end) const;
     void extendTo(int end);
-    void consider(const Moments& moments, int first, Reached& best) const;
+    void consider(const Moments& moments, int first, int end, Reached& best) const;
     void skipTo(int first);
 
     const Weighted& data_;
@@ -147,20 +164,21 @@ private:
     mutable double leastError_ = 0.0;
 };
 
-void Search::consider(const Moments& moments, int first, Reached& best) const {
+void Search::consider(const Moments& moments, int first, int end, Reached& best) const {
     const double before = skipped_[static_cast<std::size_t>(first)].cost;
     const double lineError = LineFit::errorOf(moments);
     leastError_ = lineError;
     // Two samples are on a line whatever they are: no evidence for one.
     const double doubt = moments.count() < 3 ? doubtCost_ : 0.0;
-    if (before + lineCost_ + doubt + lineError < best.cost)
+    if (before + lineCost_ + doubt + lineError < best.cost && data_.advances(first, end - 1, 0.0))
         best = {before + lineCost_ + doubt + lineError, first, false};
     // An arc has to earn its third parameter.
     if (lineError <= arcCost_ - lineCost_ || moments.count() < leastForArc_)
         return;
     const double arcError = CircleFit::errorOf(moments);
     leastError_ = std::min(lineError, arcError);
-    if (before + arcCost_ + arcError < best.cost)
+    if (before + arcCost_ + arcError < best.cost &&
+        data_.advances(first, end - 1, CircleFit(moments).radius))
         best = {before + arcCost_ + arcError, first, true};
 }
 
@@ -182,7 +200,7 @@ void Search::extendTo(int end) {
             moments.add(data_.at(first), data_.weight(first));
         if (!isCandidate(first, end) || moments.count() < 2)
             continue;
-        consider(moments, first, best);
+        consider(moments, first, end, best);
         // More samples never fit better: several shapes are cheaper from here on.
         if (leastError_ > 4.0 * arcCost_ + 2.0 * moments.count())
             break;
@@ -291,7 +309,7 @@ private:
         if (std::min(asLine, asArc) >= apart)
             return false;
         const Carrier merged = fitted(data_, a.first, b.last, asArc < asLine);
-        if (costOf(merged) >= apart)
+        if (costOf(merged) >= apart || !data_.advances(a.first, b.last, merged.radius))
             return false;
         carriers.pop_back();
         carriers.back() = merged;
@@ -488,13 +506,25 @@ void unrotate(std::vector<Carrier>& carriers, int start, int count) {
     }
 }
 
+/// Whether the samples go once round a circle, enclosing most of its area. Those on both sides of a
+/// thin shape lie near many a wide circle.
+bool goesRound(const Carrier& circle, const Weighted& data) {
+    constexpr double leastShare = 0.6;
+    if (circle.isLine())
+        return false;
+    double area = 0.0;
+    for (int k = 0; k < data.size(); ++k)
+        area += cross(data.at(k) - circle.at, data.at((k + 1) % data.size()) - circle.at) / 2.0;
+    return std::abs(area) >= leastShare * std::numbers::pi * circle.radius * circle.radius;
+}
+
 /// A closed chain that one circle explains as well as its noise allows.
 bool fitsWholeCircle(const Weighted& data, Carrier& circle) {
     constexpr int least = 6;
     if (data.size() < least)
         return false;
     circle = fitted(data, 0, data.size() - 1, true);
-    return !circle.isLine() && circle.error < 1.5 * data.size();
+    return goesRound(circle, data) && circle.error < 1.5 * data.size();
 }
 
 ChainModel closedModel(std::span<const Sample> samples, const FitOptions& options) {
@@ -524,8 +554,7 @@ ChainModel closedModel(std::span<const Sample> samples, const FitOptions& option
             }
         }
     }
-    if (!circle.isLine() && circle.radius > 0.0 &&
-        circle.error + 3.0 * options.parameterCost < best.cost) {
+    if (goesRound(circle, plain) && circle.error + 3.0 * options.parameterCost < best.cost) {
         model.carriers = {circle};
         model.isCircle = true;
         return model;

@@ -86,3 +86,24 @@ TEST(Segmentation, ToleranceAsksForLessDetail) {
     EXPECT_EQ(segmentChain(samples, false, coarse).carriers.size(), 1u);
     EXPECT_GT(segmentChain(samples, false, fine).carriers.size(), 10u);
 }
+
+TEST(Segmentation, ThinLoopIsNeitherACircleNorALine) {
+    // The middles of the pixel edges around two pixels beside each other.
+    const std::vector<Point> places{{0.5, 0}, {1.5, 0}, {2, 0.5}, {1.5, 1}, {0.5, 1}, {0, 0.5}};
+    std::vector<Sample> samples;
+    for (const Point& place : places)
+        samples.push_back({Point{40, 30} + place, 0.4, false});
+    const ChainModel model = segmentChain(samples, true, {});
+    for (const Carrier& carrier : model.carriers) {
+        if (!carrier.isLine()) {
+            EXPECT_LT(carrier.radius, 2.0);
+        }
+    }
+    // Along one side and back along the other.
+    samples.clear();
+    for (int k = 0; k < 20; ++k)
+        samples.push_back({{static_cast<double>(k), 0.0}, 0.4, false});
+    for (int k = 19; k >= 0; --k)
+        samples.push_back({{static_cast<double>(k), 0.6}, 0.4, false});
+    EXPECT_GE(segmentChain(samples, false, {}).carriers.size(), 2u);
+}
