@@ -3,8 +3,10 @@
 #include "errors.h"
 #include "files/filename.h"
 #include "files/files.h"
-#include "memory.h"
+#include "memoryestimate.h"
+#include "promisedbytes.h"
 #include "quietstderr.h"
+#include "watcheddevice.h"
 
 #include <QBuffer>
 #include <QFile>
@@ -25,8 +27,10 @@ const QStringList& pictureFormats() {
     return formats;
 }
 
-/// What a pixel takes at most while it is decoded, traced and written.
-constexpr double BytesPerPixel = 24.0;
+/// The share of an image that its file has to hold, in formats that tell. One that ends earlier is
+/// no picture any more, and its promises are no reason for work.
+constexpr double LeastShare = 0.05;
+constexpr double SmallImage = 4e6; ///< pixels that are no work worth refusing
 
 void checkFile(const QString& fileName) {
     const FileFacts file = factsOf(fileName);
@@ -60,15 +64,21 @@ void checkSize(const QString& name, QSize size, const InputRequest& request) {
                 .arg(size.width())
                 .arg(size.height())
                 .arg(request.largestPixels));
-    const double memory = physicalMemory();
-    if (memory > 0.0 && pixels * BytesPerPixel > memory)
-        throw FileError(
-            QString("%1: tracing %2 x %3 pixels may take %4 GB, more than this computer "
-                    "has; make the image smaller or cut it with --crop")
-                .arg(name)
-                .arg(size.width())
-                .arg(size.height())
-                .arg(pixels * BytesPerPixel / 1e9, 0, 'f', 1));
+}
+
+/// Refuses files whose header promises far more than they hold.
+void checkPromise(const QImageReader& reader, QIODevice& device, const QByteArray& head,
+                  const QString& name) {
+    const QSize size = reader.size();
+    const double promised = promisedBytes(reader.format(), head, size);
+    const bool isLarge = static_cast<double>(size.width()) * size.height() > SmallImage;
+    if (isLarge && static_cast<double>(device.size()) < promised * LeastShare)
+        throw FileError(QString("%1: cannot be decoded: its header promises %2 x %3 pixels, for "
+                                "which its %4 bytes are too few")
+                            .arg(name)
+                            .arg(size.width())
+                            .arg(size.height())
+                            .arg(device.size()));
 }
 
 [[noreturn]] void failWithoutPage(const QString& name, int page) {
@@ -106,7 +116,31 @@ void decideFormat(QImageReader& reader, QIODevice& device) {
     reader.setDevice(&device);
 }
 
-QImage readPage(QIODevice& device, const QString& name, const InputRequest& request) {
+/// An image for a decoder to fill: blank, so that rows which it does not reach are blank, too.
+QImage blankFor(const QImageReader& reader) {
+    const QSize size = reader.size();
+    const QImage::Format format = reader.imageFormat();
+    if (!size.isValid() || format == QImage::Format_Invalid)
+        return {};
+    QImage image(size, format);
+    const bool hasTable = image.pixelFormat().colorModel() == QPixelFormat::Indexed;
+    if (hasTable || image.hasAlphaChannel())
+        image.fill(0);
+    else
+        image.fill(Qt::white);
+    return image;
+}
+
+/// Bitmaps are read piece by piece, each of the size that is needed: a piece cut short is missing.
+/// Other decoders read ahead, but never at the end unless they need more.
+bool endsEarly(const WatchedDevice& device, const QByteArray& format) {
+    return device.wasReadAtEnd() || (format == "bmp" && device.wasCutShort());
+}
+
+InputImage readPage(QIODevice& source, const QString& name, const InputRequest& request) {
+    constexpr qint64 HeadSize = 32;
+    const QByteArray head = source.peek(HeadSize);
+    WatchedDevice device(source);
     QImageReader reader(&device);
     const QuietStandardError quiet;
     decideFormat(reader, device);
@@ -116,15 +150,26 @@ QImage readPage(QIODevice& device, const QString& name, const InputRequest& requ
                                 "--list-formats")
                             .arg(name));
     goToPage(reader, name, request);
-    if (reader.size().isValid())
+    if (reader.size().isValid()) {
         checkSize(name, reader.size(), request);
-    QImage image = reader.read();
-    if (image.isNull() && request.page > 1)
+        checkDecodingMemory(name, reader.size(), reader.imageFormat());
+        checkPromise(reader, source, head, name);
+    }
+    InputImage input;
+    input.image = blankFor(reader);
+    // Asked after reading, the reader looks for a further image.
+    const QByteArray format = reader.format();
+    device.forget();
+    const bool isRead = reader.read(&input.image) && !input.image.isNull();
+    if (!isRead && request.page > 1)
         failWithoutPage(name, request.page);
-    if (image.isNull())
+    if (!isRead)
         throw FileError(QString("%1: cannot be decoded: %2").arg(name, reader.errorString()));
-    checkSize(name, image.size(), request);
-    return image;
+    checkSize(name, input.image.size(), request);
+    input.isTruncated = endsEarly(device, format);
+    if (input.isTruncated && request.isStrict)
+        throw FileError(QString("%1: the file ends too early").arg(name));
+    return input;
 }
 
 QImage onBackground(const QImage& image, const QColor& background) {
@@ -184,13 +229,13 @@ InputImage readInput(const QString& fileName, const InputRequest& request) {
         checkFile(fileName);
     if (factsOf(fileName).kind == FileKind::Regular && !isStandardInput) {
         const auto file = openForReading(fileName);
-        input.image = readPage(*file, name, request);
+        input = readPage(*file, name, request);
     } else {
         QByteArray contents =
             isStandardInput ? readStandardInput() : openForReading(fileName)->readAll();
         QBuffer buffer(&contents);
         buffer.open(QIODevice::ReadOnly);
-        input.image = readPage(buffer, name, request);
+        input = readPage(buffer, name, request);
     }
     input.title = isStandardInput ? "traced" : presentable(QFileInfo(fileName).completeBaseName());
     constexpr double MetresPerInch = 0.0254;

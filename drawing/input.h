@@ -9,6 +9,7 @@ struct InputImage {
     QImage image;
     QString title;            ///< the file's name without folder and ending
     double dotsPerInch = 0.0; ///< as the file says; 0 when it does not
+    bool isTruncated = false; ///< whether the file ends too early; what is missing is blank
 };
 
 /// Names of the formats that are read, as far as the installation of Qt has them.

@@ -5,6 +5,7 @@
 
 #include <psapi.h>
 #else
+#include <cstdio>
 #include <sys/resource.h>
 #include <unistd.h>
 #endif
@@ -15,6 +16,9 @@ double physicalMemory() {
     MEMORYSTATUSEX status{};
     status.dwLength = sizeof status;
     return GlobalMemoryStatusEx(&status) != 0 ? static_cast<double>(status.ullTotalPhys) : 0.0;
+}
+
+void resetPeakMemory() {
 }
 
 double peakMemory() {
@@ -29,6 +33,16 @@ double peakMemory() {
 double physicalMemory() {
     return static_cast<double>(sysconf(_SC_PHYS_PAGES)) *
            static_cast<double>(sysconf(_SC_PAGESIZE));
+}
+
+void resetPeakMemory() {
+#ifdef __linux__
+    // 5 stands for the peak.
+    if (std::FILE* file = std::fopen("/proc/self/clear_refs", "w")) {
+        std::fputs("5", file);
+        std::fclose(file);
+    }
+#endif
 }
 
 double peakMemory() {

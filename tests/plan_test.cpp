@@ -1,8 +1,8 @@
 // What a run finds, how it names its results, and what it never replaces.
 
+#include "support/imagefiles.h"
 #include "support/program.h"
 
-#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -159,26 +159,9 @@ TEST_F(Plan, WhatIsSkippedIsSaidAndCounted) {
 }
 
 TEST_F(Plan, PagesAreTakenByRange) {
-    QImage page = blackSquareOnWhite(QImage::Format_RGB32);
-    // An icon file of three images is a file of three pages.
-    QByteArray icon = QByteArray::fromHex("000001000300");
-    QByteArray images;
-    for (int i = 0; i < 3; ++i) {
-        QByteArray png;
-        QBuffer buffer(&png);
-        buffer.open(QIODevice::WriteOnly);
-        ASSERT_TRUE(page.scaled(16 + i, 16 + i).save(&buffer, "PNG"));
-        const auto number = [](qsizetype value) {
-            QByteArray bytes;
-            for (int k = 0; k < 4; ++k)
-                bytes += static_cast<char>(value >> (8 * k) & 255);
-            return bytes;
-        };
-        icon += QByteArray(2, static_cast<char>(16 + i)) + QByteArray::fromHex("000001002000") +
-                number(png.size()) + number(6 + 3 * 16 + images.size());
-        images += png;
-    }
-    writeFile(path("a.ico"), icon + images);
+    const QImage page = blackSquareOnWhite(QImage::Format_RGB32);
+    writeFile(path("a.ico"),
+              icoFile({page.scaled(16, 16), page.scaled(17, 17), page.scaled(18, 18)}));
     const auto widths = [&](const QString& pages) {
         const auto result =
             run({path("a.ico"), "--page", pages, "-f", "json", "-o", "-", "--min-path", "0"});

@@ -6,6 +6,7 @@
 #include <drawing/files/files.h>
 #include <drawing/files/resultfile.h>
 #include <drawing/input.h>
+#include <drawing/memoryestimate.h>
 #include <drawing/tracing.h>
 #include <drawing/writers/formats.h>
 
@@ -66,6 +67,9 @@ private:
         timer.start();
         InputImage input = readInput(job.image, request);
         timings.reading = secondsSince(timer);
+        if (input.isTruncated)
+            report.warn(nameOf(job) + ": the file ends too early; what is missing is blank");
+        checkTracingMemory(nameOf(job), input, arguments.settings, writingBytes(input.image));
         timer.restart();
         const double dotsPerInch = input.dotsPerInch;
         Drawing drawing = traceImage(std::move(input), arguments.settings);
@@ -79,6 +83,15 @@ private:
             report.warn(QString("%1: nothing was traced: %2")
                             .arg(nameOf(job), likelyCause(drawing, arguments.settings)));
         return {isEmpty, figures(job, drawing, timings)};
+    }
+
+    /// What the format takes whatever the image shows: PNG has its picture twice.
+    double writingBytes(const QImage& image) const {
+        if (arguments.format != "png")
+            return 0.0;
+        constexpr double BytesPerPixel = 8.0;
+        const double scale = arguments.writer.scale;
+        return BytesPerPixel * scale * scale * image.width() * image.height();
     }
 
     QByteArray figures(const Job& job, const Drawing& drawing, const Timings& timings) const {
