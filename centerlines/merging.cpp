@@ -314,6 +314,16 @@ void mergeStrokes(std::vector<Stroke>& strokes, const InkLevels& ink, const Meas
     Merger(strokes, ink, measure).run(pace);
 }
 
+bool liesInStrokes(const std::vector<Point>& points, const std::vector<Stroke>& strokes,
+                   double slack) {
+    return std::all_of(points.begin(), points.end(), [&](Point p) {
+        return std::any_of(strokes.begin(), strokes.end(), [&](const Stroke& s) {
+            return !s.dropped && std::abs(signedDistance(s.carrier, p)) <= 0.5 * s.width + slack &&
+                   covers(s, p, slack);
+        });
+    });
+}
+
 void dropExplained(std::vector<Stroke>& strokes, Pace& pace) {
     std::vector<std::pair<double, int>> order;
     int right = 1;

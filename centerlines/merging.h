@@ -18,6 +18,10 @@ bool inkRunsOn(const InkLevels& ink, const Stroke& stroke, int end, double dista
 void mergeStrokes(std::vector<Stroke>& strokes, const InkLevels& ink, const Measure& measure,
                   Pace& pace);
 
+/// Whether all of the points lie in the ink of strokes, within `slack` pixels.
+bool liesInStrokes(const std::vector<Point>& points, const std::vector<Stroke>& strokes,
+                   double slack);
+
 /// Drops short strokes that lie within others.
 void dropExplained(std::vector<Stroke>& strokes, Pace& pace);
 

@@ -122,7 +122,7 @@ void markSolids(InkMask& mask, const std::vector<std::uint8_t>& distance,
         // A blob by itself is no measure of strokes.
         const int ridge = std::min(own, medianRidge * 3 / 2);
         const double halfWidth = std::max(halfWidthAt(static_cast<std::uint8_t>(ridge)), 1.0);
-        const int deep = static_cast<int>(3.0 * (rules.widerThanStrokes * halfWidth + 0.75));
+        const int deep = static_cast<int>(3.0 * (rules.widerThanStrokes * halfWidth + 0.4));
         // Half again as far as the inscribed circle reaches: into the corners of squares.
         const int reach = deep / 2 + 1;
         for (std::uint32_t i = 0; i < component.runCount; ++i) {

@@ -12,7 +12,7 @@ class Pace;
 /// What tells a filled area from a wide stroke.
 struct SolidRules {
     /// An area is wider than the strokes around it by this factor...
-    double widerThanStrokes = 2.0;
+    double widerThanStrokes = 3.2;
     /// ...and less than this many times longer than wide: a pen runs on.
     double strokeLength = 5.0;
 };

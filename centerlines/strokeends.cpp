@@ -152,7 +152,11 @@ private:
         for (const int j : found)
             if (j != i && !at(j).dropped)
                 consider(i, e, j, best);
-        if (s.partner < 0 && stroke.ends[index(e)].next >= 0)
+        // Lines that touch meet nowhere, or anywhere: neighbours of one path share the place
+        // between.
+        const int next = stroke.ends[index(e)].next;
+        if (next >= 0 && !at(next).dropped && (s.partner < 0 || s.partner == next) &&
+            isTouching(i, e, next))
             joinSmoothly(i, e);
     }
 
@@ -182,7 +186,12 @@ private:
         }
     }
 
-    /// Neighbours of one path whose carriers do not meet (they touch) share the place between.
+    bool isTouching(int i, int e, int next) {
+        const Point p = at(i).ends[index(e)].at;
+        return std::abs(dot(directionAt(at(i).carrier, p), directionAt(at(next).carrier, p))) >
+               0.97;
+    }
+
     void joinSmoothly(int i, int e) {
         const StrokeEnd& end = at(i).ends[index(e)];
         const int j = end.next;

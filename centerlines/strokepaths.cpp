@@ -189,6 +189,38 @@ std::vector<Sample> samplesOf(const std::vector<StrokePoint>& points, double sig
     return samples;
 }
 
+/// Whether means over neighbouring samples keep within `allowed` pixels of the carrier.
+bool keepsTo(const Carrier& carrier, const std::vector<Sample>& samples, double allowed) {
+    double run = 0.0;
+    int inRun = 0;
+    for (const Sample& sample : samples) {
+        if (sample.loose)
+            continue;
+        run += signedDistance(carrier, sample.at);
+        if (++inRun < 6)
+            continue;
+        if (std::abs(run) > allowed * inRun)
+            return false;
+        run = 0.0;
+        inRun = 0;
+    }
+    return inRun == 0 || std::abs(run) <= allowed * inRun;
+}
+
+/// An arc that a line explains as well is a line: the waves of a scan are no arcs.
+void straighten(Stroke& stroke, double sigma) {
+    if (stroke.carrier.isLine() || stroke.closed)
+        return;
+    Carrier line = lineCarrier(stroke.carrier.support, stroke.start(), stroke.finish());
+    if (!keepsTo(line, stroke.samples, sigma + 0.1))
+        return;
+    line.first = stroke.carrier.first;
+    line.last = stroke.carrier.last;
+    stroke.carrier = line;
+    stroke.ends[0].at = projected(line, stroke.start());
+    stroke.ends[1].at = projected(line, stroke.finish());
+}
+
 Stroke strokeOf(const Carrier& carrier, const std::vector<StrokePoint>& points,
                 const std::vector<Sample>& samples, bool isCircle) {
     Stroke stroke;
@@ -251,6 +283,7 @@ std::vector<Stroke> fitStrokes(const Skeleton& skeleton, Profiles profiles, cons
     double done = 0.0;
     FitOptions options;
     options.tolerance = 0.05;
+    options.parameterCost = 14.0; // neighbouring samples share ink: they count for half
     options.cubics = false;
     for (const Path& path : PathFinder(skeleton, profiles).paths()) {
         const std::vector<StrokePoint> points = pointsOf(path, profiles);
@@ -263,8 +296,10 @@ std::vector<Stroke> fitStrokes(const Skeleton& skeleton, Profiles profiles, cons
         const std::vector<Sample> samples = samplesOf(points, measure.sigma, medianOf(widths));
         const ChainModel model = segmentChain(samples, path.closed, options);
         const std::size_t first = strokes.size();
-        for (const Carrier& carrier : model.carriers)
+        for (const Carrier& carrier : model.carriers) {
             strokes.push_back(strokeOf(carrier, points, samples, model.isCircle));
+            straighten(strokes.back(), measure.sigma);
+        }
         chainUp(strokes, first, path.closed);
         const auto isSolid = [&](const Link& link, bool atEnd) {
             const SkeletonChain& c = skeleton.chains[static_cast<std::size_t>(link.chain)];

@@ -22,6 +22,7 @@ struct Member {
     int size;  ///< the greater of width and height
     int group; ///< index of the first member known to be in company with it
     bool text;
+    bool besideSimple; ///< a bar stands beside it
 };
 
 struct Spread {
@@ -104,7 +105,7 @@ std::vector<Member> smallOnes(const InkComponents& components, double largest, d
         const InkComponent& c = components.components[i];
         const int size = std::max(c.width(), c.height());
         if (size <= largest)
-            members.push_back({i, formOf(components, c, strokeWidth), size, 0, false});
+            members.push_back({i, formOf(components, c, strokeWidth), size, 0, false, false});
     }
     std::stable_sort(members.begin(), members.end(), [&](const Member& a, const Member& b) {
         return components.components[a.component].left < components.components[b.component].left;
@@ -123,35 +124,56 @@ int rootOf(std::vector<Member>& members, int i) {
     return i;
 }
 
-bool inCompany(const Member& a, const InkComponent& ca, const Member& b, const InkComponent& cb) {
-    if (a.form != Form::Complex && b.form != Form::Complex)
-        return false;
-    // A bar or a ring belongs to a character of about its own size, not to a drawing beside it.
-    const int size = a.form != Form::Complex   ? b.size
-                     : b.form != Form::Complex ? a.size
-                                               : std::max(a.size, b.size);
-    if (a.form != b.form && std::max(a.size, b.size) > size * 3 / 2)
-        return false;
-    return gapBetween(ca, cb) <= GapOfSize * size;
+bool isComplex(const Member& member) {
+    return member.form == Form::Complex;
 }
 
-void joinCompany(std::vector<Member>& members, const InkComponents& components, double largest) {
+bool isBeside(const Member& a, const InkComponent& ca, const Member& b, const InkComponent& cb) {
+    // A bar or a ring belongs to a character of about its own size, not to a drawing beside it.
+    const int size = isComplex(a) == isComplex(b) ? std::max(a.size, b.size)
+                     : isComplex(a)               ? a.size
+                                                  : b.size;
+    return std::max(a.size, b.size) <= size * 3 / 2 && gapBetween(ca, cb) <= GapOfSize * size;
+}
+
+/// Calls `visit` with each two members that stand side by side, the complex one first where only
+/// one is.
+template <typename Visit>
+void forEachPair(std::vector<Member>& members, const InkComponents& components, double largest,
+                 Visit visit) {
     for (std::size_t i = 0; i < members.size(); ++i) {
         const InkComponent& a = components.components[members[i].component];
         for (std::size_t j = i + 1; j < members.size(); ++j) {
             const InkComponent& b = components.components[members[j].component];
             if (b.left > a.right + GapOfSize * largest)
                 break;
-            if (!inCompany(members[i], a, members[j], b))
+            if ((!isComplex(members[i]) && !isComplex(members[j])) ||
+                !isBeside(members[i], a, members[j], b))
                 continue;
-            const int ra = rootOf(members, static_cast<int>(i));
-            const int rb = rootOf(members, static_cast<int>(j));
-            members[static_cast<std::size_t>(std::max(ra, rb))].group = std::min(ra, rb);
+            if (isComplex(members[i]))
+                visit(i, j);
+            else
+                visit(j, i);
         }
     }
 }
 
-void decide(std::vector<Member>& members) {
+/// Complex members side by side are one group.
+void joinCompany(std::vector<Member>& members, const InkComponents& components, double largest) {
+    forEachPair(members, components, largest, [&](std::size_t i, std::size_t j) {
+        if (!isComplex(members[j])) {
+            members[i].besideSimple = members[i].besideSimple || members[j].form == Form::Bar;
+            return;
+        }
+        const int ra = rootOf(members, static_cast<int>(i));
+        const int rb = rootOf(members, static_cast<int>(j));
+        members[static_cast<std::size_t>(std::max(ra, rb))].group = std::min(ra, rb);
+    });
+}
+
+/// Groups are text; a complex member by itself is when it is as large as text elsewhere and no
+/// crossing of dashes.
+void decideComplex(std::vector<Member>& members) {
     std::vector<int> count(members.size(), 0);
     for (std::size_t i = 0; i < members.size(); ++i)
         ++count[static_cast<std::size_t>(rootOf(members, static_cast<int>(i)))];
@@ -159,7 +181,7 @@ void decide(std::vector<Member>& members) {
     for (std::size_t i = 0; i < members.size(); ++i) {
         Member& m = members[i];
         m.text = count[static_cast<std::size_t>(rootOf(members, static_cast<int>(i)))] >= 2;
-        if (m.text && m.form == Form::Complex)
+        if (m.text)
             heights.push_back(m.size);
     }
     if (heights.empty())
@@ -168,8 +190,16 @@ void decide(std::vector<Member>& members) {
     const int low = heights[heights.size() / 10];
     const int high = heights[heights.size() * 9 / 10];
     for (Member& m : members)
-        if (m.form == Form::Complex && 10 * m.size >= 8 * low && 10 * m.size <= 12 * high)
+        if (isComplex(m) && !m.besideSimple && 10 * m.size >= 8 * low && 10 * m.size <= 12 * high)
             m.text = true;
+}
+
+/// Bars and rings beside text belong to it: i, 1, o, stops and dashes.
+void decideSimple(std::vector<Member>& members, const InkComponents& components, double largest) {
+    forEachPair(members, components, largest, [&](std::size_t i, std::size_t j) {
+        if (members[i].text && !isComplex(members[j]))
+            members[j].text = true;
+    });
 }
 
 } // namespace
@@ -178,7 +208,8 @@ void markText(InkMask& mask, const InkComponents& components, double largest, do
               Pace& pace) {
     std::vector<Member> members = smallOnes(components, largest, strokeWidth);
     joinCompany(members, components, largest);
-    decide(members);
+    decideComplex(members);
+    decideSimple(members, components, largest);
     for (const Member& member : members)
         if (member.text)
             forEachPixel(components, components.components[member.component],

@@ -79,6 +79,10 @@ OvCenterlines traceInk(InkLevels ink, const CenterlineOptions& options, Pace& pa
     mergeStrokes(strokes, ink, measure, pace);
     dropExplained(strokes, pace);
     const std::vector<Point> nodes = joinEnds(strokes, ink, pace);
+    // The heart of a star and the blunt meeting of narrow angles look like filled areas.
+    std::erase_if(areas, [&](const InkArea& area) {
+        return area.kind == InkMask::Solid && liesInStrokes(area.rings.front(), strokes, 1.0);
+    });
     writeCenterlines(strokes, nodes, areas, result);
     pace.stage(1.0);
     return result;
