@@ -14,7 +14,7 @@ class Pace;
 /// Has a border of one pixel of paper on each side, so that the neighbours of every pixel exist:
 /// the pixel (x, y) of the image is at (x + 1, y + 1) of the mask.
 struct InkMask {
-    enum Value : std::uint8_t { Paper = 0, Ink = 1, Solid = 2, Text = 3 };
+    enum Value : std::uint8_t { Paper = 0, Ink = 1, Solid = 2, Text = 3, Bar = 4 };
 
     int stride = 0;
     int rows = 0;

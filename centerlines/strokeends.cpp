@@ -12,6 +12,8 @@ namespace {
 /// Ink over the usual ink of a stroke at which it ends: the edge of a blurred one.
 constexpr double EdgeInk = 0.5;
 constexpr double InkStep = 0.25;
+/// Width in pixels from which the shape of an end can be seen.
+constexpr double WideEnough = 2.5;
 /// Cosine beyond which two lines count as parallel: 4 degrees.
 constexpr double Parallel = 0.9976;
 
@@ -19,6 +21,8 @@ constexpr double Parallel = 0.9976;
 struct EndState {
     double ink = 0.0;  ///< where its ink ends, in pixels beyond where the fit ended
     Point tip;         ///< that place
+    /// How much earlier the ink ends beside the middle than in it, over the width; below 0: unknown.
+    double rounding = -1.0;
     double back = 0.0; ///< how far before it the fit may have overshot
     int partner = -1;
     Point target;
@@ -101,6 +105,52 @@ private:
         }
         s.ink = d;
         s.tip = beyond(stroke, e, d);
+        if (stroke.width >= WideEnough && lengths[index(i)] > 3.0 * stroke.width)
+            s.rounding = roundingAt(i, e);
+    }
+
+    /// How much earlier the ink ends on both sides of the middle than in it, over the width: 0 for
+    /// a cut end, 0.14 for a round one.
+    double roundingAt(int i, int e) {
+        const Stroke& stroke = at(i);
+        const EndState& s = state(i, e);
+        const Point outward = outwardAt(stroke, e);
+        const Point across = turnedQuarter(outward);
+        const auto edgeAt = [&](double aside) {
+            // Against the ink of the same line of pixels further inside, which blur lowers too.
+            const Point from = s.tip + across * (aside * stroke.width);
+            const auto level = [&](double d) {
+                const Point p = from + outward * d;
+                return ink.sample(p.x, p.y);
+            };
+            const double inside = -stroke.width;
+            const double edge = EdgeInk * level(inside);
+            double d = inside;
+            double before = level(d);
+            for (; d < stroke.width; d += InkStep) {
+                const double after = level(d + InkStep);
+                if (after < edge)
+                    return d + (before > after ? InkStep * (before - edge) / (before - after) : 0.0);
+                before = after;
+            }
+            return d;
+        };
+        return (edgeAt(0.0) - (edgeAt(-0.35) + edgeAt(0.35)) / 2.0) / stroke.width;
+    }
+
+    /// Whether the drawing was made with a round pen, by the free ends of wide strokes: narrower
+    /// ones end alike but do not show it.
+    bool hasRoundCaps() {
+        std::vector<double> votes;
+        for (int i = 0; i < count(); ++i)
+            for (int e = 0; isOpen(i) && e < 2; ++e)
+                if (at(i).ends[index(e)].node < 0 && state(i, e).partner < 0 &&
+                    !at(i).ends[index(e)].solid && state(i, e).rounding > -0.5)
+                    votes.push_back(state(i, e).rounding);
+        if (votes.size() < 2)
+            return false;
+        std::sort(votes.begin(), votes.end());
+        return votes[votes.size() / 2] > 0.07;
     }
 
     /// Pixels beyond the end `e` of stroke `i` at which its carrier is closest to `p`.
@@ -326,6 +376,7 @@ private:
 
     /// Ends of T joints and free ends.
     void placeRest() {
+        const bool round = hasRoundCaps();
         for (int i = 0; i < count(); ++i)
             for (int e = 0; isOpen(i) && e < 2; ++e) {
                 StrokeEnd& end = at(i).ends[index(e)];
@@ -337,7 +388,10 @@ private:
                     continue;
                 }
                 if (!end.solid)
-                    end.at = s.tip;
+                    end.at = beyond(at(i), e,
+                                    s.ink - (round ? std::min(0.5 * at(i).width,
+                                                              0.4 * lengths[index(i)])
+                                                   : 0.0));
             }
     }
 

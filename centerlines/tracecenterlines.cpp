@@ -2,6 +2,7 @@
 
 #include "centerlineoptions.h"
 #include "centerlineoutput.h"
+#include "dashes.h"
 #include "distance.h"
 #include "inklevels.h"
 #include "inkmask.h"
@@ -9,6 +10,7 @@
 #include "outlines.h"
 #include "pace.h"
 #include "profiles.h"
+#include "shortbars.h"
 #include "skeleton.h"
 #include "solids.h"
 #include "strokeends.h"
@@ -61,12 +63,9 @@ OvCenterlines traceInk(InkLevels ink, const CenterlineOptions& options, Pace& pa
     pace.stage(0.45);
     markSolids(mask, distance, components, ridge, {}, pace);
     markText(mask, components, options.textSize * strokeWidth, strokeWidth, pace);
-    const auto areasOf = [&](InkMask::Value kind) { return outlineAreas(ink, mask, kind, pace); };
-    std::vector<InkArea> areas = areasOf(InkMask::Solid);
-    std::vector<InkArea> text = areasOf(InkMask::Text);
-    areas.insert(areas.end(), std::make_move_iterator(text.begin()),
-                 std::make_move_iterator(text.end()));
     pace.stage(0.6);
+    std::vector<Stroke> bars =
+        takeShortBars(mask, ink, components, 4.0 * strokeWidth + 4.0, twoLevels ? 0.25 : 0.1, pace);
     const std::vector<std::size_t> thinned = thin(mask, pace);
     const Skeleton skeleton = buildSkeleton(mask, thinned, distance, pace);
     pace.stage(0.7);
@@ -78,7 +77,15 @@ OvCenterlines traceInk(InkLevels ink, const CenterlineOptions& options, Pace& pa
     pace.stage(0.9);
     mergeStrokes(strokes, ink, measure, pace);
     dropExplained(strokes, pace);
+    strokes.insert(strokes.end(), std::make_move_iterator(bars.begin()),
+                   std::make_move_iterator(bars.end()));
+    joinDashes(strokes, ink, measure, pace);
     const std::vector<Point> nodes = joinEnds(strokes, ink, pace);
+    const auto areasOf = [&](InkMask::Value kind) { return outlineAreas(ink, mask, kind, pace); };
+    std::vector<InkArea> areas = areasOf(InkMask::Solid);
+    std::vector<InkArea> text = areasOf(InkMask::Text);
+    areas.insert(areas.end(), std::make_move_iterator(text.begin()),
+                 std::make_move_iterator(text.end()));
     // The heart of a star and the blunt meeting of narrow angles look like filled areas.
     std::erase_if(areas, [&](const InkArea& area) {
         return area.kind == InkMask::Solid && liesInStrokes(area.rings.front(), strokes, 1.0);
