@@ -1,5 +1,6 @@
 #include "dashes.h"
 
+#include "inkend.h"
 #include "pace.h"
 #include "strokegrid.h"
 
@@ -25,8 +26,11 @@ class DashFinder {
 public:
     DashFinder(std::vector<Stroke>& strokes, const InkLevels& ink, const Measure& measure)
         : strokes(strokes), ink(ink), measure(measure), grid(strokes, ink.width, ink.height) {
-        for (const Stroke& stroke : strokes)
+        for (Stroke& stroke : strokes)
             lengths.push_back(stroke.dropped || stroke.closed ? 0.0 : lengthOf(stroke));
+        for (int i = 0; i < static_cast<int>(strokes.size()); ++i)
+            if (isDash(i))
+                findTips(i);
     }
 
     void run(Pace& pace) {
@@ -46,6 +50,9 @@ public:
             if (row.size() >= FewestDashes)
                 join(row);
         }
+        for (int i = 0; i < static_cast<int>(strokes.size()); ++i)
+            while (!at(i).dropped && !at(i).dashes.empty() && takeOn(i))
+                pace.step(done, static_cast<double>(order.size()));
     }
 
 private:
@@ -57,6 +64,63 @@ private:
     }
     const StrokeEnd& end(const Dash& dash, bool last) {
         return at(dash.stroke).ends[static_cast<std::size_t>(last ? 1 - dash.first : dash.first)];
+    }
+
+    /// Fits end before the ink does: a dash is as long as its ink.
+    void findTips(int i) {
+        Stroke& stroke = at(i);
+        const double inside = std::min(0.4 * length(i), 1.0);
+        const double most = stroke.width + 3.0;
+        std::array<Point, 2> tips;
+        for (int e = 0; e < 2; ++e) {
+            const double d = inkEnd(ink, stroke, e, inside, most);
+            // Ink that runs on is another stroke's.
+            tips[static_cast<std::size_t>(e)] = beyond(stroke, e, d < most - 0.5 ? d : 0.0);
+        }
+        for (std::size_t e = 0; e < 2; ++e)
+            stroke.ends[e].at = tips[e];
+        lengths[static_cast<std::size_t>(i)] = lengthOf(stroke);
+    }
+
+    /// Adds to a dashed stroke what goes on beyond a crossing that hid a gap or a dot: another
+    /// dashed stroke or a single dash within a period and a half.
+    bool takeOn(int i) {
+        double period = 0.0;
+        for (const double part : at(i).dashes)
+            period += part;
+        for (int e = 0; e < 2; ++e) {
+            const Point from = at(i).ends[static_cast<std::size_t>(e)].at;
+            const Point direction = outwardAt(at(i), e);
+            for (const int j : candidates(from, direction, 1.5 * period))
+                if (j != i && !at(j).dropped && !at(j).closed &&
+                    (isDash(j) || !at(j).dashes.empty()) && isLike(at(i), at(j)) &&
+                    takeIn(i, e, j, period))
+                    return true;
+        }
+        return false;
+    }
+
+    bool takeIn(int i, int e, int j, double period) {
+        const Point from = at(i).ends[static_cast<std::size_t>(e)].at;
+        const Point direction = outwardAt(at(i), e);
+        const bool dashed = !at(j).dashes.empty();
+        for (int f = 0; f < 2; ++f) {
+            const Point to = at(j).ends[static_cast<std::size_t>(f)].at;
+            const double along = dot(to - from, direction);
+            const double aside = std::abs(signedDistance(at(i).carrier, to));
+            if (along < -2.0 || along > (dashed ? 1.5 : 1.1) * period ||
+                aside > 0.3 * at(i).width + 0.5 || (!dashed && !continues(direction, j, f)))
+                continue;
+            Dash first{i, 1 - e};
+            Dash second{j, f};
+            const std::vector<double> pattern =
+                dashed && lengthOf(at(j)) > lengthOf(at(i)) ? at(j).dashes : at(i).dashes;
+            if (join({first, second})) {
+                at(i).dashes = pattern;
+                return true;
+            }
+        }
+        return false;
     }
 
     bool isDash(int i) {
@@ -117,7 +181,8 @@ private:
                 const double aside = std::abs(cross(direction, to));
                 if (along < 0.8 || along > most || (gap > 0.0 && along < 0.6 * gap - 1.5))
                     continue;
-                const double score = aside + (gap > 0.0 ? 0.3 * std::abs(along - gap) : 0.1 * along);
+                const double score =
+                    aside + (gap > 0.0 ? 0.3 * std::abs(along - gap) : 0.1 * along);
                 if (aside > 0.35 * at(i).width + 0.5 + 0.16 * along || score >= bestScore ||
                     !continues(direction, i, e) || !isBroken(from, from + direction * along))
                     continue;
@@ -167,7 +232,7 @@ private:
         return least < 0.35;
     }
 
-    void join(const std::vector<Dash>& row) {
+    bool join(const std::vector<Dash>& row) {
         Moments support(end(row.front(), false).at);
         std::vector<Sample> samples;
         for (const Dash& dash : row) {
@@ -181,14 +246,14 @@ private:
             if (!sample.loose)
                 support.add(sample.at, 1.0 / (sample.sigma * sample.sigma));
         if (support.count() < 3)
-            return;
+            return false;
         const Point from = end(row.front(), false).at;
         const Point to = end(row.back(), true).at;
         Carrier carrier = lineCarrier(support, from, to);
         if (!keeps(carrier, samples)) {
             const auto circle = circleCarrier(support, samples);
             if (!circle || !keeps(*circle, samples))
-                return;
+                return false;
             carrier = *circle;
         }
         Stroke made = at(row.front().stroke);
@@ -202,6 +267,7 @@ private:
         for (const Dash& dash : row)
             drop(dash.stroke);
         at(row.front().stroke) = made;
+        return true;
     }
 
     void drop(int i) {

@@ -1,5 +1,6 @@
 #include "strokeends.h"
 
+#include "inkend.h"
 #include "pace.h"
 #include "strokegrid.h"
 
@@ -19,9 +20,10 @@ constexpr double Parallel = 0.9976;
 
 /// What is known of one end of a stroke while its place is sought.
 struct EndState {
-    double ink = 0.0;  ///< where its ink ends, in pixels beyond where the fit ended
-    Point tip;         ///< that place
-    /// How much earlier the ink ends beside the middle than in it, over the width; below 0: unknown.
+    double ink = 0.0; ///< where its ink ends, in pixels beyond where the fit ended
+    Point tip;        ///< that place
+    /// How much earlier the ink ends beside the middle than in it, over the width; below 0:
+    /// unknown.
     double rounding = -1.0;
     double back = 0.0; ///< how far before it the fit may have overshot
     int partner = -1;
@@ -52,6 +54,8 @@ public:
         groupCorners();
         placeCorners();
         placeRest();
+        for (int round = 0; round < 3; ++round)
+            settle();
         return std::move(nodes);
     }
 
@@ -72,39 +76,13 @@ private:
         return !at(i).dropped && !at(i).closed;
     }
 
-    double inkAt(Point p, Point direction) const {
-        const Point across = turnedQuarter(direction) * 0.5;
-        return (2.0 * ink.sample(p.x, p.y) + ink.sample(p.x + across.x, p.y + across.y) +
-                ink.sample(p.x - across.x, p.y - across.y)) /
-               4.0;
-    }
-
     void measure(int i, int e) {
         Stroke& stroke = at(i);
         EndState& s = state(i, e);
         const double most = 4.0 * stroke.width + (stroke.ends[index(e)].solid ? 40.0 : 14.0);
         s.back = std::min(0.45 * lengths[index(i)], 1.5 * stroke.width + 4.0);
-        const double edge = EdgeInk * stroke.peak;
-        const auto level = [&](double d) {
-            const Point p = beyond(stroke, e, d);
-            return inkAt(p, directionAt(stroke.carrier, p));
-        };
-        // From safely inside outward; the place of the edge between two steps is interpolated.
-        double d = -std::min(s.back, 2.0);
-        double before = level(d);
-        while (d < most) {
-            const double after = level(d + InkStep);
-            if (after < edge) {
-                d += before > after
-                         ? InkStep * std::clamp((before - edge) / (before - after), 0.0, 1.0)
-                         : 0.0;
-                break;
-            }
-            before = after;
-            d += InkStep;
-        }
-        s.ink = d;
-        s.tip = beyond(stroke, e, d);
+        s.ink = inkEnd(ink, stroke, e, std::min(s.back, 2.0), most);
+        s.tip = beyond(stroke, e, s.ink);
         if (stroke.width >= WideEnough && lengths[index(i)] > 3.0 * stroke.width)
             s.rounding = roundingAt(i, e);
     }
@@ -130,7 +108,8 @@ private:
             for (; d < stroke.width; d += InkStep) {
                 const double after = level(d + InkStep);
                 if (after < edge)
-                    return d + (before > after ? InkStep * (before - edge) / (before - after) : 0.0);
+                    return d +
+                           (before > after ? InkStep * (before - edge) / (before - after) : 0.0);
                 before = after;
             }
             return d;
@@ -293,32 +272,25 @@ private:
         groups[index(gone)].clear();
     }
 
-    /// The place with the least squared distances from the carriers of ends near `around`.
+    /// Where the two strokes of a corner that say it most surely meet: long ones at a great angle.
+    /// `around` where none do.
     Point meetingOf(const std::vector<std::array<int, 2>>& members, Point around) {
         Point place = around;
-        for (int round = 0; round < 3; ++round) {
-            double xx = 1e-6;
-            double xy = 0.0;
-            double yy = 1e-6;
-            double x = 0.0;
-            double y = 0.0;
-            for (const auto& [i, e] : members) {
-                const Point foot = projected(at(i).carrier, place);
-                const Point n = turnedQuarter(directionAt(at(i).carrier, foot));
-                const double w = std::min(lengths[index(i)], 50.0) + 1.0;
-                const double d = dot(n, foot - place);
-                xx += w * n.x * n.x;
-                xy += w * n.x * n.y;
-                yy += w * n.y * n.y;
-                x += w * n.x * d;
-                y += w * n.y * d;
+        double best = 0.0;
+        for (std::size_t a = 0; a < members.size(); ++a)
+            for (std::size_t b = a + 1; b < members.size(); ++b) {
+                const Stroke& p = at(members[a][0]);
+                const Stroke& q = at(members[b][0]);
+                const double sine =
+                    std::abs(cross(directionAt(p.carrier, around), directionAt(q.carrier, around)));
+                const double surety = sine * std::min({lengths[index(members[a][0])],
+                                                       lengths[index(members[b][0])], 60.0});
+                for (const Point& m : meetings(p.carrier, q.carrier))
+                    if (surety > best && distance(m, around) < 4.0 + 2.0 * (p.width + q.width)) {
+                        best = surety;
+                        place = m;
+                    }
             }
-            const double determinant = xx * yy - xy * xy;
-            const Point step{(yy * x - xy * y) / determinant, (xx * y - xy * x) / determinant};
-            if (!isFinite(step) || length(step) > 20.0)
-                return around;
-            place += step;
-        }
         return place;
     }
 
@@ -385,19 +357,53 @@ private:
                     continue;
                 if (s.partner >= 0) {
                     addNode({{i, e}}, s.target);
+                    standing.push_back({i, e});
                     continue;
                 }
                 if (!end.solid)
-                    end.at = beyond(at(i), e,
-                                    s.ink - (round ? std::min(0.5 * at(i).width,
-                                                              0.4 * lengths[index(i)])
-                                                   : 0.0));
+                    end.at =
+                        beyond(at(i), e,
+                               s.ink - (round ? std::min(0.5 * at(i).width, 0.4 * lengths[index(i)])
+                                              : 0.0));
             }
+    }
+
+    /// Strokes whose ends were moved to corners have left their carriers by a little: the ends that
+    /// stand on them follow.
+    void settle() {
+        for (const auto& [i, e] : standing) {
+            const Stroke& base = at(state(i, e).partner);
+            StrokeEnd& end = at(i).ends[index(e)];
+            if (base.dropped || base.closed)
+                continue;
+            const Point p = onShape(base, end.at);
+            end.at = p;
+            nodes[index(end.node)] = p;
+        }
+    }
+
+    /// The point next to `p` on the line or the arc between the stroke's ends.
+    static Point onShape(const Stroke& stroke, Point p) {
+        const Point chord = stroke.finish() - stroke.start();
+        if (!(lengthSquared(chord) > 0.0))
+            return p;
+        if (stroke.carrier.isLine()) {
+            const double t = dot(p - stroke.start(), chord) / lengthSquared(chord);
+            return stroke.start() + chord * std::clamp(t, 0.0, 1.0);
+        }
+        const double bulge =
+            bulgeAround(stroke.start(), stroke.finish(), stroke.carrier.at, stroke.carrier.turn);
+        if (bulge == 0.0)
+            return p;
+        const Circle circle = circleOf(arcPiece(stroke.start(), stroke.finish(), bulge));
+        const Point out = p - circle.centre;
+        return length(out) > 0.0 ? circle.centre + unit(out) * circle.radius : p;
     }
 
     std::vector<Stroke>& strokes;
     const InkLevels& ink;
     StrokeGrid grid;
+    std::vector<std::array<int, 2>> standing; ///< ends that stand on the line of a partner
     std::vector<std::array<EndState, 2>> states;
     std::vector<double> lengths;
     std::vector<std::vector<std::array<int, 2>>> groups;
