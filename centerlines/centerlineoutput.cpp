@@ -79,24 +79,43 @@ void appendStroke(const OvCenterlineStroke& stroke, OvPolyline& polyline) {
 
 } // namespace
 
-void writeCenterlines(const std::vector<Stroke>& strokes, const std::vector<Point>& nodes,
-                      const std::vector<InkArea>& areas, OvCenterlines& result) {
+void dropImpossible(std::vector<Stroke>& strokes, int width, int height) {
+    const auto isInside = [&](Point p) {
+        return isFinite(p) && p.x >= 0.0 && p.y >= 0.0 && p.x <= width && p.y <= height;
+    };
+    for (Stroke& stroke : strokes) {
+        const bool thick = stroke.width > 0.0 && std::isfinite(stroke.width);
+        const bool there = stroke.closed
+                               ? isInside(stroke.carrier.at) && stroke.carrier.radius > 0.0 &&
+                                     std::isfinite(stroke.carrier.radius)
+                               : isInside(stroke.start()) && isInside(stroke.finish()) &&
+                                     distance(stroke.start(), stroke.finish()) > 1e-3;
+        stroke.dropped = stroke.dropped || !thick || !there;
+    }
+}
+
+void writeCenterlines(const Found& found, OvCenterlines& result) {
     const double height = result.height;
-    for (const Point& node : nodes)
+    for (const Point& node : found.nodes)
         result.nodes.append({node.x, height - node.y});
-    for (const Stroke& stroke : strokes) {
+    for (std::size_t i = 0; i < found.strokes.size(); ++i) {
+        const Stroke& stroke = found.strokes[i];
         if (stroke.dropped)
             continue;
         OvCenterlineStroke out = strokeOf(stroke, height);
         out.kind = kindOf(stroke);
+        out.widthClass = stroke.widthClass;
+        out.color = found.colors.ofStroke[i];
         for (const double length : stroke.dashes)
             out.dashes.append(length);
         result.strokes.append(out);
     }
-    for (const InkArea& area : areas) {
+    for (std::size_t i = 0; i < found.areas.size(); ++i) {
+        const InkArea& area = found.areas[i];
         OvCenterlineArea out;
         out.kind = area.kind == InkMask::Text ? OvCenterlineArea::Kind::Text
                                               : OvCenterlineArea::Kind::Solid;
+        out.color = found.colors.ofArea[i];
         for (const std::vector<Point>& ring : area.rings) {
             QList<OvCenterlinePoint> points;
             for (const Point& p : ring)
@@ -105,7 +124,10 @@ void writeCenterlines(const std::vector<Stroke>& strokes, const std::vector<Poin
         }
         result.areas.append(out);
     }
-    result.colors = {qRgb(0, 0, 0)};
+    for (const double width : found.widths)
+        result.widths.append(width);
+    for (const QRgb color : found.colors.colors)
+        result.colors.append(color);
 }
 
 QList<OvPolyline> polylinesOf(const OvCenterlines& centerlines) {

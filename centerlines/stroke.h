@@ -4,6 +4,7 @@
 
 #include "shapes/carrier.h"
 
+#include <array>
 #include <vector>
 
 namespace ovtrace {
@@ -31,6 +32,7 @@ struct Stroke {
     bool dropped = false;
     std::vector<double> dashes; ///< lengths of dash and gap in turns; empty: drawn through
     bool hatch = false;
+    int widthClass = 0;
     std::vector<Sample> samples; ///< measured points, for circles to be fitted again
 
     Point start() const {

@@ -15,6 +15,8 @@ constexpr double EdgeInk = 0.5;
 constexpr double InkStep = 0.25;
 /// Width in pixels from which the shape of an end can be seen.
 constexpr double WideEnough = 2.5;
+/// Rounding over the width from which an end is round: half of what a half circle has.
+constexpr double Round = 0.09;
 /// Cosine beyond which two lines count as parallel: 4 degrees.
 constexpr double Parallel = 0.9976;
 
@@ -129,7 +131,7 @@ private:
         if (votes.size() < 2)
             return false;
         std::sort(votes.begin(), votes.end());
-        return votes[votes.size() / 2] > 0.07;
+        return votes[votes.size() / 2] > Round;
     }
 
     /// Pixels beyond the end `e` of stroke `i` at which its carrier is closest to `p`.

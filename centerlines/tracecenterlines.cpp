@@ -4,6 +4,7 @@
 #include "centerlineoutput.h"
 #include "dashes.h"
 #include "distance.h"
+#include "hatching.h"
 #include "inklevels.h"
 #include "inkmask.h"
 #include "merging.h"
@@ -17,6 +18,7 @@
 #include "strokepaths.h"
 #include "textfinder.h"
 #include "thinning.h"
+#include "widthclasses.h"
 
 #include <QImage>
 
@@ -26,10 +28,8 @@ using namespace ovtrace;
 
 namespace {
 
-/// Pixels in thousands below which a component is noise, not drawing, when there are too many.
+/// More parts than lettering ever has: noise.
 constexpr double MostComponentsPerMegapixel = 20000.0;
-/// Strokes narrower than this many pixels are traced at twice the resolution.
-constexpr double NarrowStroke = 2.6;
 
 bool isTwoLevels(const InkLevels& ink) {
     std::size_t grey = 0;
@@ -41,7 +41,17 @@ bool isTwoLevels(const InkLevels& ink) {
     return grey * 50 < black;
 }
 
-OvCenterlines traceInk(InkLevels ink, const CenterlineOptions& options, Pace& pace) {
+/// A dot by itself that is smaller than the pen is dirt; as a part of a dashed line it is none.
+void dropDirt(std::vector<Stroke>& strokes, double strokeWidth) {
+    for (Stroke& stroke : strokes)
+        if (stroke.dashes.empty() && !stroke.closed &&
+            lengthOf(stroke) * stroke.width < 0.8 * strokeWidth * strokeWidth &&
+            stroke.ends[0].next < 0 && stroke.ends[1].next < 0)
+            stroke.dropped = true;
+}
+
+OvCenterlines traceInk(const QImage& image, InkLevels ink, const CenterlineOptions& options,
+                       Pace& pace) {
     const bool twoLevels = isTwoLevels(ink);
     const double megapixels = static_cast<double>(ink.levels.size()) / 1e6;
     pace.stage(0.2);
@@ -80,17 +90,23 @@ OvCenterlines traceInk(InkLevels ink, const CenterlineOptions& options, Pace& pa
     strokes.insert(strokes.end(), std::make_move_iterator(bars.begin()),
                    std::make_move_iterator(bars.end()));
     joinDashes(strokes, ink, measure, pace);
-    const std::vector<Point> nodes = joinEnds(strokes, ink, pace);
-    const auto areasOf = [&](InkMask::Value kind) { return outlineAreas(ink, mask, kind, pace); };
-    std::vector<InkArea> areas = areasOf(InkMask::Solid);
-    std::vector<InkArea> text = areasOf(InkMask::Text);
-    areas.insert(areas.end(), std::make_move_iterator(text.begin()),
-                 std::make_move_iterator(text.end()));
+    dropDirt(strokes, strokeWidth);
+    Found found;
+    found.nodes = joinEnds(strokes, ink, pace);
+    dropImpossible(strokes, ink.width, ink.height);
+    markHatching(strokes);
+    found.areas = outlineAreas(ink, mask, InkMask::Solid, pace);
     // The heart of a star and the blunt meeting of narrow angles look like filled areas.
-    std::erase_if(areas, [&](const InkArea& area) {
-        return area.kind == InkMask::Solid && liesInStrokes(area.rings.front(), strokes, 1.0);
+    std::erase_if(found.areas, [&](const InkArea& area) {
+        return liesInStrokes(area.rings.front(), strokes, 1.0);
     });
-    writeCenterlines(strokes, nodes, areas, result);
+    std::vector<InkArea> text = outlineAreas(ink, mask, InkMask::Text, pace);
+    found.areas.insert(found.areas.end(), std::make_move_iterator(text.begin()),
+                       std::make_move_iterator(text.end()));
+    found.widths = classifyWidths(strokes);
+    found.colors = findColors(image, ink, strokes, found.areas);
+    found.strokes = std::move(strokes);
+    writeCenterlines(found, result);
     pace.stage(1.0);
     return result;
 }
@@ -118,7 +134,7 @@ OvCenterlines OvTraceCenterlines::trace(const QImage& image) {
     try {
         Pace pace(progress);
         pace.stage(0.1);
-        return traceInk(inkLevels(image, pace), readCenterlineOptions(options), pace);
+        return traceInk(image, inkLevels(image, pace), readCenterlineOptions(options), pace);
     } catch (const TraceCancelled&) {
         return {};
     }

@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 
 namespace ovtrace {
 namespace {
@@ -100,43 +99,6 @@ InkLevels inkLevels(const QImage& image, Pace& pace) {
         pace.step(ink.height + y, 2.0 * ink.height);
     }
     return ink;
-}
-
-InkLevels doubledInk(const InkLevels& ink, Pace& pace) {
-    // Middles of the new pixels lie a quarter and three quarters between those of the old: cubic
-    // (Catmull-Rom) weights there, in 128ths.
-    constexpr std::array<int, 4> Weights{-9, 111, 29, -3};
-    InkLevels doubled{ink.width * 2, ink.height * 2, {}};
-    doubled.levels.resize(ink.levels.size() * 4);
-    const auto clampIndex = [](int i, int n) { return std::clamp(i, 0, n - 1); };
-    std::vector<int> column(static_cast<std::size_t>(ink.width));
-    for (int y = 0; y < doubled.height; ++y) {
-        // The old pixel that holds the new one is nearest; the further neighbour lies beyond the
-        // near edge.
-        const int near = y / 2;
-        const int side = (y & 1) ? 1 : -1;
-        const std::array rows{near - side, near, near + side, near + 2 * side};
-        std::fill(column.begin(), column.end(), 0);
-        for (std::size_t k = 0; k < 4; ++k) {
-            const std::uint8_t* row =
-                ink.levels.data() + ink.indexOf(0, clampIndex(rows[k], ink.height));
-            for (std::size_t x = 0; x < column.size(); ++x)
-                column[x] += Weights[k] * row[x];
-        }
-        std::uint8_t* out = doubled.levels.data() + doubled.indexOf(0, y);
-        for (int x = 0; x < doubled.width; ++x) {
-            const int middle = x / 2;
-            const int step = (x & 1) ? 1 : -1;
-            int sum = 0;
-            for (int k = 0; k < 4; ++k)
-                sum += Weights[static_cast<std::size_t>(k)] *
-                       column[static_cast<std::size_t>(
-                           clampIndex(middle + (k - 1) * step, ink.width))];
-            out[x] = static_cast<std::uint8_t>(std::clamp((sum + 8192) / 16384, 0, 255));
-        }
-        pace.step(y, doubled.height);
-    }
-    return doubled;
 }
 
 } // namespace ovtrace

@@ -35,7 +35,4 @@ struct InkLevels {
 /// paper light lines are the ink. Coloured lines count by their darkest channel.
 InkLevels inkLevels(const QImage& image, Pace& pace);
 
-/// The image at twice the resolution, by cubic interpolation: for strokes of one or two pixels.
-InkLevels doubledInk(const InkLevels& ink, Pace& pace);
-
 } // namespace ovtrace
