@@ -104,6 +104,69 @@ TEST(TraceCenterlines, FilledAreaIsAnOutline) {
     EXPECT_EQ(result.areas[0].kind, OvCenterlineArea::Kind::Solid);
 }
 
+TEST(TraceCenterlines, RowOfDashesIsOneStroke) {
+    Sheet sheet(300, 100);
+    for (int k = 0; k < 9; ++k)
+        sheet.line(20.0 + 28.0 * k, 40.0 + 2.0 * k, 38.0 + 28.0 * k, 40.0 + 2.0 * (k + 18.0 / 28.0),
+                   2.5);
+    const OvCenterlines result = OvTraceCenterlines().trace(sheet.image);
+    ASSERT_EQ(result.strokes.size(), 1);
+    EXPECT_EQ(result.strokes[0].kind, Stroke::Kind::Dashed);
+    ASSERT_EQ(result.strokes[0].dashes.size(), 2);
+    EXPECT_NEAR(result.strokes[0].dashes[0], 18.0, 1.0);
+    EXPECT_NEAR(result.strokes[0].dashes[1], 10.0, 1.0);
+}
+
+TEST(TraceCenterlines, TeeStandsOnTheLineThatRunsOn) {
+    Sheet sheet(200, 200);
+    sheet.line(20.0, 100.0, 180.0, 110.0, 4.0);
+    sheet.line(90.0, 20.0, 100.0, 105.0, 2.0);
+    const OvCenterlines result = OvTraceCenterlines().trace(sheet.image);
+    ASSERT_EQ(result.strokes.size(), 2);
+    ASSERT_EQ(result.nodes.size(), 1);
+    const bool first = result.strokes[0].width > result.strokes[1].width;
+    const Stroke& base = result.strokes[first ? 0 : 1];
+    EXPECT_EQ(base.startNode, -1);
+    EXPECT_EQ(base.endNode, -1);
+    const double dx = base.end.x - base.start.x;
+    const double dy = base.end.y - base.start.y;
+    const double off =
+        (dx * (result.nodes[0].y - base.start.y) - dy * (result.nodes[0].x - base.start.x)) /
+        std::sqrt(dx * dx + dy * dy);
+    EXPECT_LT(std::abs(off), 1e-9);
+    EXPECT_LT(result.widths[0], result.widths[1]);
+}
+
+TEST(TraceCenterlines, SameImageGivesTheSameValuesTwice) {
+    Sheet sheet(200, 200);
+    sheet.line(20.0, 100.0, 180.0, 110.0, 4.0);
+    sheet.circle(90.0, 60.0, 40.0, 2.0);
+    const OvCenterlines a = OvTraceCenterlines().trace(sheet.image);
+    const OvCenterlines b = OvTraceCenterlines().trace(sheet.image);
+    ASSERT_EQ(a.strokes.size(), b.strokes.size());
+    for (qsizetype i = 0; i < a.strokes.size(); ++i) {
+        EXPECT_EQ(a.strokes[i].start, b.strokes[i].start);
+        EXPECT_EQ(a.strokes[i].end, b.strokes[i].end);
+        EXPECT_EQ(a.strokes[i].radius, b.strokes[i].radius);
+    }
+}
+
+TEST(TraceCenterlines, MirroredDrawingIsTheMirroredResult) {
+    Sheet sheet(200, 160);
+    sheet.line(20.3, 30.2, 170.6, 60.7, 3.0);
+    sheet.line(60.0, 20.0, 90.0, 140.0, 2.0);
+    const OvCenterlines a = OvTraceCenterlines().trace(sheet.image);
+    const OvCenterlines b = OvTraceCenterlines().trace(sheet.image.mirrored(true, false));
+    ASSERT_EQ(a.strokes.size(), b.strokes.size());
+    for (const Stroke& stroke : a.strokes) {
+        const OvCenterlinePoint start{200.0 - stroke.start.x, stroke.start.y};
+        const OvCenterlinePoint end{200.0 - stroke.end.x, stroke.end.y};
+        EXPECT_TRUE(std::any_of(b.strokes.begin(), b.strokes.end(), [&](const Stroke& other) {
+            return endError(other, start, end) < 0.1;
+        }));
+    }
+}
+
 TEST(TraceCenterlines, EmptyImagesGiveNothing) {
     EXPECT_TRUE(OvTraceCenterlines().trace(QImage()).strokes.isEmpty());
     EXPECT_TRUE(OvTraceCenterlines().trace(Sheet(30, 30).image).strokes.isEmpty());
