@@ -58,17 +58,24 @@ void compare(const Drawing& drawing, Statistics& statistics) {
     statistics.meanDifference = sum / static_cast<double>(pixels);
 }
 
+qsizetype countColors(const Drawing& drawing) {
+    QSet<int> colors;
+    for (const Shape& shape : drawing.shapes)
+        colors.insert(shape.color);
+    return colors.size();
+}
+
 } // namespace
 
 Statistics measure(const QString& imageName, const Drawing& drawing, const Timings& timings) {
     Statistics statistics;
     statistics.image = imageName;
     statistics.size = drawing.size;
-    statistics.colors = QSet<int>(drawing.layers.begin(), drawing.layers.end()).size();
-    statistics.outlines = drawing.polylines.size();
-    for (const OvPolyline& polyline : drawing.polylines) {
-        for (qsizetype i = 1; i < polyline.countPieces(); ++i)
-            ++(polyline.isVertexAt(i) ? statistics.lines : statistics.curves);
+    statistics.colors = countColors(drawing);
+    statistics.outlines = drawing.shapes.size();
+    for (qsizetype i = 0; i < drawing.paths.size(); ++i) {
+        for (const PathPiece& piece : drawing.paths.rawPieces(i))
+            ++(piece.kind == PieceKind::Line ? statistics.lines : statistics.curves);
     }
     statistics.timings = timings;
     statistics.peakMemory = peakMemory();

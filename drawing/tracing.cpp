@@ -41,6 +41,24 @@ void setOptions(OvTraceBitmap& tracer, const TraceSettings& settings) {
     tracer.setPalette(palette);
 }
 
+QPointF toPoint(const OvVector& vector) {
+    return {vector.x, vector.y};
+}
+
+/// The outline as a path; `polyline` is left empty, so that the drawing is held once.
+void appendOutline(OvPolyline& polyline, PathList& paths) {
+    paths.begin(toPoint(polyline.getStartPoint()));
+    for (qsizetype i = 1; i < polyline.countPieces(); ++i) {
+        if (polyline.isVertexAt(i)) {
+            paths.lineTo(toPoint(polyline.getVertexAt(i)));
+            continue;
+        }
+        const OvSpline curve = polyline.getSplineAt(i);
+        paths.quadraticTo(toPoint(curve.getControlPointAt(1)), toPoint(curve.getControlPointAt(2)));
+    }
+    polyline = OvPolyline();
+}
+
 } // namespace
 
 Drawing traceImage(InputImage&& input, const TraceSettings& settings) {
@@ -54,14 +72,20 @@ Drawing traceImage(InputImage&& input, const TraceSettings& settings) {
         drawing.image.pixelFormat().colorModel() == QPixelFormat::Indexed)
         thresholdColorTable(drawing.image, tracer);
     OvTraceBitmap::seedRandom(1);
-    drawing.polylines = tracer.trace(drawing.image);
-    drawing.layers = tracer.getPolylineLayers();
+    QList<OvPolyline> polylines = tracer.trace(drawing.image);
+    const QList<int> layers = tracer.getPolylineLayers();
+    for (qsizetype i = 0; i < polylines.size(); ++i) {
+        appendOutline(polylines[i], drawing.paths);
+        drawing.appendShapeOfLastPath(ShapeKind::Outline, layers[i]);
+    }
     for (const QList<char>& color : tracer.getPalette())
         drawing.palette.append(fromStored(color));
     return drawing;
 }
 
 void setSize(Drawing& drawing, double dotsPerInch, const SizeRequest& request) {
+    if (dotsPerInch > 0.0)
+        drawing.filePixelMillimetres = MillimetresPerInch / dotsPerInch;
     if (request.widthMillimetres) {
         drawing.pixelMillimetres = *request.widthMillimetres / drawing.size.width();
     } else if (request.heightMillimetres) {

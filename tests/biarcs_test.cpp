@@ -38,15 +38,16 @@ std::vector<QPointF> sampled(const std::vector<BulgeVertex>& vertices, int perPi
     return points;
 }
 
+using Outline = std::vector<PathPiece>;
+
 std::vector<QPointF> sampled(const Outline& outline, int perPiece) {
     std::vector<QPointF> points;
-    QPointF start = outline.start;
-    for (const OutlinePiece& piece : outline.pieces) {
-        const QPointF control = piece.isCurve ? piece.control : (start + piece.end) / 2.0;
+    for (const PathPiece& piece : outline) {
+        const QPointF control =
+            piece.kind == PieceKind::Line ? (piece.from + piece.to) / 2.0 : piece.control;
         for (int k = 0; k < perPiece; ++k)
             points.push_back(
-                curvePoint(start, control, piece.end, static_cast<double>(k) / perPiece));
-        start = piece.end;
+                curvePoint(piece.from, control, piece.to, static_cast<double>(k) / perPiece));
     }
     return points;
 }
@@ -91,10 +92,16 @@ Outline randomOutline(RandomInput& input) {
     const auto point = [&] {
         return QPointF(input.number(0, 400) / 4.0, input.number(0, 400) / 4.0);
     };
-    Outline outline{point(), {}};
-    for (int i = input.number(1, 6); i > 0; --i)
-        outline.pieces.push_back({!input.oneIn(3), point(), point()});
-    outline.pieces.push_back({!input.oneIn(3), point(), outline.start});
+    const QPointF start = point();
+    Outline outline;
+    QPointF from = start;
+    for (int i = input.number(1, 6); i >= 0; --i) {
+        const bool isCurve = !input.oneIn(3);
+        const QPointF control = point();
+        const QPointF to = i == 0 ? start : point();
+        outline.push_back(isCurve ? quadraticPiece(from, control, to) : linePiece(from, to));
+        from = to;
+    }
     return outline;
 }
 
@@ -131,8 +138,8 @@ TEST(Biarcs, EncloseTheAreaOfTheCurves) {
 }
 
 TEST(Biarcs, AQuarterCircleIsAlmostOneArc) {
-    const Outline quarter{{10, 0},
-                          {{true, {10, 10}, {0, 10}}, {false, {}, {0, 0}}, {false, {}, {10, 0}}}};
+    const Outline quarter{quadraticPiece({10, 0}, {10, 10}, {0, 10}), linePiece({0, 10}, {0, 0}),
+                          linePiece({0, 0}, {10, 0})};
     const auto vertices = toBulges(quarter, 1.0);
     ASSERT_EQ(vertices.size(), 4U) << "two arcs and two lines";
     EXPECT_GT(vertices[0].bulge, 0.0) << "counter-clockwise";
@@ -144,8 +151,8 @@ TEST(Biarcs, AQuarterCircleIsAlmostOneArc) {
 }
 
 TEST(Biarcs, NoRadiusRunsAway) {
-    const Outline flat{{0, 0},
-                       {{true, {50, 0.01}, {100, 0}}, {false, {}, {50, 60}}, {false, {}, {0, 0}}}};
+    const Outline flat{quadraticPiece({0, 0}, {50, 0.01}, {100, 0}), linePiece({100, 0}, {50, 60}),
+                       linePiece({50, 60}, {0, 0})};
     for (const BulgeVertex& vertex : toBulges(flat, 0.05))
         EXPECT_EQ(vertex.bulge, 0.0);
     RandomInput input(20270);
@@ -162,30 +169,8 @@ TEST(Biarcs, NoRadiusRunsAway) {
 }
 
 TEST(Biarcs, CurvesThatTurnBackAreFollowed) {
-    const Outline back{{0, 0}, {{true, {20, 0}, {10, 0}}, {true, {10, 5}, {0, 0}}}};
+    const Outline back{quadraticPiece({0, 0}, {20, 0}, {10, 0}),
+                       quadraticPiece({10, 0}, {10, 5}, {0, 0})};
     const auto vertices = toBulges(back, 0.05);
     EXPECT_LE(farthest(sampled(back, 300), sampled(vertices, 40)), 0.051);
-}
-
-TEST(Outline, FlatteningStaysWithinTheTolerance) {
-    RandomInput input(20271);
-    for (int round = 0; round < 300; ++round) {
-        const Outline outline = randomOutline(input);
-        for (const double tolerance : {1.0, 0.05}) {
-            auto points = flattened(outline, tolerance);
-            EXPECT_EQ(points.front(), points.back());
-            points.pop_back();
-            if (points.size() < 2)
-                continue;
-            EXPECT_LE(farthest(sampled(outline, 100), points), tolerance + 1e-9);
-        }
-    }
-}
-
-TEST(Outline, BoxAndAreaOfCurvesAreExact) {
-    const Outline arch{{0, 0}, {{true, {5, 8}, {10, 0}}, {false, {}, {0, 0}}}};
-    const QRectF box = boundingBox(arch);
-    EXPECT_EQ(box.topLeft(), QPointF(0, 0));
-    EXPECT_EQ(box.bottomRight(), QPointF(10, 4)) << "half of the control point's height";
-    EXPECT_DOUBLE_EQ(signedArea(arch), -80.0 / 3.0) << "clockwise, two thirds of the triangle";
 }

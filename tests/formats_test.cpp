@@ -2,7 +2,7 @@
 
 #include "support/program.h"
 
-#include <drawing/geometry/outline.h>
+#include <drawing/geometry/pathpiece.h>
 
 #include <QCryptographicHash>
 #include <QJsonArray>

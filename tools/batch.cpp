@@ -78,7 +78,7 @@ private:
         timer.restart();
         output.add(job, drawing);
         timings.writing = secondsSince(timer);
-        const bool isEmpty = drawing.polylines.isEmpty();
+        const bool isEmpty = drawing.isEmpty();
         if (isEmpty)
             report.warn(QString("%1: nothing was traced: %2")
                             .arg(nameOf(job), likelyCause(drawing, arguments.settings)));

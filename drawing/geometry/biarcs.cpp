@@ -10,8 +10,10 @@ namespace {
 /// The shares of the tolerance that arcs and the lines in place of flat ones may use.
 constexpr double ArcShare = 0.7;
 constexpr double LineShare = 0.2;
+constexpr double CubicShare = 0.1; ///< and quadratic curves in place of cubic ones
 
 constexpr int Samples = 16;        ///< of a curve, to compare it with its arcs
+constexpr int MostParts = 1000;    ///< of a cubic curve
 constexpr int DeepestHalving = 20; ///< parts of a millionth of a curve: far below any tolerance
 
 /// The bulge of the arc over `chord` that starts along `tangent`.
@@ -45,7 +47,33 @@ public:
         : tolerance(tolerance), vertices(vertices) {
     }
 
-    /// Appends the arcs of a curve, each by its start and bulge.
+    /// Appends the arcs of a piece, each by its start and bulge.
+    void add(const PathPiece& piece) {
+        switch (piece.kind) {
+        case PieceKind::Line:
+        case PieceKind::Arc:
+            if (piece.from != piece.to)
+                vertices.push_back({piece.from, piece.bulge});
+            return;
+        case PieceKind::Quadratic:
+            add(piece.from, piece.control, piece.to);
+            return;
+        case PieceKind::Cubic:
+            addCubic(piece);
+            return;
+        case PieceKind::Circle:
+            vertices.push_back({piece.from, piece.bulge});
+            vertices.push_back({2.0 * piece.control - piece.from, piece.bulge});
+            return;
+        case PieceKind::Ellipse:
+            for (const PathPiece& quarter : asCubics(piece))
+                addCubic(quarter);
+            return;
+        }
+    }
+
+private:
+    /// The arcs of a quadratic curve.
     void add(QPointF start, QPointF control, QPointF end, int depth = 0) {
         if (isFlat(start, control, end)) {
             vertices.push_back({start, 0.0});
@@ -64,7 +92,26 @@ public:
         add(middle, second, end, depth + 1);
     }
 
-private:
+    /// A cubic curve by quadratic ones over equal parts of its parameter. The farthest that one is
+    /// off is the third difference times the root of 3 / 36, less by the cube of their number.
+    void addCubic(const PathPiece& cubic) {
+        constexpr double RootOfThree = 1.7320508075688772;
+        const QPointF third = cubic.to - 3.0 * cubic.control2 + 3.0 * cubic.control - cubic.from;
+        const double whole = length(third) * RootOfThree / 36.0;
+        int parts = 1;
+        while (parts < MostParts && whole > CubicShare * tolerance * parts * parts * parts)
+            ++parts;
+        QPointF from = cubic.from;
+        for (int i = 1; i <= parts; ++i) {
+            const double t = static_cast<double>(i) / parts;
+            const double before = static_cast<double>(2 * i - 1) / (2 * parts);
+            const QPointF to = i == parts ? cubic.to : cubicPoint(cubic, t);
+            // The quadratic curve that meets the cubic one in the middle of the part, too.
+            add(from, 2.0 * cubicPoint(cubic, before) - (from + to) / 2.0, to);
+            from = to;
+        }
+    }
+
     /// Whether the chord can stand for the curve, which lies inside the triangle of its points.
     bool isFlat(QPointF start, QPointF control, QPointF end) const {
         const QPointF chord = end - start;
@@ -115,28 +162,16 @@ private:
 
 } // namespace
 
-ArcCircle arcCircle(QPointF start, QPointF end, double bulge) {
-    const QPointF chord = end - start;
-    const QPointF left(-chord.y(), chord.x());
-    const double towards = (1.0 - bulge * bulge) / (4.0 * bulge);
-    const double radius = length(chord) * (1.0 + bulge * bulge) / (4.0 * std::abs(bulge));
-    return {(start + end) / 2.0 + left * towards, radius};
-}
-
-std::vector<BulgeVertex> toBulges(const Outline& outline, double tolerance) {
+std::vector<BulgeVertex> toBulges(std::span<const PathPiece> pieces, double tolerance) {
     std::vector<BulgeVertex> vertices;
-    vertices.reserve(outline.pieces.size());
+    if (pieces.empty())
+        return vertices;
+    vertices.reserve(pieces.size());
     CurveFitter fitter(tolerance, vertices);
-    QPointF start = outline.start;
-    for (const OutlinePiece& piece : outline.pieces) {
-        if (piece.isCurve)
-            fitter.add(start, piece.control, piece.end);
-        else if (start != piece.end)
-            vertices.push_back({start, 0.0});
-        start = piece.end;
-    }
-    // An outline ends where it starts; if not, the last point is a corner of its own.
-    if (start != outline.start)
-        vertices.push_back({start, 0.0});
+    for (const PathPiece& piece : pieces)
+        fitter.add(piece);
+    // A ring ends where it starts; if not, the last point is a corner of its own.
+    if (pieces.back().to != pieces.front().from)
+        vertices.push_back({pieces.back().to, 0.0});
     return vertices;
 }

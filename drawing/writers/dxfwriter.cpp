@@ -11,15 +11,15 @@
 namespace {
 
 /// An outline in the form in which it is written.
-struct Shape {
+struct Curve {
     QByteArray layer;
     std::vector<BulgeVertex> vertices; ///< as a polyline
-    Outline outline;                   ///< as splines
+    std::vector<PathPiece> outline;    ///< as splines
 };
 
-std::vector<BulgeVertex> lineVertices(const Outline& outline, double deviation) {
+std::vector<BulgeVertex> lineVertices(std::span<const PathPiece> outline, double deviation) {
     std::vector<BulgeVertex> vertices;
-    for (const QPointF& point : flattened(outline, deviation)) {
+    for (const QPointF& point : flattenedRing(outline, deviation)) {
         if (vertices.empty() || vertices.back().point != point)
             vertices.push_back({point, 0.0});
     }
@@ -66,7 +66,7 @@ public:
         DxfDocument document(text, options.dxfVersion, drawing.unit, extents(), countEntities(),
                              layers);
         document.begin();
-        for (const Shape& shape : shapes) {
+        for (const Curve& shape : shapes) {
             if (options.dxfVersion == DxfVersion::R12)
                 writeOldPolyline(document, shape);
             else if (asPolylines(options.dxfCurves))
@@ -83,9 +83,11 @@ private:
     void makeShapes() {
         const double scale = drawing.unitsPerPixel();
         const double deviation = options.deviation * scale;
-        for (qsizetype i = 0; i < drawing.polylines.size(); ++i) {
-            Outline outline = transformed(toOutline(drawing.polylines[i]), scale, scale, QPointF());
-            Shape shape{layers[drawing.layers[i]].name, {}, {}};
+        for (const Shape& each : drawing.shapes) {
+            std::vector<PathPiece> outline = drawing.piecesOf(drawing.outerRing(each));
+            for (PathPiece& piece : outline)
+                piece = transformed(piece, scale, false, QPointF());
+            Curve shape{layers[each.color].name, {}, {}};
             if (options.dxfCurves == DxfCurves::Arcs)
                 shape.vertices = toBulges(outline, deviation);
             else if (options.dxfCurves == DxfCurves::Lines)
@@ -100,7 +102,7 @@ private:
     QRectF extents() const {
         QRectF box;
         bool isFirst = true;
-        for (const Shape& shape : shapes) {
+        for (const Curve& shape : shapes) {
             const QRectF own =
                 shape.vertices.empty() ? ::boundingBox(shape.outline) : boundingBox(shape.vertices);
             box = isFirst ? own
@@ -115,12 +117,12 @@ private:
 
     int countEntities() const {
         std::size_t count = 0;
-        for (const Shape& shape : shapes)
-            count += options.dxfCurves == DxfCurves::Quadratic ? shape.outline.pieces.size() : 1;
+        for (const Curve& shape : shapes)
+            count += options.dxfCurves == DxfCurves::Quadratic ? shape.outline.size() : 1;
         return static_cast<int>(count);
     }
 
-    void writeOldPolyline(DxfDocument& document, const Shape& shape) {
+    void writeOldPolyline(DxfDocument& document, const Curve& shape) {
         document.beginEntity("POLYLINE", shape.layer);
         text.group(66, 1);
         text.point3(10, {});
@@ -134,7 +136,7 @@ private:
         document.beginEntity("SEQEND", shape.layer);
     }
 
-    void writePolyline(DxfDocument& document, const Shape& shape) {
+    void writePolyline(DxfDocument& document, const Curve& shape) {
         document.beginEntity("LWPOLYLINE", shape.layer);
         text.group(100, "AcDbPolyline");
         text.group(90, static_cast<int>(shape.vertices.size()));
@@ -162,41 +164,38 @@ private:
 
     /// Lines and quadratic curves as one cubic spline, each with its three points and a knot of
     /// as many at its end.
-    void writeCubicSpline(DxfDocument& document, const Shape& shape) {
-        const auto pieces = static_cast<int>(shape.outline.pieces.size());
+    void writeCubicSpline(DxfDocument& document, const Curve& shape) {
+        const auto pieces = static_cast<int>(shape.outline.size());
         beginSpline(document, shape.layer, 3, 3 * pieces + 5, 3 * pieces + 1);
         for (int knot = 0; knot <= pieces; ++knot) {
             const int repeated = knot == 0 || knot == pieces ? 4 : 3;
             for (int i = 0; i < repeated; ++i)
                 text.group(40, static_cast<double>(knot));
         }
-        QPointF start = shape.outline.start;
-        text.point3(10, start);
-        for (const OutlinePiece& piece : shape.outline.pieces) {
-            const QPointF control = piece.isCurve ? piece.control : (start + piece.end) / 2.0;
-            text.point3(10, (start + 2.0 * control) / 3.0);
-            text.point3(10, (piece.end + 2.0 * control) / 3.0);
-            text.point3(10, piece.end);
-            start = piece.end;
+        text.point3(10, shape.outline.front().from);
+        for (const PathPiece& piece : shape.outline) {
+            const QPointF control =
+                piece.kind == PieceKind::Line ? (piece.from + piece.to) / 2.0 : piece.control;
+            text.point3(10, (piece.from + 2.0 * control) / 3.0);
+            text.point3(10, (piece.to + 2.0 * control) / 3.0);
+            text.point3(10, piece.to);
         }
     }
 
-    void writePieces(DxfDocument& document, const Shape& shape) {
-        QPointF start = shape.outline.start;
-        for (const OutlinePiece& piece : shape.outline.pieces) {
-            if (piece.isCurve) {
+    void writePieces(DxfDocument& document, const Curve& shape) {
+        for (const PathPiece& piece : shape.outline) {
+            if (piece.kind == PieceKind::Quadratic) {
                 beginSpline(document, shape.layer, 2, 6, 3);
                 for (const double knot : {0.0, 0.0, 0.0, 1.0, 1.0, 1.0})
                     text.group(40, knot);
-                for (const QPointF point : {start, piece.control, piece.end})
+                for (const QPointF point : {piece.from, piece.control, piece.to})
                     text.point3(10, point);
             } else {
                 document.beginEntity("LINE", shape.layer);
                 text.group(100, "AcDbLine");
-                text.point3(10, start);
-                text.point3(11, piece.end);
+                text.point3(10, piece.from);
+                text.point3(11, piece.to);
             }
-            start = piece.end;
         }
     }
 
@@ -204,7 +203,7 @@ private:
     const WriterOptions& options;
     DxfText text;
     QList<DxfLayer> layers;
-    std::vector<Shape> shapes;
+    std::vector<Curve> shapes;
 };
 
 } // namespace

@@ -15,10 +15,10 @@ void appendValue(TextBuffer& json, double value) {
         json << value;
 }
 
-void appendPoint(TextBuffer& json, const OvVector& point) {
-    appendValue(json, point.x);
+void appendPoint(TextBuffer& json, QPointF point) {
+    appendValue(json, point.x());
     json << ',';
-    appendValue(json, point.y);
+    appendValue(json, point.y());
 }
 
 /// The items 0 .. count - 1, each written by `appendItem(i)`, with commas between them.
@@ -45,28 +45,28 @@ void appendColor(TextBuffer& json, const QColor& color) {
     json << ']';
 }
 
-void appendSegment(TextBuffer& json, const OvPolyline& polyline, qsizetype piece) {
-    if (polyline.isVertexAt(piece)) {
+void appendSegment(TextBuffer& json, const PathPiece& piece) {
+    if (piece.kind == PieceKind::Line) {
         json << "[\"L\",";
-        appendPoint(json, polyline.getVertexAt(piece));
     } else {
-        const OvSpline curve = polyline.getSplineAt(piece);
         json << "[\"Q\",";
-        appendPoint(json, curve.getControlPointAt(1));
+        appendPoint(json, piece.control);
         json << ',';
-        appendPoint(json, curve.getControlPointAt(2));
     }
+    appendPoint(json, piece.to);
     json << ']';
 }
 
-void appendPolyline(TextBuffer& json, const OvPolyline& polyline, int layer) {
+void appendOutline(TextBuffer& json, const Drawing& drawing, const Shape& shape) {
+    const qsizetype path = drawing.uses[drawing.outerRing(shape).firstUse].path;
+    const std::vector<PathPiece> pieces = drawing.paths.rawPieces(path);
     json << "{\"layer\":";
-    json << layer;
+    json << shape.color;
     json << ",\"start\":[";
-    appendPoint(json, polyline.getStartPoint());
+    appendPoint(json, drawing.paths.start(path));
     json << "],\"segments\":";
-    appendList(json, polyline.countPieces() - 1,
-               [&](qsizetype i) { appendSegment(json, polyline, i + 1); });
+    appendList(json, static_cast<qsizetype>(pieces.size()),
+               [&](qsizetype i) { appendSegment(json, pieces[static_cast<std::size_t>(i)]); });
     json << '}';
 }
 
@@ -82,7 +82,7 @@ void JsonWriter::write(const Drawing& drawing, QIODevice& device) const {
     appendList(json, drawing.palette.size(),
                [&](qsizetype i) { appendColor(json, drawing.palette[i]); });
     json << ",\"polylines\":";
-    appendList(json, drawing.polylines.size(),
-               [&](qsizetype i) { appendPolyline(json, drawing.polylines[i], drawing.layers[i]); });
+    appendList(json, drawing.shapes.size(),
+               [&](qsizetype i) { appendOutline(json, drawing, drawing.shapes[i]); });
     json << "}\n";
 }

@@ -6,8 +6,11 @@
 
 class QPainter;
 
-/// An outline as a path whose y axis points down, in pixels of the image.
-QPainterPath toPath(const OvPolyline& polyline, int imageHeight);
+/// A shape as a path whose y axis points down, in pixels of the image.
+QPainterPath toPainterPath(const Drawing& drawing, const Shape& shape);
 
-/// Paints the outlines filled with their colours, in their order; one unit is a pixel.
+/// Appends pieces, whose y axis points up, to such a path.
+void appendTo(QPainterPath& path, std::span<const PathPiece> pieces, int imageHeight);
+
+/// Paints the shapes filled with their colours, in their order; one unit is a pixel.
 void paintFilled(QPainter& painter, const Drawing& drawing);

@@ -1,7 +1,5 @@
 #include "paintorder.h"
 
-#include "../geometry/outline.h"
-
 #include <algorithm>
 #include <array>
 
@@ -29,13 +27,14 @@ std::optional<QList<int>> layerOrder(const Drawing& drawing) {
     QList<int> ranks(drawing.palette.size(), -1);
     // By cell, the highest rank of the layers that have been painted there.
     std::array<std::array<int, Cells>, Cells> highest{};
-    for (qsizetype i = 0; i < drawing.polylines.size(); ++i) {
-        int& rank = ranks[drawing.layers[i]];
+    for (qsizetype i = 0; i < drawing.shapes.size(); ++i) {
+        const Shape& shape = drawing.shapes[i];
+        int& rank = ranks[shape.color];
         if (rank < 0) {
             rank = static_cast<int>(order.size());
-            order.append(drawing.layers[i]);
+            order.append(shape.color);
         }
-        const QRectF box = boundingBox(toOutline(drawing.polylines[i]));
+        const QRectF box = boundingBox(drawing.piecesOf(drawing.outerRing(shape)));
         const CellRange columns = cellsOf(box.left(), box.right(), drawing.size.width());
         const CellRange rows = cellsOf(box.top(), box.bottom(), drawing.size.height());
         for (int row = rows.first; row <= rows.last; ++row) {

@@ -1,6 +1,5 @@
 #include "pngwriter.h"
 
-#include "../geometry/outline.h"
 #include "../quietstderr.h"
 #include "painting.h"
 
@@ -24,12 +23,11 @@ void paintOverlay(QPainter& painter, const Drawing& drawing, double scale) {
     painter.drawImage(0, 0, drawing.image);
     painter.setOpacity(1.0);
     const double side = NodeSide / scale;
-    for (const OvPolyline& polyline : drawing.polylines) {
-        const QPainterPath path = toPath(polyline, drawing.size.height());
+    for (const Shape& shape : drawing.shapes) {
+        const QPainterPath path = toPainterPath(drawing, shape);
         painter.strokePath(path, QPen(QColor(200, 0, 60), LineWidth / scale));
-        const Outline outline = toOutline(polyline);
-        for (const OutlinePiece& piece : outline.pieces) {
-            const QPointF node(piece.end.x(), drawing.size.height() - piece.end.y());
+        for (const PathPiece& piece : drawing.piecesOf(drawing.outerRing(shape))) {
+            const QPointF node(piece.to.x(), drawing.size.height() - piece.to.y());
             painter.fillRect(QRectF(node.x() - side / 2.0, node.y() - side / 2.0, side, side),
                              QColor(0, 70, 200));
         }

@@ -13,33 +13,26 @@ public:
     PathData(TextBuffer& svg, double height) : svg(svg), height(height) {
     }
 
-    void append(const OvPolyline& polyline) {
-        command('M', {polyline.getStartPoint()});
-        for (qsizetype i = 1; i < polyline.countPieces(); ++i) {
-            if (polyline.isVertexAt(i)) {
-                command('L', {polyline.getVertexAt(i)});
-                continue;
-            }
-            const OvSpline curve = polyline.getSplineAt(i);
-            const OvVector control = curve.getControlPointAt(1);
-            // Strange tolerances can give a curve without a control point: its chord stays.
-            if (std::isfinite(control.x) && std::isfinite(control.y))
-                command('Q', {control, curve.getControlPointAt(2)});
+    void append(std::span<const PathPiece> pieces, QPointF start) {
+        command('M', {start});
+        for (const PathPiece& piece : pieces) {
+            if (piece.kind == PieceKind::Line)
+                command('L', {piece.to});
             else
-                command('L', {curve.getControlPointAt(2)});
+                command('Q', {piece.control, piece.to});
         }
         svg << 'Z';
     }
 
 private:
-    void command(char letter, std::initializer_list<OvVector> points) {
+    void command(char letter, std::initializer_list<QPointF> points) {
         svg << letter;
         bool first = true;
-        for (const OvVector& point : points) {
+        for (const QPointF& point : points) {
             if (!first)
                 svg << ' ';
             first = false;
-            svg << point.x << ' ' << height - point.y;
+            svg << point.x() << ' ' << height - point.y();
         }
     }
 
@@ -63,8 +56,8 @@ public:
             for (const int layer : *order)
                 writeLayer(layer);
         } else {
-            for (qsizetype i = 0; i < drawing.polylines.size(); ++i)
-                writePath(i, styles[drawing.layers[i]]);
+            for (qsizetype i = 0; i < drawing.shapes.size(); ++i)
+                writePath(i, styles[drawing.shapes[i].color]);
         }
         svg << "</svg>\n";
     }
@@ -96,7 +89,7 @@ private:
         writeLength(height);
         svg << "\" viewBox=\"0 0 " << width << ' ' << height << "\">\n<title>"
             << drawing.title.toHtmlEscaped().toUtf8() << "</title>\n<desc>"
-            << static_cast<int>(drawing.polylines.size()) << " outlines in "
+            << static_cast<int>(drawing.shapes.size()) << " outlines in "
             << static_cast<int>(drawing.palette.size()) << " colours, traced from " << width
             << " x " << height << " pixels by ovtrace</desc>\n";
     }
@@ -111,8 +104,8 @@ private:
     void writeLayer(int layer) {
         const QByteArray name = drawing.palette[layer].name(QColor::HexRgb).mid(1).toLatin1();
         svg << "<g id=\"color-" << layer << '-' << name << "\" " << styles[layer] << ">\n";
-        for (qsizetype i = 0; i < drawing.polylines.size(); ++i) {
-            if (drawing.layers[i] == layer)
+        for (qsizetype i = 0; i < drawing.shapes.size(); ++i) {
+            if (drawing.shapes[i].color == layer)
                 writePath(i, {});
         }
         svg << "</g>\n";
@@ -120,7 +113,9 @@ private:
 
     void writePath(qsizetype i, const QByteArray& style) {
         svg << "<path " << style << (style.isEmpty() ? "d=\"" : " d=\"");
-        PathData(svg, drawing.size.height()).append(drawing.polylines[i]);
+        const qsizetype path = drawing.uses[drawing.outerRing(drawing.shapes[i]).firstUse].path;
+        PathData(svg, drawing.size.height())
+            .append(drawing.paths.pieces(path), drawing.paths.start(path));
         svg << "\"/>\n";
     }
 
