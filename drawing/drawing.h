@@ -37,11 +37,11 @@ inline double opacityOf(const QColor& color) {
     return std::round(color.alpha() / 255.0 * 10000.0) / 10000.0;
 }
 
-/// How an image is turned into a drawing.
+/// What an image is turned into.
 enum class Method {
-    Outlines,   ///< filled outlines, as the engine gives them
-    Regions,    ///< a map of regions that share their boundaries
-    Centerlines ///< the strokes of a line drawing
+    Outlines,   ///< the tracer's outlines of colour regions, each by itself
+    Regions,    ///< a map of regions with shared boundaries
+    Centerlines ///< the middle lines of strokes
 };
 
 /// A path as a part of a ring.

@@ -7,13 +7,6 @@
 
 #include <optional>
 
-/// What an image is turned into.
-enum class Method {
-    Outlines,   ///< the tracer's outlines of colour regions, each by itself
-    Regions,    ///< a map of regions with shared boundaries
-    Centerlines ///< the middle lines of strokes
-};
-
 /// How an image is handed to the tracer of outlines, and with which options.
 enum class Mode {
     Color, ///< as it is, in colour

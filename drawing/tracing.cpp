@@ -1,9 +1,11 @@
 #include "tracing.h"
 
 #include "errors.h"
+#include "regionsdrawing.h"
 #include "settingtable.h"
 
 #include <tracebitmap.h>
+#include <traceregions.h>
 
 namespace {
 
@@ -59,15 +61,9 @@ void appendOutline(OvPolyline& polyline, PathList& paths) {
     polyline = OvPolyline();
 }
 
-} // namespace
-
-Drawing traceImage(InputImage&& input, const TraceSettings& settings) {
+void traceOutlines(const TraceSettings& settings, Drawing& drawing) {
     OvTraceBitmap tracer;
     setOptions(tracer, settings);
-    Drawing drawing;
-    drawing.title = std::move(input.title);
-    drawing.image = std::move(input.image);
-    drawing.size = drawing.image.size();
     if (settings.mode == Mode::Bw &&
         drawing.image.pixelFormat().colorModel() == QPixelFormat::Indexed)
         thresholdColorTable(drawing.image, tracer);
@@ -80,6 +76,32 @@ Drawing traceImage(InputImage&& input, const TraceSettings& settings) {
     }
     for (const QList<char>& color : tracer.getPalette())
         drawing.palette.append(fromStored(color));
+}
+
+void traceRegions(const TraceSettings& settings, OvTraceProgress* progress, Drawing& drawing) {
+    OvTraceRegions tracer;
+    for (auto value = settings.values.begin(); value != settings.values.end(); ++value)
+        tracer.setOption(value.key(), value.value());
+    QList<QRgb> palette;
+    for (const QColor& color : settings.palette)
+        palette.append(color.rgba());
+    tracer.setPalette(palette);
+    tracer.setProgress(progress);
+    appendRegions(tracer.trace(drawing.image), drawing);
+}
+
+} // namespace
+
+Drawing traceImage(InputImage&& input, const TraceSettings& settings, OvTraceProgress* progress) {
+    Drawing drawing;
+    drawing.title = std::move(input.title);
+    drawing.image = std::move(input.image);
+    drawing.size = drawing.image.size();
+    drawing.method = settings.method;
+    if (settings.method == Method::Regions)
+        traceRegions(settings, progress, drawing);
+    else
+        traceOutlines(settings, drawing);
     return drawing;
 }
 

@@ -4,10 +4,14 @@
 #include "input.h"
 #include "settings.h"
 
+class OvTraceProgress;
+
 /// Traces an image, which is the drawing's from then on.
 ///
+/// `progress`, which may be null, learns how far it is and may stop it: the drawing is empty then.
 /// Random draws start afresh, so that the result does not depend on what was traced before.
-Drawing traceImage(InputImage&& input, const TraceSettings& settings);
+Drawing traceImage(InputImage&& input, const TraceSettings& settings,
+                   OvTraceProgress* progress = nullptr);
 
 /// Fixes the size and unit of a drawing; `dotsPerInch` is what the image's file says. Throws
 /// FileError when it should say that and does not.

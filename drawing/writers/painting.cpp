@@ -1,6 +1,6 @@
 #include "painting.h"
 
-#include "../geometry/biarcs.h"
+#include "underlay.h"
 
 #include <QPainter>
 
@@ -53,7 +53,49 @@ QPainterPath toPainterPath(const Drawing& drawing, const Shape& shape) {
     return path;
 }
 
-void paintFilled(QPainter& painter, const Drawing& drawing) {
-    for (const Shape& shape : drawing.shapes)
-        painter.fillPath(toPainterPath(drawing, shape), drawing.palette[shape.color]);
+namespace {
+
+void paintRegions(QPainter& painter, const Drawing& drawing) {
+    const Underlay underlay(drawing);
+    for (const qsizetype index : underlay.order()) {
+        QPainterPath path;
+        for (const std::vector<PathPiece>& ring : underlay.rings(index)) {
+            appendTo(path, ring, drawing.size.height());
+            path.closeSubpath();
+        }
+        path.setFillRule(Qt::WindingFill);
+        painter.fillPath(path, drawing.palette[drawing.shapes[index].color]);
+    }
+}
+
+void paintStroke(QPainter& painter, const Drawing& drawing, const Stroke& stroke) {
+    QPainterPath path;
+    const std::vector<PathPiece> pieces = drawing.paths.pieces(stroke.path);
+    appendTo(path, pieces, drawing.size.height());
+    if (pieces.back().to == pieces.front().from)
+        path.closeSubpath();
+    QPen pen(drawing.palette[stroke.color], stroke.width);
+    pen.setCapStyle(stroke.dashPattern < 0 ? Qt::RoundCap : Qt::FlatCap);
+    pen.setJoinStyle(Qt::RoundJoin);
+    if (stroke.dashPattern >= 0) {
+        // Qt counts dashes in widths of the pen.
+        QList<qreal> pattern;
+        for (const double each : drawing.dashPatterns[stroke.dashPattern])
+            pattern.append(each / stroke.width);
+        pen.setDashPattern(pattern);
+    }
+    painter.strokePath(path, pen);
+}
+
+} // namespace
+
+void paintFilled(QPainter& painter, const Drawing& drawing, bool cutOut) {
+    if (drawing.method == Method::Regions && !cutOut) {
+        paintRegions(painter, drawing);
+    } else {
+        for (const Shape& shape : drawing.shapes)
+            painter.fillPath(toPainterPath(drawing, shape), drawing.palette[shape.color]);
+    }
+    for (const Stroke& stroke : drawing.strokes)
+        paintStroke(painter, drawing, stroke);
 }

@@ -12,5 +12,6 @@ QPainterPath toPainterPath(const Drawing& drawing, const Shape& shape);
 /// Appends pieces, whose y axis points up, to such a path.
 void appendTo(QPainterPath& path, std::span<const PathPiece> pieces, int imageHeight);
 
-/// Paints the shapes filled with their colours, in their order; one unit is a pixel.
-void paintFilled(QPainter& painter, const Drawing& drawing);
+/// Paints the shapes filled with their colours, then the strokes; one unit is a pixel. Regions
+/// reach under one another so that no seams show, unless they are to be cut out.
+void paintFilled(QPainter& painter, const Drawing& drawing, bool cutOut = false);

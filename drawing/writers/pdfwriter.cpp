@@ -1,6 +1,7 @@
 #include "pdfwriter.h"
 
 #include "painting.h"
+#include "visible.h"
 
 #include <QBuffer>
 #include <QPageSize>
@@ -52,7 +53,7 @@ void PdfWriter::write(const Drawing& drawing, QIODevice& device) const {
         QPainter painter(&writer);
         const double scale = points * writer.resolution() / 72.0;
         painter.scale(scale, scale);
-        paintFilled(painter, drawing);
+        paintFilled(painter, visibleParts(drawing, options), options.cutOut);
     }
     clearDate(pdf);
     device.write(pdf);

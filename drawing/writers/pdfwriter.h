@@ -7,7 +7,10 @@
 /// 96 pixels an inch.
 class PdfWriter final : public Writer {
 public:
-    explicit PdfWriter(const WriterOptions&) {
+    explicit PdfWriter(const WriterOptions& options) : options(options) {
     }
     void write(const Drawing& drawing, QIODevice& device) const override;
+
+private:
+    WriterOptions options;
 };

@@ -2,6 +2,7 @@
 
 #include "../quietstderr.h"
 #include "painting.h"
+#include "visible.h"
 
 #include <QImageWriter>
 #include <QPainter>
@@ -16,6 +17,7 @@ namespace {
 constexpr double FadedOpacity = 0.35; ///< of the image below an overlay
 constexpr double LineWidth = 1.2;     ///< of an overlay, in pixels of the picture
 constexpr double NodeSide = 3.0;      ///< likewise
+constexpr double NodeShare = 1.6;     ///< how much larger the places are where paths meet
 
 void paintOverlay(QPainter& painter, const Drawing& drawing, double scale) {
     painter.fillRect(QRect(QPoint(0, 0), drawing.size), Qt::white);
@@ -23,15 +25,24 @@ void paintOverlay(QPainter& painter, const Drawing& drawing, double scale) {
     painter.drawImage(0, 0, drawing.image);
     painter.setOpacity(1.0);
     const double side = NodeSide / scale;
-    for (const Shape& shape : drawing.shapes) {
-        const QPainterPath path = toPainterPath(drawing, shape);
+    const int height = drawing.size.height();
+    const auto mark = [&](QPointF point, double width, const QColor& color) {
+        const QPointF node(point.x(), height - point.y());
+        painter.fillRect(QRectF(node.x() - width / 2.0, node.y() - width / 2.0, width, width),
+                         color);
+    };
+    for (qsizetype i = 0; i < drawing.paths.size(); ++i) {
+        QPainterPath path;
+        const std::vector<PathPiece> pieces = drawing.paths.pieces(i);
+        appendTo(path, pieces, height);
+        if (drawing.method == Method::Outlines)
+            path.closeSubpath();
         painter.strokePath(path, QPen(QColor(200, 0, 60), LineWidth / scale));
-        for (const PathPiece& piece : drawing.piecesOf(drawing.outerRing(shape))) {
-            const QPointF node(piece.to.x(), drawing.size.height() - piece.to.y());
-            painter.fillRect(QRectF(node.x() - side / 2.0, node.y() - side / 2.0, side, side),
-                             QColor(0, 70, 200));
-        }
+        for (const PathPiece& piece : pieces)
+            mark(piece.to, side, QColor(0, 70, 200));
     }
+    for (const QPointF& node : drawing.nodes)
+        mark(node, NodeShare * side, QColor(0, 130, 60));
 }
 
 /// The picture with straight alpha, worked out in whole numbers. Qt's own conversion takes the
@@ -66,7 +77,7 @@ void PngWriter::write(const Drawing& drawing, QIODevice& device) const {
     if (options.overlay)
         paintOverlay(painter, drawing, options.scale);
     else
-        paintFilled(painter, drawing);
+        paintFilled(painter, visibleParts(drawing, options), options.cutOut);
     painter.end();
     picture = withStraightAlpha(picture);
     picture.setDotsPerMeterX(0);

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <QColor>
+#include <QList>
+
 #include <optional>
 
 enum class DxfVersion { R12, R2000, R2010 };
@@ -11,6 +14,11 @@ enum class DxfCurves {
     Quadratic ///< a quadratic spline for each curve and a line for each line, exact
 };
 
+enum class DxfEdges {
+    Rings, ///< every region's outer ring and holes
+    Shared ///< every boundary once, so that nothing is cut twice
+};
+
 /// Whether outlines become polylines, which every version has, and not splines.
 constexpr bool asPolylines(DxfCurves curves) {
     return curves == DxfCurves::Arcs || curves == DxfCurves::Lines;
@@ -18,9 +26,16 @@ constexpr bool asPolylines(DxfCurves curves) {
 
 /// What the user can choose about the files.
 struct WriterOptions {
-    bool outlinesOnly = false;    ///< SVG: strokes in place of fills
-    bool closeSeams = false;      ///< SVG: fills stroked in their own colour
-    std::optional<int> precision; ///< SVG, GeoJSON: digits after the decimal point; none: all
+    bool outlinesOnly = false; ///< SVG: strokes in place of fills
+    bool closeSeams = false;   ///< SVG: fills stroked in their own colour
+    /// SVG, GeoJSON: digits after the decimal point. None: all for outlines, in SVG three for the
+    /// other methods.
+    std::optional<int> precision;
+    bool cutOut = false;         ///< SVG, PDF, PNG: regions that only touch, with all their holes
+    bool dropBackground = false; ///< leaves out the colour of most of the image's rim
+    QList<QColor> hiddenColors;  ///< leaves out these colours
+    DxfEdges dxfEdges = DxfEdges::Rings;
+    bool dxfHatch = false; ///< DXF: areas filled by hatches, in R2000 and R2010
     DxfVersion dxfVersion = DxfVersion::R2010;
     DxfCurves dxfCurves = DxfCurves::Arcs;
     double deviation = 0.05; ///< pixels that arcs and straight pieces may be off the curves
