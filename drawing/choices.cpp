@@ -1,7 +1,9 @@
 #include "choices.h"
 
 const Choices<Method>& methodChoices() {
-    static const Choices<Method> choices{{"outlines", Method::Outlines}};
+    static const Choices<Method> choices{{"outlines", Method::Outlines},
+                                         {"regions", Method::Regions},
+                                         {"centerlines", Method::Centerlines}};
     return choices;
 }
 
@@ -29,6 +31,12 @@ const Choices<DxfCurves>& dxfCurvesChoices() {
                                             {"lines", DxfCurves::Lines},
                                             {"spline", DxfCurves::Spline},
                                             {"quadratic", DxfCurves::Quadratic}};
+    return choices;
+}
+
+const Choices<DxfEdges>& dxfEdgesChoices() {
+    static const Choices<DxfEdges> choices{{"rings", DxfEdges::Rings},
+                                           {"shared", DxfEdges::Shared}};
     return choices;
 }
 

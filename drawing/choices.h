@@ -12,6 +12,7 @@ const Choices<Mode>& modeChoices();
 const Choices<Unit>& unitChoices();
 const Choices<DxfVersion>& dxfVersionChoices();
 const Choices<DxfCurves>& dxfCurvesChoices();
+const Choices<DxfEdges>& dxfEdgesChoices();
 const Choices<StatisticsForm>& statisticsChoices();
 
 /// What a word of the list stands for; the first of them for any other word.

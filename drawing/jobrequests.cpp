@@ -75,6 +75,11 @@ WriterOptions writerOptions(const JobSettings& job) {
     if (writer.dxfVersion == DxfVersion::R12 && !asPolylines(writer.dxfCurves))
         throw UsageError(QString("DXF R12 has no splines: choose arcs or lines for %1")
                              .arg(settingName("dxf-curves")));
+    writer.cutOut = job.isOn("cut-out");
+    writer.dropBackground = job.isOn("drop-background");
+    writer.hiddenColors = colorsOf(job, "hide-colors");
+    writer.dxfEdges = choiceOf(dxfEdgesChoices(), job.text("dxf-edges"));
+    writer.dxfHatch = job.isOn("dxf-hatch");
     writer.deviation = job.number("deviation");
     writer.scale = job.number("scale");
     writer.overlay = job.isOn("overlay");

@@ -62,7 +62,32 @@ qsizetype countColors(const Drawing& drawing) {
     QSet<int> colors;
     for (const Shape& shape : drawing.shapes)
         colors.insert(shape.color);
+    for (const Stroke& stroke : drawing.strokes)
+        colors.insert(stroke.color);
     return colors.size();
+}
+
+void countPieces(const Drawing& drawing, Statistics& statistics) {
+    for (qsizetype i = 0; i < drawing.paths.size(); ++i) {
+        for (const PathPiece& piece : drawing.paths.rawPieces(i)) {
+            switch (piece.kind) {
+            case PieceKind::Line:
+                ++statistics.lines;
+                break;
+            case PieceKind::Arc:
+                ++statistics.arcs;
+                break;
+            case PieceKind::Circle:
+            case PieceKind::Ellipse:
+                ++statistics.circles;
+                break;
+            case PieceKind::Quadratic:
+            case PieceKind::Cubic:
+                ++statistics.curves;
+                break;
+            }
+        }
+    }
 }
 
 } // namespace
@@ -72,11 +97,12 @@ Statistics measure(const QString& imageName, const Drawing& drawing, const Timin
     statistics.image = imageName;
     statistics.size = drawing.size;
     statistics.colors = countColors(drawing);
-    statistics.outlines = drawing.shapes.size();
-    for (qsizetype i = 0; i < drawing.paths.size(); ++i) {
-        for (const PathPiece& piece : drawing.paths.rawPieces(i))
-            ++(piece.kind == PieceKind::Line ? statistics.lines : statistics.curves);
+    for (const Shape& shape : drawing.shapes) {
+        ++(shape.kind == ShapeKind::Outline ? statistics.outlines : statistics.regions);
+        statistics.holes += shape.ringCount - 1;
     }
+    statistics.strokes = drawing.strokes.size();
+    countPieces(drawing, statistics);
     statistics.timings = timings;
     statistics.peakMemory = peakMemory();
     compare(drawing, statistics);
@@ -89,9 +115,14 @@ QByteArray toJson(const Statistics& s) {
                            {"height", s.size.height()},
                            {"colors", s.colors},
                            {"outlines", s.outlines},
+                           {"regions", s.regions},
+                           {"holes", s.holes},
+                           {"strokes", s.strokes},
                            {"lines", s.lines},
+                           {"arcs", s.arcs},
+                           {"circles", s.circles},
                            {"curves", s.curves},
-                           {"nodes", s.lines + s.curves},
+                           {"nodes", countNodes(s)},
                            {"seconds", QJsonObject{{"reading", s.timings.reading},
                                                    {"tracing", s.timings.tracing},
                                                    {"writing", s.timings.writing}}},
@@ -102,30 +133,29 @@ QByteArray toJson(const Statistics& s) {
 }
 
 QByteArray tableHeading() {
-    return "     size    colours outlines   lines  curves   nodes  read s trace s write s  MB  "
-           "mean "
-           "99 %  image\n";
+    return "     size    colours  shapes  holes strokes   lines   arcs circles curves   nodes  "
+           "read s "
+           "trace s write s  MB  mean 99 %  image\n";
 }
 
 QByteArray toTableRow(const Statistics& s) {
     const auto number = [](double value, int digits) {
         return QString::number(value, 'f', digits);
     };
-    return QString("%1 %2 %3 %4 %5 %6 %7 %8 %9")
-               .arg(QString("%1x%2").arg(s.size.width()).arg(s.size.height()), 12)
-               .arg(s.colors, 7)
-               .arg(s.outlines, 8)
-               .arg(s.lines, 7)
-               .arg(s.curves, 7)
-               .arg(s.lines + s.curves, 7)
-               .arg(number(s.timings.reading, 3), 7)
-               .arg(number(s.timings.tracing, 3), 7)
-               .arg(number(s.timings.writing, 3), 7)
-               .toUtf8() +
-           QString(" %1 %2 %3  %4\n")
+    QString row = QString("%1x%2").arg(s.size.width()).arg(s.size.height()).rightJustified(12);
+    const QList<QPair<qsizetype, int>> counts{{s.colors, 7},     {s.outlines + s.regions, 7},
+                                              {s.holes, 6},      {s.strokes, 7},
+                                              {s.lines, 7},      {s.arcs, 6},
+                                              {s.circles, 7},    {s.curves, 6},
+                                              {countNodes(s), 7}};
+    for (const auto& [count, width] : counts)
+        row += QString(" %1").arg(count, width);
+    for (const double seconds : {s.timings.reading, s.timings.tracing, s.timings.writing})
+        row += QString(" %1").arg(number(seconds, 3), 7);
+    row += QString(" %1 %2 %3  %4\n")
                .arg(number(s.peakMemory / 1e6, 0), 4)
                .arg(number(s.meanDifference, 1), 5)
                .arg(s.highDifference, 4)
-               .arg(presentable(s.image))
-               .toUtf8();
+               .arg(presentable(s.image));
+    return row.toUtf8();
 }

@@ -16,10 +16,16 @@ struct Timings {
 struct Statistics {
     QString image;
     QSize size;
-    qsizetype colors = 0; ///< that outlines have
-    qsizetype outlines = 0;
+    qsizetype colors = 0;   ///< that shapes and strokes have
+    qsizetype outlines = 0; ///< of the engine
+    qsizetype regions = 0;  ///< or areas beside strokes
+    qsizetype holes = 0;
+    qsizetype strokes = 0;
+    // Pieces, each counted once however many regions share it.
     qsizetype lines = 0;
-    qsizetype curves = 0;
+    qsizetype arcs = 0;
+    qsizetype circles = 0; ///< and ellipses
+    qsizetype curves = 0;  ///< of Bézier
     Timings timings;
     double peakMemory = 0.0; ///< bytes, of the process
     /// Differences between the rendered result and the image that was traced: of a pixel's red,
@@ -27,6 +33,11 @@ struct Statistics {
     double meanDifference = 0.0;
     int highDifference = 0; ///< 99 of 100 pixels differ by no more
 };
+
+/// All pieces: as many as there are nodes, but for the free ends of strokes.
+constexpr qsizetype countNodes(const Statistics& s) {
+    return s.lines + s.arcs + s.circles + s.curves;
+}
 
 /// Counts, renders and compares.
 Statistics measure(const QString& imageName, const Drawing& drawing, const Timings& timings);

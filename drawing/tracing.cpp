@@ -1,10 +1,12 @@
 #include "tracing.h"
 
+#include "centerlinesdrawing.h"
 #include "errors.h"
 #include "regionsdrawing.h"
 #include "settingtable.h"
 
 #include <tracebitmap.h>
+#include <tracecenterlines.h>
 #include <traceregions.h>
 
 namespace {
@@ -90,6 +92,14 @@ void traceRegions(const TraceSettings& settings, OvTraceProgress* progress, Draw
     appendRegions(tracer.trace(drawing.image), drawing);
 }
 
+void traceCenterlines(const TraceSettings& settings, OvTraceProgress* progress, Drawing& drawing) {
+    OvTraceCenterlines tracer;
+    for (auto value = settings.values.begin(); value != settings.values.end(); ++value)
+        tracer.setOption(value.key(), value.value());
+    tracer.setProgress(progress);
+    appendCenterlines(tracer.trace(drawing.image), drawing);
+}
+
 } // namespace
 
 Drawing traceImage(InputImage&& input, const TraceSettings& settings, OvTraceProgress* progress) {
@@ -100,6 +110,8 @@ Drawing traceImage(InputImage&& input, const TraceSettings& settings, OvTracePro
     drawing.method = settings.method;
     if (settings.method == Method::Regions)
         traceRegions(settings, progress, drawing);
+    else if (settings.method == Method::Centerlines)
+        traceCenterlines(settings, progress, drawing);
     else
         traceOutlines(settings, drawing);
     return drawing;
@@ -125,6 +137,12 @@ void setSize(Drawing& drawing, double dotsPerInch, const SizeRequest& request) {
 }
 
 QString likelyCause(const Drawing& drawing, const TraceSettings& settings) {
+    if (!drawing.message.isEmpty())
+        return drawing.message;
+    if (drawing.method == Method::Regions)
+        return "the image is transparent all over";
+    if (drawing.method == Method::Centerlines)
+        return "there is no ink on the paper";
     const double shortest = settings.values.value("pathomit", 8);
     if (2.0 * (drawing.size.width() + drawing.size.height()) < shortest)
         return QString("every outline has fewer than %1 corners; lower %2")

@@ -156,7 +156,8 @@ TEST_F(Ovtrace, UsageErrors) {
     expectError(run({image, "--set", "ltres="}), 2, "a number");
     expectError(run({image, "--mode", "grey"}), 2, "color, bw, raw");
     expectError(run({image, "-f", "dwg"}), 2, "svg, dxf, pdf, png, json, geojson");
-    for (const QString colors : {"rouge", "#12345", "#1234567", "#ggg000", "", "#112233,", "#+12345"})
+    for (const QString colors :
+         {"rouge", "#12345", "#1234567", "#ggg000", "", "#112233,", "#+12345"})
         expectError(run({image, "--palette", colors}), 2, "is not a colour");
     expectError(run({image, image, "-o", path("x.svg")}), 2, "one image");
     EXPECT_TRUE(files().isEmpty());

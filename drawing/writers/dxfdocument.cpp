@@ -2,6 +2,8 @@
 
 #include "dxfcolors.h"
 
+#include <numeric>
+
 namespace {
 
 /// Handles of what every file has. Layers and entities follow from FirstFree on.
@@ -39,6 +41,7 @@ enum Handle : int {
     StandardMLineStyle,
     ModelLayout,
     PaperLayout,
+    OwnAppId,
     FirstFree = 0x100
 };
 
@@ -72,10 +75,10 @@ const char* acadVersion(DxfVersion version) {
 
 } // namespace
 
-DxfDocument::DxfDocument(DxfText& text, DxfVersion version, Unit unit, const QRectF& extents,
-                         int entityHandles, const QList<DxfLayer>& layers)
-    : text(text), version(version), unit(unit), extents(extents),
-      lastHandle(FirstFree + static_cast<int>(layers.size()) + entityHandles), layers(layers),
+DxfDocument::DxfDocument(DxfText& text, DxfVersion version, Unit unit, const DxfContents& contents)
+    : text(text), version(version), unit(unit), contents(contents), extents(contents.extents),
+      lastHandle(FirstFree + static_cast<int>(contents.layers.size() + contents.lineTypes.size()) +
+                 contents.entityHandles),
       nextHandle(FirstFree) {
 }
 
@@ -187,13 +190,33 @@ void DxfDocument::lineTypes() {
         text.group(73, 0);
         text.group(40, 0.0);
     };
-    beginTable("LTYPE", LTypeTable, hasObjects() ? 3 : 1);
+    const auto own = static_cast<int>(contents.lineTypes.size());
+    beginTable("LTYPE", LTypeTable, (hasObjects() ? 3 : 1) + own);
     if (hasObjects()) {
         lineType(ByBlock, "ByBlock", "");
         lineType(ByLayer, "ByLayer", "");
     }
     lineType(Continuous, hasObjects() ? "Continuous" : "CONTINUOUS", "Solid line");
+    for (const DxfLineType& each : contents.lineTypes)
+        dashedLineType(each);
     text.group(0, "ENDTAB");
+}
+
+void DxfDocument::dashedLineType(const DxfLineType& type) {
+    beginRecord("LTYPE", nextHandle++, LTypeTable, "AcDbLinetypeTableRecord", type.name);
+    text.group(70, 0);
+    text.group(3, type.lengths.size() > 2 ? "Dash dot" : "Dashed");
+    text.group(72, 65);
+    text.group(73, static_cast<int>(type.lengths.size()));
+    text.group(40, std::accumulate(type.lengths.begin(), type.lengths.end(), 0.0));
+    // Gaps are negative.
+    double sign = 1.0;
+    for (const double length : type.lengths) {
+        text.group(49, sign * length);
+        if (hasObjects())
+            text.group(74, 0);
+        sign = -sign;
+    }
 }
 
 void DxfDocument::layerTable() {
@@ -201,8 +224,9 @@ void DxfDocument::layerTable() {
         beginRecord("LAYER", handle, LayerTable, "AcDbLayerTableRecord", name);
         text.group(70, 0);
         text.group(62, number);
-        // True colours came after R2000.
-        if (color != nullptr && version == DxfVersion::R2010)
+        // True colours came after R2000. Black stays the number that dark screens show white.
+        const bool isBlack = color != nullptr && (color->rgb() & 0xffffffU) == 0;
+        if (color != nullptr && !isBlack && version == DxfVersion::R2010)
             text.group(420, static_cast<int>(color->rgb() & 0xffffffU));
         text.group(6, hasObjects() ? "Continuous" : "CONTINUOUS");
         if (hasObjects()) {
@@ -210,9 +234,9 @@ void DxfDocument::layerTable() {
             text.handle(390, PlotStyleNormal);
         }
     };
-    beginTable("LAYER", LayerTable, static_cast<int>(layers.size()) + 1);
+    beginTable("LAYER", LayerTable, static_cast<int>(contents.layers.size()) + 1);
     layer(LayerZero, "0", 7, nullptr);
-    for (const DxfLayer& each : layers)
+    for (const DxfLayer& each : contents.layers)
         layer(nextHandle++, each.name, nearestDxfColor(each.color), &each.color);
     text.group(0, "ENDTAB");
 }
@@ -239,9 +263,13 @@ void DxfDocument::tables() {
     beginTable("UCS", UcsTable, 0);
     text.group(0, "ENDTAB");
 
-    beginTable("APPID", AppIdTable, 1);
+    beginTable("APPID", AppIdTable, contents.hasOwnData ? 2 : 1);
     beginRecord("APPID", AcadAppId, AppIdTable, "AcDbRegAppTableRecord", "ACAD");
     text.group(70, 0);
+    if (contents.hasOwnData) {
+        beginRecord("APPID", OwnAppId, AppIdTable, "AcDbRegAppTableRecord", Application);
+        text.group(70, 0);
+    }
     text.group(0, "ENDTAB");
 
     beginTable("DIMSTYLE", DimStyleTable, 1);

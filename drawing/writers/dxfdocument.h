@@ -13,12 +13,28 @@ struct DxfLayer {
     QColor color;
 };
 
+/// A line type of dashes and gaps.
+struct DxfLineType {
+    QByteArray name;
+    QList<double> lengths; ///< dash, gap, dash, gap ... in units
+};
+
+/// What the tables of a file depend on.
+struct DxfContents {
+    QRectF extents;    ///< the box around the entities
+    int entityHandles; ///< how many handles the entities need
+    QList<DxfLayer> layers;
+    QList<DxfLineType> lineTypes;
+    bool hasOwnData; ///< whether entities carry data of the application
+};
+
 /// What surrounds the entities of a DXF file: all that a reader of its version looks for.
 class DxfDocument {
 public:
-    /// `extents` is the box around the entities, which need `entityHandles` handles.
-    DxfDocument(DxfText& text, DxfVersion version, Unit unit, const QRectF& extents,
-                int entityHandles, const QList<DxfLayer>& layers);
+    /// The name under which entities carry data of their own.
+    static constexpr const char* Application = "OVTRACE";
+
+    DxfDocument(DxfText& text, DxfVersion version, Unit unit, const DxfContents& contents);
 
     /// Everything before the entities, and everything after them.
     void begin();
@@ -32,6 +48,7 @@ private:
     void tables();
     void viewports();
     void lineTypes();
+    void dashedLineType(const DxfLineType& type);
     void layerTable();
     void blocks();
     void objects();
@@ -48,8 +65,8 @@ private:
     DxfText& text;
     DxfVersion version;
     Unit unit;
-    QRectF extents;
+    const DxfContents& contents;
+    const QRectF& extents;
     int lastHandle;
-    const QList<DxfLayer>& layers;
     int nextHandle;
 };

@@ -1,35 +1,153 @@
 #include "geojsonwriter.h"
 
 #include "textbuffer.h"
+#include "visible.h"
 
 #include <algorithm>
 
-void GeoJsonWriter::write(const Drawing& drawing, QIODevice& device) const {
-    TextBuffer json(device);
-    if (options.precision)
-        json.setPrecision(*options.precision);
-    const double scale = drawing.unitsPerPixel();
-    json << "{\"type\":\"FeatureCollection\",\"features\":[";
-    for (qsizetype i = 0; i < drawing.shapes.size(); ++i) {
-        const Shape& shape = drawing.shapes[i];
-        std::vector<PathPiece> outline = drawing.piecesOf(drawing.outerRing(shape));
-        for (PathPiece& piece : outline)
-            piece = transformed(piece, scale, false, QPointF());
-        std::vector<QPointF> ring = flattenedRing(outline, options.deviation * scale);
+namespace {
+
+using Points = std::vector<QPointF>;
+
+class FeatureWriter {
+public:
+    FeatureWriter(const Drawing& drawing, const WriterOptions& options, QIODevice& device)
+        : drawing(drawing), tolerance(options.deviation * drawing.unitsPerPixel()), json(device) {
+        if (options.precision)
+            json.setPrecision(*options.precision);
+    }
+
+    void write() {
+        json << "{\"type\":\"FeatureCollection\",\"features\":[";
+        for (const Shape& shape : drawing.shapes) {
+            if (shape.kind == ShapeKind::Outline)
+                writeOutline(shape);
+            else
+                writeArea(shape);
+        }
+        for (const Stroke& stroke : drawing.strokes)
+            writeStroke(stroke);
+        json << "\n]}\n";
+    }
+
+private:
+    std::vector<PathPiece> scaled(std::vector<PathPiece> pieces) const {
+        for (PathPiece& piece : pieces)
+            piece = transformed(piece, drawing.unitsPerPixel(), false, QPointF());
+        return pieces;
+    }
+
+    /// The start of a feature, up to what its properties have beside the colour.
+    void begin(int color) {
+        const QColor& value = drawing.palette[color];
+        json << (isFirst ? "\n" : ",\n")
+             << "{\"type\":\"Feature\",\"properties\":{\"layer\":" << color << ",\"color\":\""
+             << value.name(QColor::HexRgb).toLatin1()
+             << "\",\"opacity\":" << QByteArray::number(opacityOf(value));
+        isFirst = false;
+    }
+
+    void beginGeometry(const char* type) {
+        json << "},\"geometry\":{\"type\":\"" << type << "\",\"coordinates\":[";
+    }
+
+    void writePoints(const Points& points) {
+        for (std::size_t i = 0; i < points.size(); ++i)
+            json << (i > 0 ? ",[" : "[") << points[i].x() << ',' << points[i].y() << ']';
+    }
+
+    void writeRing(const Points& points) {
+        json << '[';
+        writePoints(points);
+        json << ']';
+    }
+
+    void writeOutline(const Shape& shape) {
+        const std::vector<PathPiece> outline = scaled(drawing.piecesOf(drawing.outerRing(shape)));
+        if (outline.empty())
+            return;
+        Points ring = flattenedRing(outline, tolerance);
         // A ring has four positions at least, and an outer one runs counter-clockwise.
         while (ring.size() < 4)
             ring.push_back(ring.front());
         if (signedArea(outline) < 0.0)
             std::reverse(ring.begin(), ring.end());
-        const QColor& color = drawing.palette[shape.color];
-        json << (i > 0 ? ",\n" : "\n")
-             << "{\"type\":\"Feature\",\"properties\":{\"layer\":" << shape.color << ",\"color\":\""
-             << color.name(QColor::HexRgb).toLatin1()
-             << "\",\"opacity\":" << QByteArray::number(opacityOf(color))
-             << "},\"geometry\":{\"type\":\"Polygon\",\"coordinates\":[[";
-        for (std::size_t k = 0; k < ring.size(); ++k)
-            json << (k > 0 ? ",[" : "[") << ring[k].x() << ',' << ring[k].y() << ']';
-        json << "]]}}";
+        begin(shape.color);
+        beginGeometry("Polygon");
+        writeRing(ring);
+        json << "]}}";
     }
-    json << "\n]}\n";
+
+    /// The corners of a ring. Each path is cut into straight pieces in its own direction, whichever
+    /// way the ring takes it: both regions beside it have the same corners.
+    Points cornersOf(const Ring& ring) const {
+        Points corners;
+        for (qsizetype i = ring.firstUse; i < ring.firstUse + ring.count; ++i) {
+            const PathUse& use = drawing.uses[i];
+            Points own = flattened(scaled(drawing.paths.pieces(use.path)), tolerance);
+            if (use.backwards)
+                std::reverse(own.begin(), own.end());
+            corners.insert(corners.end(), own.begin() + (corners.empty() ? 0 : 1), own.end());
+        }
+        if (!corners.empty() && corners.back() != corners.front())
+            corners.push_back(corners.front());
+        return corners;
+    }
+
+    static const char* nameOf(ShapeKind kind) {
+        switch (kind) {
+        case ShapeKind::Text:
+            return "text";
+        case ShapeKind::Solid:
+            return "solid";
+        default:
+            return "region";
+        }
+    }
+
+    void writeArea(const Shape& shape) {
+        begin(shape.color);
+        json << ",\"kind\":\"" << nameOf(shape.kind) << '"';
+        beginGeometry("Polygon");
+        bool isFirstRing = true;
+        for (const Ring& ring : drawing.ringsOf(shape)) {
+            if (!isFirstRing)
+                json << ',';
+            isFirstRing = false;
+            writeRing(cornersOf(ring));
+        }
+        json << "]}}";
+    }
+
+    static const char* nameOf(StrokeKind kind) {
+        switch (kind) {
+        case StrokeKind::Dashed:
+            return "dashed";
+        case StrokeKind::Hatch:
+            return "hatch";
+        default:
+            return "line";
+        }
+    }
+
+    void writeStroke(const Stroke& stroke) {
+        begin(stroke.color);
+        json << ",\"kind\":\"" << nameOf(stroke.kind)
+             << "\",\"width\":" << stroke.width * drawing.unitsPerPixel();
+        beginGeometry("LineString");
+        writePoints(flattened(scaled(drawing.paths.pieces(stroke.path)), tolerance));
+        json << "]}}";
+    }
+
+    const Drawing& drawing;
+    double tolerance;
+    TextBuffer json;
+    bool isFirst = true;
+};
+
+} // namespace
+
+void GeoJsonWriter::write(const Drawing& drawing, QIODevice& device) const {
+    const Drawing visible = visibleParts(drawing, options);
+    FeatureWriter(visible, options, device).write();
 }

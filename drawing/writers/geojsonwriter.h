@@ -3,8 +3,9 @@
 #include "writer.h"
 #include "writeroptions.h"
 
-/// A GeoJSON feature collection: one polygon an outline, curves as straight pieces within the
-/// deviation, with its colour, opacity and layer as properties.
+/// A GeoJSON feature collection, curves as straight pieces within the deviation, with colour,
+/// opacity and layer as properties: a polygon an outline; a polygon with its holes a region, of
+/// which neighbours share every corner; a line string a stroke, with its kind and width.
 class GeoJsonWriter final : public Writer {
 public:
     explicit GeoJsonWriter(const WriterOptions& options) : options(options) {
