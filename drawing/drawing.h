@@ -7,6 +7,7 @@
 #include <QList>
 #include <QSize>
 #include <QString>
+#include <QTransform>
 
 #include <cmath>
 #include <optional>
@@ -113,6 +114,10 @@ struct Drawing {
     /// The same as the image's file says it, when it does.
     std::optional<double> filePixelMillimetres;
     Unit unit = Unit::Pixel; ///< of formats whose coordinates are free
+    double modelScale = 1.0; ///< what a length on paper stands for in such formats
+    /// From drawing coordinates to the world's, which such formats have then.
+    std::optional<QTransform> world;
+    QString crs; ///< the system of world coordinates; empty when it is not known
 
     QImage image; ///< what was traced, kept for those who compare
 
@@ -120,9 +125,18 @@ struct Drawing {
         return shapes.isEmpty() && strokes.isEmpty();
     }
 
-    /// What a length in pixels is in `unit`.
+    /// From drawing coordinates to those of formats whose coordinates are free.
+    QTransform placement() const {
+        return world.value_or(QTransform::fromScale(unitsPerPixel(), unitsPerPixel()));
+    }
+
+    /// What a length in pixels is in those coordinates.
     double unitsPerPixel() const {
-        return unit == Unit::Pixel ? 1.0 : pixelMillimetres.value_or(1.0) / millimetresPer(unit);
+        if (world)
+            return std::sqrt(std::abs(world->determinant()));
+        return unit == Unit::Pixel
+                   ? 1.0
+                   : pixelMillimetres.value_or(1.0) * modelScale / millimetresPer(unit);
     }
 
     /// The pieces of a ring, one after another.

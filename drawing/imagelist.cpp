@@ -73,7 +73,7 @@ private:
         else if (hasPictureName && facts.size == 0)
             skip("the file is empty");
         else if (hasPictureName)
-            skip("is broken: not a picture in one of the formats of --list-formats");
+            skip("is broken: not a picture in a format that is read here");
         else
             ++list.others;
     }

@@ -6,6 +6,7 @@
 #include "memoryestimate.h"
 #include "promisedbytes.h"
 #include "quietstderr.h"
+#include "settingtable.h"
 #include "watcheddevice.h"
 
 #include <QBuffer>
@@ -57,13 +58,13 @@ QByteArray readStandardInput() {
 void checkSize(const QString& name, QSize size, const InputRequest& request) {
     const double pixels = static_cast<double>(size.width()) * size.height();
     if (pixels > static_cast<double>(request.largestPixels))
-        throw FileError(
-            QString("%1: %2 x %3 pixels are more than %4; allow them with --max-pixels, "
-                    "or make the image smaller")
-                .arg(name)
-                .arg(size.width())
-                .arg(size.height())
-                .arg(request.largestPixels));
+        throw FileError(QString("%1: %2 x %3 pixels are more than %4; allow them with %5, "
+                                "or make the image smaller")
+                            .arg(name)
+                            .arg(size.width())
+                            .arg(size.height())
+                            .arg(request.largestPixels)
+                            .arg(settingName("max-pixels")));
 }
 
 /// Refuses files whose header promises far more than they hold.
@@ -146,8 +147,8 @@ InputImage readPage(QIODevice& source, const QString& name, const InputRequest& 
     decideFormat(reader, device);
     reader.setAutoTransform(true);
     if (!reader.canRead() || !pictureFormats().contains(QString::fromLatin1(reader.format())))
-        throw FileError(QString("%1: cannot be decoded: not a picture in one of the formats of "
-                                "--list-formats")
+        throw FileError(QString("%1: cannot be decoded: not a picture in a format that is "
+                                "read here")
                             .arg(name));
     goToPage(reader, name, request);
     if (reader.size().isValid()) {
@@ -230,16 +231,16 @@ InputImage readInput(const QString& fileName, const InputRequest& request) {
     if (factsOf(fileName).kind == FileKind::Regular && !isStandardInput) {
         const auto file = openForReading(fileName);
         input = readPage(*file, name, request);
+        input.place.resolution = readFileResolution(*file, request.page);
     } else {
         QByteArray contents =
             isStandardInput ? readStandardInput() : openForReading(fileName)->readAll();
         QBuffer buffer(&contents);
         buffer.open(QIODevice::ReadOnly);
         input = readPage(buffer, name, request);
+        input.place.resolution = readFileResolution(buffer, request.page);
     }
     input.title = isStandardInput ? "traced" : presentable(QFileInfo(fileName).completeBaseName());
-    constexpr double MetresPerInch = 0.0254;
-    input.dotsPerInch = input.image.dotsPerMeterX() * MetresPerInch;
     if (!request.crop.isNull()) {
         if (!input.image.rect().contains(request.crop))
             throw FileError(QString("%1: the part to trace must lie within its %2 x %3 pixels")
@@ -248,6 +249,11 @@ InputImage readInput(const QString& fileName, const InputRequest& request) {
                                 .arg(input.image.height()));
         input.image = input.image.copy(request.crop);
     }
+    auto world = request.world;
+    if (!world && request.usesWorldFile && !isStandardInput)
+        world = readWorldFile(fileName);
+    if (world)
+        input.place.world = worldTransform(*world, request.crop.topLeft(), input.image.size());
     if (request.background)
         input.image = onBackground(input.image, *request.background);
     return input;

@@ -1,14 +1,21 @@
 #pragma once
 
+#include "fileresolution.h"
 #include "settings.h"
 
 #include <QImage>
 
+/// What is known of where an image lies.
+struct ImagePlace {
+    FileResolution resolution;       ///< as the file says
+    std::optional<QTransform> world; ///< from drawing coordinates
+};
+
 /// An image as it is to be traced.
 struct InputImage {
     QImage image;
-    QString title;            ///< the file's name without folder and ending
-    double dotsPerInch = 0.0; ///< as the file says; 0 when it does not
+    QString title; ///< the file's name without folder and ending
+    ImagePlace place;
     bool isTruncated = false; ///< whether the file ends too early; what is missing is blank
 };
 

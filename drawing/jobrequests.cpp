@@ -46,10 +46,23 @@ SizeRequest sizeRequest(const JobSettings& job) {
                              .arg(settingName("dpi"), settingName("width"), settingName("height")));
     if (job.isGiven("units"))
         size.unit = choiceOf(unitChoices(), job.text("units"));
-    if (!job.isGiven("dpi") && !hasLength && size.unit.value_or(Unit::Pixel) != Unit::Pixel)
-        throw UsageError(QString("%1 needs to know the size: give %2, %3 or %4")
-                             .arg(settingName("units"), settingName("dpi"), settingName("width"),
+    if (job.isGiven("drawing-scale"))
+        size.modelScale = parseRatio(job.text("drawing-scale")).value_or(1.0);
+    const bool isSized = job.isGiven("dpi") || hasLength;
+    if (isSized && parseWorld(job.text("world")))
+        throw UsageError(QString("give %1 or the size: %2, %3 or %4")
+                             .arg(settingName("world"), settingName("dpi"), settingName("width"),
                                   settingName("height")));
+    if (job.isGiven("crs"))
+        size.crs = job.text("crs");
+    const bool isInPixels = size.unit.value_or(Unit::Pixel) == Unit::Pixel;
+    if (!isSized && (!isInPixels || job.isGiven("drawing-scale")))
+        throw UsageError(QString("%1 needs to know the size: give %2, %3 or %4")
+                             .arg(settingName(isInPixels ? "drawing-scale" : "units"),
+                                  settingName("dpi"), settingName("width"), settingName("height")));
+    if (job.isGiven("drawing-scale") && size.unit == Unit::Pixel)
+        throw UsageError(
+            QString("%1 has no effect on coordinates in pixels").arg(settingName("drawing-scale")));
     return size;
 }
 
@@ -61,6 +74,9 @@ InputRequest inputRequest(const JobSettings& job) {
     if (job.isGiven("background"))
         input.background = parseColor(job.text("background"));
     input.largestPixels = static_cast<qint64>(job.number("max-pixels"));
+    const bool usesWorld = !whyUnused(*findSetting("world"), job);
+    input.world = usesWorld ? parseWorld(job.text("world")) : std::nullopt;
+    input.usesWorldFile = usesWorld && job.text("world") == "auto";
     return input;
 }
 
@@ -83,5 +99,8 @@ WriterOptions writerOptions(const JobSettings& job) {
     writer.deviation = job.number("deviation");
     writer.scale = job.number("scale");
     writer.overlay = job.isOn("overlay");
+    if (job.isGiven("paper"))
+        writer.paper = parsePaper(job.text("paper"));
+    writer.marginMillimetres = parseLength(job.text("margin")).value_or(0.0);
     return writer;
 }

@@ -99,6 +99,8 @@ QList<Setting> sizeRows() {
         {.key = "width",
          .flag = "width",
          .type = SettingType::Length,
+         .low = 1e-4,
+         .high = 1e9,
          .label = "Width",
          .meaning = "Make the drawing so wide",
          .group = SettingGroup::Size,
@@ -107,6 +109,8 @@ QList<Setting> sizeRows() {
         {.key = "height",
          .flag = "height",
          .type = SettingType::Length,
+         .low = 1e-4,
+         .high = 1e9,
          .label = "Height",
          .meaning = "Make the drawing so high; with a width, fit it into both",
          .group = SettingGroup::Size,
@@ -121,6 +125,32 @@ QList<Setting> sizeRows() {
          .group = SettingGroup::Size,
          .rank = SettingRank::Common,
          .formats = {"dxf", "geojson"}},
+        {.key = "drawing-scale",
+         .flag = "drawing-scale",
+         .type = SettingType::Ratio,
+         .label = "Drawing scale",
+         .meaning = "The scale of the drawing on paper: at 1:100 a millimetre of the image stands "
+                    "for 100 in coordinates",
+         .group = SettingGroup::Size,
+         .rank = SettingRank::Common,
+         .formats = {"dxf", "geojson"}},
+        {.key = "world",
+         .flag = "world",
+         .type = SettingType::World,
+         .words = {"auto", "none"},
+         .usual = "auto",
+         .label = "World file",
+         .meaning = "Where the image lies in the world; auto: as the world file beside it says, if "
+                    "there is one",
+         .group = SettingGroup::Size,
+         .formats = {"dxf", "geojson"}},
+        {.key = "crs",
+         .flag = "crs",
+         .type = SettingType::Text,
+         .label = "Coordinate system",
+         .meaning = "The system of world coordinates, as EPSG:25832",
+         .group = SettingGroup::Size,
+         .formats = {"geojson"}},
     };
 }
 
@@ -228,6 +258,30 @@ QList<Setting> dxfRows() {
     };
 }
 
+QList<Setting> pdfRows() {
+    return {
+        {.key = "paper",
+         .flag = "paper",
+         .type = SettingType::Paper,
+         .label = "Paper",
+         .meaning = "Put the drawing in the middle of this paper, in its true size when one was "
+                    "given and as large as it fits otherwise",
+         .group = SettingGroup::Output,
+         .rank = SettingRank::Common,
+         .formats = {"pdf"}},
+        {.key = "margin",
+         .flag = "margin",
+         .type = SettingType::Length,
+         .high = 1000,
+         .usual = "10mm",
+         .label = "Margin",
+         .meaning = "What stays free at each edge of the paper",
+         .group = SettingGroup::Output,
+         .formats = {"pdf"},
+         .needs = "paper"},
+    };
+}
+
 QList<Setting> pngRows() {
     return {
         {.key = "scale",
@@ -264,5 +318,5 @@ QList<Setting> outputRows() {
                                      "output file decides",
                                  .group = SettingGroup::Output,
                                  .rank = SettingRank::Common}};
-    return format + svgRows() + dxfRows() + pngRows();
+    return format + svgRows() + dxfRows() + pdfRows() + pngRows();
 }

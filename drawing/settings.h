@@ -1,6 +1,7 @@
 #pragma once
 
 #include "drawing.h"
+#include "worldfile.h"
 
 #include <QMap>
 #include <QRect>
@@ -25,13 +26,15 @@ struct TraceSettings {
     QList<QColor> palette;
 };
 
-/// The size of the drawing, as far as it was asked for.
+/// The size of the drawing on paper, as far as it was asked for.
 struct SizeRequest {
     std::optional<double> dotsPerInch;
     bool dotsFromFile = false;
-    std::optional<double> widthMillimetres;
+    std::optional<double> widthMillimetres; ///< with a height: a box to fit it into
     std::optional<double> heightMillimetres;
     std::optional<Unit> unit;
+    double modelScale = 1.0; ///< what a length on paper stands for: 100 at a scale of 1:100
+    QString crs;             ///< the system of world coordinates; empty when it was not named
 };
 
 /// How an image file is read.
@@ -41,6 +44,8 @@ struct InputRequest {
     std::optional<QColor> background;
     bool isStrict = false; ///< whether a file that ends too early is an error
     qint64 largestPixels = 400'000'000;
+    std::optional<WorldNumbers> world; ///< where the image lies
+    bool usesWorldFile = false;        ///< without `world`, the file beside the image says it
 };
 
 enum class StatisticsForm { None, Table, Json };

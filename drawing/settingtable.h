@@ -9,15 +9,18 @@
 
 /// What a setting's value is, and what type the QVariant that holds it has.
 enum class SettingType {
-    Switch,   ///< on or off: bool
-    Whole,    ///< a whole number within the range: double; or one of the words: QString
-    Number,   ///< a number within the range: double; or one of the words: QString
-    Choice,   ///< one of the words: QString
-    Text,     ///< any text: QString
-    Color,    ///< "#rrggbb" or "#rrggbbaa": QString
-    Colors,   ///< a list of such colours: QStringList
-    Length,   ///< a number with its unit, as "120mm": QString
-    Rectangle ///< "x,y,width,height" in whole pixels: QString
+    Switch,    ///< on or off: bool
+    Whole,     ///< a whole number within the range: double; or one of the words: QString
+    Number,    ///< a number within the range: double; or one of the words: QString
+    Choice,    ///< one of the words: QString
+    Text,      ///< any text: QString
+    Color,     ///< "#rrggbb" or "#rrggbbaa": QString
+    Colors,    ///< a list of such colours: QStringList
+    Length,    ///< a number with its unit, as "120mm": QString
+    Rectangle, ///< "x,y,width,height" in whole pixels: QString
+    Ratio,     ///< a scale, as "1:100": QString
+    Paper,     ///< "a3", "a3-landscape", "letter" or "200x100mm": QString
+    World      ///< six numbers of a world file, "A,D,B,E,C,F": QString; or one of the words
 };
 
 /// Where a face shows the setting.

@@ -2,6 +2,7 @@
 
 #include "choices.h"
 #include "errors.h"
+#include "worldfile.h"
 
 #include <QJsonArray>
 #include <QLocale>
@@ -68,9 +69,20 @@ QVariant colorsFromWords(const QStringList& words, const QString& name) {
 
 QVariant lengthFromText(const Setting& setting, const QString& text, const QString& name) {
     const std::optional<double> millimetres = parseLength(text);
-    if (!millimetres || !(*millimetres > 0.0 && *millimetres < 1e7))
+    // The setting's range is in millimetres.
+    if (!millimetres || !(*millimetres >= setting.low && *millimetres <= setting.high))
         refuse(setting, text, name);
     return text.simplified().remove(' ').toLower();
+}
+
+/// Papers and their upright sizes in millimetres.
+const QList<QPair<QString, QSizeF>>& papers() {
+    static const QList<QPair<QString, QSizeF>> sizes{
+        {"a0", {841, 1189}},        {"a1", {594, 841}},         {"a2", {420, 594}},
+        {"a3", {297, 420}},         {"a4", {210, 297}},         {"a5", {148, 210}},
+        {"a6", {105, 148}},         {"letter", {215.9, 279.4}}, {"legal", {215.9, 355.6}},
+        {"tabloid", {279.4, 431.8}}};
+    return sizes;
 }
 
 } // namespace
@@ -117,6 +129,42 @@ std::optional<QRect> parseRectangle(const QString& text) {
     return match.hasMatch() && !rectangle.isEmpty() ? std::optional(rectangle) : std::nullopt;
 }
 
+std::optional<double> parseRatio(const QString& text) {
+    static const QRegularExpression form("^ *([0-9]+\\.?[0-9]*) *: *([0-9]+\\.?[0-9]*) *$");
+    const auto match = form.match(text);
+    const double paper = match.captured(1).toDouble();
+    const double model = match.captured(2).toDouble();
+    return paper > 0.0 && model > 0.0 ? std::optional(model / paper) : std::nullopt;
+}
+
+std::optional<PaperChoice> parsePaper(const QString& text) {
+    static const QRegularExpression form("^ *([0-9.]+) *x *([0-9.]+) *(mm|cm|m|in|ft|pt) *$",
+                                         QRegularExpression::CaseInsensitiveOption);
+    if (const auto match = form.match(text); match.hasMatch()) {
+        const auto width = parseLength(match.captured(1) + match.captured(3));
+        const auto height = parseLength(match.captured(2) + match.captured(3));
+        const bool isPaper = width && height && *width >= 1.0 && *height >= 1.0;
+        return isPaper ? std::optional(PaperChoice{{*width, *height}, true}) : std::nullopt;
+    }
+    const QStringList words = text.trimmed().toLower().split('-');
+    for (const auto& [name, size] : papers()) {
+        if (name != words.first() || words.size() > 2)
+            continue;
+        if (words.size() == 1)
+            return PaperChoice{size, false};
+        if (words[1] == "portrait" || words[1] == "landscape")
+            return PaperChoice{words[1] == "portrait" ? size : size.transposed(), true};
+    }
+    return {};
+}
+
+QStringList paperNames() {
+    QStringList names;
+    for (const auto& [name, size] : papers())
+        names.append(name);
+    return names;
+}
+
 QVariant settingFromText(const Setting& setting, const QString& text, const QString& name) {
     switch (setting.type) {
     case SettingType::Switch:
@@ -138,7 +186,23 @@ QVariant settingFromText(const Setting& setting, const QString& text, const QStr
         if (!parseRectangle(text))
             refuse(setting, text, name);
         return QString(text).remove(' ');
+    case SettingType::Ratio:
+        if (!parseRatio(text))
+            refuse(setting, text, name);
+        return QString(text).remove(' ');
+    case SettingType::Paper:
+        if (!parsePaper(text))
+            refuse(setting, text, name);
+        return QString(text).remove(' ').toLower();
+    case SettingType::World:
+        if (const QString word = wordAmong(setting.words, text); !word.isEmpty())
+            return word;
+        if (!parseWorld(text))
+            refuse(setting, text, name);
+        return QString(text).remove(' ');
     case SettingType::Text:
+        if (text.isEmpty())
+            refuse(setting, text, name);
         break;
     }
     return text;
@@ -220,6 +284,13 @@ QString allowedFor(const Setting& setting) {
         return "a length with its unit, as 120mm or 4in";
     case SettingType::Rectangle:
         return "x,y,width,height in pixels";
+    case SettingType::Ratio:
+        return "a scale, as 1:100";
+    case SettingType::Paper:
+        return "a paper (" + paperNames().join(", ") +
+               ", also with -landscape or -portrait) or a size, as 200x100mm";
+    case SettingType::World:
+        return "the six numbers of a world file (A,D,B,E,C,F) or " + words;
     case SettingType::Text:
         break;
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "settingtable.h"
+#include "writers/writeroptions.h"
 
 #include <QColor>
 #include <QJsonValue>
@@ -20,6 +21,16 @@ std::optional<double> parseLength(const QString& text);
 
 /// "x,y,width,height" in pixels; nothing for anything else and for an empty rectangle.
 std::optional<QRect> parseRectangle(const QString& text);
+
+/// What "1:100" multiplies lengths by, 100; nothing for anything else.
+std::optional<double> parseRatio(const QString& text);
+
+/// "a3" lies as the drawing does; "a3-landscape", "a3-portrait" and "200x100mm" as they are.
+/// Nothing for anything else.
+std::optional<PaperChoice> parsePaper(const QString& text);
+
+/// The names of papers that parsePaper() knows.
+QStringList paperNames();
 
 /// The value in its canonical form from the words that people type. Throws UsageError, which calls
 /// the setting by `name` and says what is allowed.

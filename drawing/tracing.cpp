@@ -1,7 +1,6 @@
 #include "tracing.h"
 
 #include "centerlinesdrawing.h"
-#include "errors.h"
 #include "regionsdrawing.h"
 #include "settingtable.h"
 
@@ -10,8 +9,6 @@
 #include <traceregions.h>
 
 namespace {
-
-constexpr double MillimetresPerInch = 25.4;
 
 /// Black and white by lightness. The tracer leaves an image with a colour table as it is: its
 /// table is put through the tracer's threshold instead of its pixels.
@@ -115,25 +112,6 @@ Drawing traceImage(InputImage&& input, const TraceSettings& settings, OvTracePro
     else
         traceOutlines(settings, drawing);
     return drawing;
-}
-
-void setSize(Drawing& drawing, double dotsPerInch, const SizeRequest& request) {
-    if (dotsPerInch > 0.0)
-        drawing.filePixelMillimetres = MillimetresPerInch / dotsPerInch;
-    if (request.widthMillimetres) {
-        drawing.pixelMillimetres = *request.widthMillimetres / drawing.size.width();
-    } else if (request.heightMillimetres) {
-        drawing.pixelMillimetres = *request.heightMillimetres / drawing.size.height();
-    } else if (request.dotsPerInch) {
-        drawing.pixelMillimetres = MillimetresPerInch / *request.dotsPerInch;
-    } else if (request.dotsFromFile) {
-        if (!(dotsPerInch > 0.0))
-            throw FileError(QString("%1: its file does not say how large it is; give a number to "
-                                    "%2")
-                                .arg(drawing.title, settingName("dpi")));
-        drawing.pixelMillimetres = MillimetresPerInch / dotsPerInch;
-    }
-    drawing.unit = request.unit.value_or(drawing.pixelMillimetres ? Unit::Millimetre : Unit::Pixel);
 }
 
 QString likelyCause(const Drawing& drawing, const TraceSettings& settings) {

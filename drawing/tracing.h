@@ -13,9 +13,5 @@ class OvTraceProgress;
 Drawing traceImage(InputImage&& input, const TraceSettings& settings,
                    OvTraceProgress* progress = nullptr);
 
-/// Fixes the size and unit of a drawing; `dotsPerInch` is what the image's file says. Throws
-/// FileError when it should say that and does not.
-void setSize(Drawing& drawing, double dotsPerInch, const SizeRequest& request);
-
 /// What to change when nothing was found to trace.
 QString likelyCause(const Drawing& drawing, const TraceSettings& settings);

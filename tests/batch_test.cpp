@@ -306,6 +306,45 @@ TEST_F(Batch, ValuesAreCheckedAndTheRangeNamed) {
                 "R12 has no splines");
 }
 
+TEST_F(Batch, NothingIsIgnored) {
+    const QString image = sample("logo.png");
+    const QList<QPair<QStringList, QByteArray>> unread{
+        {{"-f", "dxf", "--scale", "2"}, "--scale is for png; the format is dxf"},
+        {{"-f", "pdf", "--outline"}, "--outline is for svg; the format is pdf"},
+        {{"-f", "dxf", "--fill"}, "--fill is for svg; the format is dxf"},
+        {{"--overlay"}, "--overlay is for png; the format is svg"},
+        {{"--threshold", "90"}, "--threshold is for bw and raw; the mode is color"},
+        {{"--set", "scale=2"}, "\"scale\" is for png; the format is svg"},
+        {{"-f", "json", "--dpi", "300"}, "the format is json"},
+        {{"-f", "pdf", "--margin", "3mm"}, "--margin needs --paper"},
+        {{"--outline", "--close-seams"}, "--close-seams has no effect with --outline"},
+        {{"-o", "x.svg", "--name", "{name}"}, "--output and --name"},
+    };
+    for (const auto& [options, message] : unread)
+        expectError(run(QStringList{image} + options), 2, message);
+    // A settings file serves several formats: what one does not read is told.
+    writeFile(path("house.json"), "{\"scale\":2,\"mode\":\"BW\"}");
+    const auto result =
+        run({image, "-f", "dxf", "-o", path("a.dxf"), "--settings", path("house.json")});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_TRUE(result.errors.contains("house.json: \"scale\" is for png; the format is dxf"));
+    writeFile(path("list.json"), "[]");
+    expectError(run({image, "--settings", path("list.json")}), 2,
+                "list.json: settings are an object");
+}
+
+TEST_F(Batch, ResolutionsAreNotInvented) {
+    QImage image = blackSquareOnWhite(QImage::Format_RGB32);
+    for (const char* name : {"a.ppm", "a.xpm"}) {
+        expectError(run({saveImage(image, name), "--dpi", "auto"}), 1,
+                    QByteArray(name) + ": does not say how large it is");
+    }
+    image.setDotsPerMeterX(10000);
+    image.setDotsPerMeterY(10000);
+    const auto svg = run({saveImage(image, "b.png"), "-o", "-", "--dpi", "AUTO"});
+    EXPECT_TRUE(svg.output.contains("width=\"2mm\"")) << svg.output.left(200).toStdString();
+}
+
 TEST_F(Batch, TellsAboutItselfAndItsModule) {
     for (const char* key :
          {"monochrome", "usebrightness", "brightnessthreshold", "usealpha", "alphathreshold",

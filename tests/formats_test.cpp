@@ -345,11 +345,38 @@ TEST_F(Formats, SvgGroupsLayersOnlyWhenTheOrderOfPaintingStays) {
     EXPECT_EQ(flat.count("<path fill="), 4);
 }
 
+TEST_F(Formats, WorldFilesPutDxfAndGeoJsonIntoTheirCoordinates) {
+    ASSERT_TRUE(QFile::copy(sample("logo.png"), path("plan.png")));
+    writeFile(path("plan.pgw"), "2\n0\n0\n-2\n500001\n5800719\n");
+    const QStringList picture{path("plan.png"), "--preset", "logo"};
+    // The image is 480 x 360 pixels of 2 metres, its lower left corner at 500000, 5800000.
+    const auto header = section(groupsOf(traced(picture + QStringList{"-f", "dxf"})), "HEADER");
+    const QPointF least = headerPoint(header, "$EXTMIN");
+    const QPointF most = headerPoint(header, "$EXTMAX");
+    EXPECT_TRUE(least.x() >= 500000.0 && least.y() >= 5800000.0) << least.x() << ' ' << least.y();
+    EXPECT_TRUE(most.x() <= 500960.0 && most.y() <= 5800720.0) << most.x() << ' ' << most.y();
+    EXPECT_GT(most.x() - least.x(), 480.0);
+    const QByteArray map = traced(picture + QStringList{"-f", "geojson", "--crs", "EPSG:25832"});
+    EXPECT_TRUE(map.contains("urn:ogc:def:crs:EPSG::25832"));
+    EXPECT_EQ(traced(picture + QStringList{"-f", "geojson", "--crs", "EPSG:25832", "--world",
+                                           "2,0,0,-2,500001,5800719"}),
+              map);
+    const QByteArray pixels = traced({sample("logo.png"), "--preset", "logo", "-f", "geojson"});
+    EXPECT_EQ(traced(picture + QStringList{"-f", "geojson", "--world", "none"}), pixels);
+    expectError(run({sample("logo.png"), "-f", "geojson", "-o", path("x"), "--crs", "EPSG:1"}), 1,
+                "logo.png: has no world file");
+    expectError(run(picture + QStringList{"--world", "none"}), 2, "is for dxf and geojson");
+    writeFile(path("plan.pgw"), "2\n0\n");
+    expectError(run(picture + QStringList{"-f", "dxf"}), 1, "plan.pgw: is no world file");
+}
+
 TEST_F(Formats, GeoJsonIsMadeOfClosedRings) {
     const QJsonObject json = QJsonDocument::fromJson(traced({sample("logo.png"), "--preset", "logo",
                                                              "-f", "geojson", "--dpi", "254"}))
                                  .object();
     EXPECT_EQ(json["type"].toString(), "FeatureCollection");
+    EXPECT_TRUE(json["crs"].isNull());
+    EXPECT_EQ(json["units"].toString(), "mm");
     const QJsonArray features = json["features"].toArray();
     EXPECT_EQ(features.size(), outlines({sample("logo.png"), "--preset", "logo"}).size());
     for (const QJsonValue feature : features) {
@@ -363,7 +390,7 @@ TEST_F(Formats, GeoJsonIsMadeOfClosedRings) {
             area += ring[i][0].toDouble() * ring[i + 1][1].toDouble() -
                     ring[i + 1][0].toDouble() * ring[i][1].toDouble();
         }
-        EXPECT_GE(area, 0.0) << "counter-clockwise";
+        EXPECT_GT(area, 0.0) << "counter-clockwise";
     }
 }
 

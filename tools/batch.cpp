@@ -7,6 +7,7 @@
 #include <drawing/files/resultfile.h>
 #include <drawing/input.h>
 #include <drawing/memoryestimate.h>
+#include <drawing/sizing.h>
 #include <drawing/tracing.h>
 #include <drawing/writers/formats.h>
 
@@ -71,9 +72,9 @@ private:
             report.warn(nameOf(job) + ": the file ends too early; what is missing is blank");
         checkTracingMemory(nameOf(job), input, arguments.settings, writingBytes(input.image));
         timer.restart();
-        const double dotsPerInch = input.dotsPerInch;
+        const ImagePlace place = input.place;
         Drawing drawing = traceImage(std::move(input), arguments.settings);
-        setSize(drawing, dotsPerInch, arguments.size);
+        setSize(drawing, nameOf(job), place, arguments.size);
         timings.tracing = secondsSince(timer);
         timer.restart();
         output.add(job, drawing);

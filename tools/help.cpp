@@ -55,6 +55,12 @@ QString valueName(const Setting& setting) {
         return "length";
     case SettingType::Rectangle:
         return "x,y,width,height";
+    case SettingType::Ratio:
+        return "scale";
+    case SettingType::Paper:
+        return "paper";
+    case SettingType::World:
+        return "A,D,B,E,C,F";
     case SettingType::Text:
         break;
     }

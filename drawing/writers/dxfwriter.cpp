@@ -1,5 +1,6 @@
 #include "dxfwriter.h"
 
+#include "../placement.h"
 #include "dxfentities.h"
 #include "dxflayers.h"
 #include "visible.h"
@@ -68,10 +69,8 @@ private:
         return options.deviation * scale();
     }
 
-    std::vector<PathPiece> scaled(std::vector<PathPiece> pieces) const {
-        for (PathPiece& piece : pieces)
-            piece = transformed(piece, scale(), false, QPointF());
-        return pieces;
+    std::vector<PathPiece> scaled(const std::vector<PathPiece>& pieces) const {
+        return placed(pieces, drawing.placement());
     }
 
     std::vector<BulgeVertex> verticesOf(std::span<const PathPiece> pieces) const {
@@ -143,12 +142,12 @@ private:
     }
 
     /// The entity that says it best: a circle, a line or an arc where it is one.
-    void addCurve(std::vector<PathPiece> pieces, bool isRing, const DxfStyle& style) {
+    void addCurve(const std::vector<PathPiece>& pieces, bool isRing, const DxfStyle& style) {
         if (pieces.empty())
             return;
         DxfCurve curve;
         curve.style = style;
-        curve.pieces = scaled(std::move(pieces));
+        curve.pieces = scaled(pieces);
         const PathPiece& first = curve.pieces.front();
         curve.isClosed = isRing || curve.pieces.back().to == first.from;
         if (first.kind == PieceKind::Circle)

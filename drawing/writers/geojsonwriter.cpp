@@ -1,5 +1,7 @@
 #include "geojsonwriter.h"
 
+#include "geojsonhead.h"
+#include "polygonring.h"
 #include "textbuffer.h"
 #include "visible.h"
 
@@ -12,13 +14,14 @@ using Points = std::vector<QPointF>;
 class FeatureWriter {
 public:
     FeatureWriter(const Drawing& drawing, const WriterOptions& options, QIODevice& device)
-        : drawing(drawing), tolerance(options.deviation * drawing.unitsPerPixel()), json(device) {
+        : drawing(drawing), placement(drawing.placement()), tolerance(options.deviation),
+          json(device) {
         if (options.precision)
             json.setPrecision(*options.precision);
     }
 
     void write() {
-        json << "{\"type\":\"FeatureCollection\",\"features\":[";
+        json << geoJsonHead(drawing);
         for (const Shape& shape : drawing.shapes) {
             if (shape.kind == ShapeKind::Outline)
                 writeOutline(shape);
@@ -31,12 +34,6 @@ public:
     }
 
 private:
-    std::vector<PathPiece> scaled(std::vector<PathPiece> pieces) const {
-        for (PathPiece& piece : pieces)
-            piece = transformed(piece, drawing.unitsPerPixel(), false, QPointF());
-        return pieces;
-    }
-
     /// The start of a feature, up to what its properties have beside the colour.
     void begin(int color) {
         const QColor& value = drawing.palette[color];
@@ -52,24 +49,28 @@ private:
     }
 
     void writePoints(const Points& points) {
-        for (std::size_t i = 0; i < points.size(); ++i)
-            json << (i > 0 ? ",[" : "[") << points[i].x() << ',' << points[i].y() << ']';
+        bool isFirstPoint = true;
+        for (const QPointF& point : points) {
+            const QPointF place = placement.map(point);
+            json << (isFirstPoint ? "[" : ",[") << place.x() << ',' << place.y() << ']';
+            isFirstPoint = false;
+        }
     }
 
-    void writeRing(const Points& points) {
+    void writeRing(Points points) {
+        if (placement.determinant() < 0.0) // a mirror turns rings over
+            std::reverse(points.begin(), points.end());
         json << '[';
         writePoints(points);
         json << ']';
     }
 
     void writeOutline(const Shape& shape) {
-        const std::vector<PathPiece> outline = scaled(drawing.piecesOf(drawing.outerRing(shape)));
-        if (outline.empty())
+        const std::vector<PathPiece> outline = drawing.piecesOf(drawing.outerRing(shape));
+        Points ring = polygonRing(flattenedRing(outline, tolerance), drawing.size);
+        if (ring.empty())
             return;
-        Points ring = flattenedRing(outline, tolerance);
-        // A ring has four positions at least, and an outer one runs counter-clockwise.
-        while (ring.size() < 4)
-            ring.push_back(ring.front());
+        // An outer ring runs counter-clockwise.
         if (signedArea(outline) < 0.0)
             std::reverse(ring.begin(), ring.end());
         begin(shape.color);
@@ -84,7 +85,7 @@ private:
         Points corners;
         for (qsizetype i = ring.firstUse; i < ring.firstUse + ring.count; ++i) {
             const PathUse& use = drawing.uses[i];
-            Points own = flattened(scaled(drawing.paths.pieces(use.path)), tolerance);
+            Points own = flattened(drawing.paths.pieces(use.path), tolerance);
             if (use.backwards)
                 std::reverse(own.begin(), own.end());
             corners.insert(corners.end(), own.begin() + (corners.empty() ? 0 : 1), own.end());
@@ -135,12 +136,13 @@ private:
         json << ",\"kind\":\"" << nameOf(stroke.kind)
              << "\",\"width\":" << stroke.width * drawing.unitsPerPixel();
         beginGeometry("LineString");
-        writePoints(flattened(scaled(drawing.paths.pieces(stroke.path)), tolerance));
+        writePoints(flattened(drawing.paths.pieces(stroke.path), tolerance));
         json << "]}}";
     }
 
     const Drawing& drawing;
-    double tolerance;
+    QTransform placement;
+    double tolerance; ///< in pixels
     TextBuffer json;
     bool isFirst = true;
 };

@@ -1,6 +1,7 @@
 #include "pdfwriter.h"
 
 #include "painting.h"
+#include "pdfpage.h"
 #include "visible.h"
 
 #include <QBuffer>
@@ -8,38 +9,10 @@
 #include <QPainter>
 #include <QPdfWriter>
 
-#include <algorithm>
-
-namespace {
-
-constexpr double PointsPerMillimetre = 72.0 / 25.4;
-constexpr double UsualPixelMillimetres = 25.4 / 96.0;
-
-/// Longest side of a page that readers accept, in points.
-constexpr double LongestSide = 14400.0;
-
-/// The same drawing gives the same file: the time of writing is left out.
-void clearDate(QByteArray& pdf) {
-    const QByteArray key = "/CreationDate (D:";
-    const qsizetype place = pdf.indexOf(key);
-    if (place < 0)
-        return;
-    const qsizetype start = place + key.size();
-    const qsizetype end = pdf.indexOf(')', start);
-    constexpr QByteArrayView Fixed = "20000101000000Z";
-    // As long as it was, so that the offsets in the file stay right.
-    for (qsizetype i = start; i < end; ++i)
-        pdf[i] = i - start < Fixed.size() ? Fixed[i - start] : ' ';
-}
-
-} // namespace
+#include <cmath>
 
 void PdfWriter::write(const Drawing& drawing, QIODevice& device) const {
-    const double points =
-        drawing.pixelMillimetres.value_or(UsualPixelMillimetres) * PointsPerMillimetre;
-    const QSizeF page = QSizeF(drawing.size) * points;
-    if (std::max(page.width(), page.height()) > LongestSide)
-        throw std::runtime_error("a PDF page can be no longer than 5.08 m; choose a smaller size");
+    const PdfPage page = layOutPage(drawing, options);
     QByteArray pdf;
     QBuffer buffer(&pdf);
     buffer.open(QIODevice::WriteOnly);
@@ -48,13 +21,16 @@ void PdfWriter::write(const Drawing& drawing, QIODevice& device) const {
         writer.setTitle(drawing.title);
         writer.setCreator("ovtrace");
         writer.setResolution(1200);
-        writer.setPageSize(QPageSize(page, QPageSize::Point, QString(), QPageSize::ExactMatch));
+        // Qt's pages have whole points: one that holds the true page, which then takes its place.
+        const QSizeF whole(std::ceil(page.size.width()) + 1.0, std::ceil(page.size.height()) + 1.0);
+        writer.setPageSize(QPageSize(whole, QPageSize::Point, QString(), QPageSize::ExactMatch));
         writer.setPageMargins(QMarginsF());
         QPainter painter(&writer);
-        const double scale = points * writer.resolution() / 72.0;
-        painter.scale(scale, scale);
+        const double dots = writer.resolution() / 72.0;
+        painter.scale(dots, dots);
+        painter.translate(page.corner);
+        painter.scale(page.pointsPerPixel, page.pointsPerPixel);
         paintFilled(painter, visibleParts(drawing, options), options.cutOut);
     }
-    clearDate(pdf);
-    device.write(pdf);
+    device.write(withExactPage(pdf, page.size));
 }

@@ -1,6 +1,7 @@
 #include "pngwriter.h"
 
 #include "../quietstderr.h"
+#include "../settingtable.h"
 #include "painting.h"
 #include "visible.h"
 
@@ -68,7 +69,8 @@ void PngWriter::write(const Drawing& drawing, QIODevice& device) const {
     QImage picture(scaled(drawing.size.width()), scaled(drawing.size.height()),
                    QImage::Format_ARGB32_Premultiplied);
     if (picture.isNull())
-        throw std::runtime_error("the picture would be too large; choose a smaller --scale");
+        throw std::runtime_error("the picture would be too large; choose a smaller " +
+                                 settingName("scale").toStdString());
     picture.fill(Qt::transparent);
     QPainter painter(&picture);
     painter.setRenderHint(QPainter::Antialiasing);

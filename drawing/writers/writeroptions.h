@@ -2,6 +2,7 @@
 
 #include <QColor>
 #include <QList>
+#include <QSizeF>
 
 #include <optional>
 
@@ -24,6 +25,12 @@ constexpr bool asPolylines(DxfCurves curves) {
     return curves == DxfCurves::Arcs || curves == DxfCurves::Lines;
 }
 
+/// Paper to put a drawing on.
+struct PaperChoice {
+    QSizeF millimetres;
+    bool isTurned = false; ///< as it is given; otherwise the drawing decides which way it lies
+};
+
 /// What the user can choose about the files.
 struct WriterOptions {
     bool outlinesOnly = false; ///< SVG: strokes in place of fills
@@ -41,4 +48,6 @@ struct WriterOptions {
     double deviation = 0.05; ///< pixels that arcs and straight pieces may be off the curves
     double scale = 1.0;      ///< PNG: its pixels a pixel of the image
     bool overlay = false;    ///< PNG: outlines over the faded image
+    std::optional<PaperChoice> paper; ///< PDF; none: a page of the drawing's size
+    double marginMillimetres = 10.0;  ///< PDF: of the paper
 };
