@@ -1,5 +1,6 @@
 #include "traceregions.h"
 
+#include "chainshapes.h"
 #include "crackmap.h"
 #include "labelimage.h"
 #include "mapassembly.h"
@@ -86,5 +87,9 @@ ovtrace::RegionMap OvTraceRegions::trace(const QImage& image) const {
     const LabelImage labels = labelPixels(pixels, colors, {});
     const RegionGrid grid = findRegions(pixels, labels);
     const CrackMap cracks = walkCracks(grid);
-    return assembleMap(grid, cracks, pixelEdges(cracks), labels.palette);
+    const bool pixels_ = options.value("fit", 1.0) == 0.0;
+    FitOptions fit;
+    fit.tolerance = options.value("tolerance", fit.tolerance);
+    ShapedChains shapes = pixels_ ? pixelEdges(cracks) : fitChains(pixels, labels, cracks, fit);
+    return assembleMap(grid, cracks, std::move(shapes), labels.palette);
 }

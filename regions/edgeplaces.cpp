@@ -1,0 +1,105 @@
+#include "edgeplaces.h"
+
+#include "profile.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace ovtrace {
+namespace {
+
+/// Steps on either side that tell the direction of a chain.
+constexpr std::int64_t DirectionReach = 4;
+/// The standard deviation, in pixels, of a place that is rounded to whole ones.
+constexpr double RoundedSigma = 0.2887;
+
+/// The steps of a chain by their place, going round where it is closed.
+class ChainSteps {
+public:
+    ChainSteps(const CrackMap& cracks, const CrackChain& chain)
+        : steps(cracks.steps.data() + chain.firstStep),
+          count(static_cast<std::int64_t>(chain.stepCount)), closed(chain.from < 0) {
+    }
+    std::int64_t size() const {
+        return count;
+    }
+    Step at(std::int64_t i) const {
+        return steps[i];
+    }
+    /// Whether the chain runs more along x than along y around a step.
+    bool isFlat(std::int64_t i) const {
+        GridPoint way;
+        for (std::int64_t k = i - DirectionReach; k <= i + DirectionReach; ++k) {
+            if (closed)
+                way = way + steps[(k % count + count) % count];
+            else if (k >= 0 && k < count)
+                way = way + steps[k];
+        }
+        if (std::abs(way.x) != std::abs(way.y))
+            return std::abs(way.x) > std::abs(way.y);
+        return steps[i] == Step::Right || steps[i] == Step::Left;
+    }
+
+private:
+    const Step* steps;
+    std::int64_t count;
+    bool closed;
+};
+
+/// Tells chains of an image without anti-aliasing: where they step from one row to the next, the
+/// pixels on both sides are pure. Only straight edges along the pixels look the same in others.
+class SharpnessCount {
+public:
+    void add(const EdgePlace& place, bool flat, double across) {
+        if (!place.sharp)
+            ++mixed;
+        else if (any && lastSharp && flat == lastFlat && across != lastAcross)
+            ++steps;
+        any = true;
+        lastSharp = place.sharp;
+        lastFlat = flat;
+        lastAcross = across;
+    }
+    bool isSharp() const {
+        return steps > mixed;
+    }
+
+private:
+    int mixed = 0;
+    int steps = 0;
+    bool any = false;
+    bool lastSharp = false;
+    bool lastFlat = false;
+    double lastAcross = 0.0;
+};
+
+} // namespace
+
+std::vector<Sample> EdgePlaces::placesOf(const CrackMap& cracks, const CrackChain& chain) const {
+    std::vector<Sample> samples;
+    const ChainSteps steps(cracks, chain);
+    SharpnessCount sharpness;
+    GridPoint p = chain.start;
+    for (std::int64_t i = 0; i < steps.size(); ++i) {
+        const Step step = steps.at(i);
+        const GridPoint here = p;
+        p = p + step;
+        const bool horizontal = step == Step::Right || step == Step::Left;
+        if (steps.isFlat(i) != horizontal)
+            continue;
+        const int x = std::min(here.x, p.x);
+        const int y = std::min(here.y, p.y);
+        const PixelLine line(image, labels, x, y, horizontal ? 0 : 1, horizontal ? 1 : 0);
+        const EdgePlace place = findEdge(line, options.noise);
+        const Point at = horizontal ? Point{x + 0.5, y + place.at} : Point{x + place.at, y + 0.5};
+        samples.push_back({at, place.sigma, place.loose});
+        sharpness.add(place, horizontal, horizontal ? at.y : at.x);
+    }
+    if (sharpness.isSharp()) {
+        for (Sample& sample : samples)
+            sample.sigma = std::max(sample.sigma, RoundedSigma);
+    }
+    return samples;
+}
+
+} // namespace ovtrace

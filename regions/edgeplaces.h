@@ -1,0 +1,39 @@
+#pragma once
+
+#include "crackmap.h"
+#include "labelimage.h"
+
+#include "shapes/moments.h"
+
+#include <vector>
+
+namespace ovtrace {
+
+/// How the places of edges are found.
+struct PlaceOptions {
+    /// How far a channel may be from a palette colour and still be pure: the image's noise.
+    int noise = 0;
+};
+
+/// Finds where the edge between two areas runs within the pixels that both share.
+///
+/// A pixel on an edge holds the share of it that each side covers. Summed across the edge, from a
+/// pixel of the one colour to one of the other, that is the mean place of the edge in that row or
+/// column: exact for straight edges, off by the curvature / 24 for others (height functions).
+class EdgePlaces {
+public:
+    EdgePlaces(const PixelView& image, const LabelImage& labels, const PlaceOptions& options)
+        : image(image), labels(labels), options(options) {
+    }
+
+    /// The places along a chain, in its order: one for each row that it crosses where it is steep,
+    /// one for each column where it is flat. Neither side is beyond the image.
+    std::vector<Sample> placesOf(const CrackMap& cracks, const CrackChain& chain) const;
+
+private:
+    const PixelView& image;
+    const LabelImage& labels;
+    PlaceOptions options;
+};
+
+} // namespace ovtrace

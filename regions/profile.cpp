@@ -1,0 +1,218 @@
+#include "profile.h"
+
+#include "mixing.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdlib>
+#include <optional>
+
+namespace ovtrace {
+namespace {
+
+/// Pixels that a blurred edge may be wide on either side.
+constexpr int Widest = 8;
+/// The standard deviation of a place that is known to within a pixel.
+constexpr double PixelSigma = 0.29;
+/// What coverage is rounded to by those who draw, as a standard deviation of a pixel's share.
+constexpr double DrawnSigma = 0.005;
+
+bool isPure(QRgb color, QRgb palette, int noise) {
+    return color == palette || (noise > 0 && std::abs(qRed(color) - qRed(palette)) <= noise &&
+                                std::abs(qGreen(color) - qGreen(palette)) <= noise &&
+                                std::abs(qBlue(color) - qBlue(palette)) <= noise &&
+                                std::abs(qAlpha(color) - qAlpha(palette)) <= noise);
+}
+
+/// A walk from the crack to the pure colour of one side.
+struct Side {
+    enum class End { Pure, Line, Lost };
+
+    End end = End::Lost;
+    int last = 0; ///< the last mixed pixel plus one step: the pure one, or the first beyond
+};
+
+class EdgeFinder {
+public:
+    EdgeFinder(const PixelLine& line, int noise)
+        : line(line), noise(noise), first(line.label(-1)), second(line.label(0)),
+          axis(line.paletteColor(first), line.paletteColor(second)) {
+    }
+
+    EdgePlace run() const {
+        const Side before = walk(-1);
+        const Side after = walk(1);
+        if (before.end == Side::End::Pure && after.end == Side::End::Pure)
+            return twoColors(before.last + 1, after.last);
+        if (before.end == Side::End::Pure && after.end == Side::End::Line)
+            return lineBeyond(before.last, after.last, 1);
+        if (before.end == Side::End::Line && after.end == Side::End::Pure)
+            return lineBeyond(after.last, before.last, -1);
+        return halfWay();
+    }
+
+private:
+    /// Walks away from the crack: to pixels 0, 1, ... for `way` 1, to -1, -2, ... for -1.
+    Side walk(int way) const {
+        const std::uint16_t label = way > 0 ? second : first;
+        const QRgb color = line.paletteColor(label);
+        int k = way > 0 ? 0 : -1;
+        for (int i = 0; i < Widest && line.contains(k); ++i, k += way) {
+            if (line.label(k) != label)
+                return {Side::End::Line, k};
+            if (isPure(line.color(k), color, noise))
+                return {Side::End::Pure, k};
+        }
+        return {Side::End::Lost, k};
+    }
+
+    double position(int k) const {
+        return axis.position(line.color(k));
+    }
+    double uncertainty(int pixels) const {
+        const double rounding = std::max(axis.step() * PixelSigma, DrawnSigma);
+        return std::sqrt(double(std::max(pixels, 1))) * rounding;
+    }
+    /// Mixed pixels from `begin` to `end`, pure ones around them.
+    EdgePlace twoColors(int begin, int end) const {
+        EdgePlace place;
+        double covered = 0.0;
+        double worst = 0.0;
+        for (int k = begin; k < end; ++k) {
+            const double t = position(k);
+            covered += t;
+            worst = std::max(worst, axis.residual(mixColor(line.color(k))) * axis.step());
+        }
+        place.at = end - covered;
+        place.sigma = uncertainty(end - begin);
+        place.sharp = begin == end;
+        spoil(place, worst);
+        return place;
+    }
+    /// A third colour in the run leaves open which of the two sides it took its share from.
+    static void spoil(EdgePlace& place, double residual) {
+        constexpr double Explained = 0.04;
+        if (residual <= Explained)
+            return;
+        place.sigma += residual / 2.0;
+        place.loose = true;
+    }
+
+    /// A line of the colour on one side of the crack, narrower than a pixel is sharp: `pure` is the
+    /// pure pixel on the other side, `beyond` the first pixel that belongs to what lies beyond the
+    /// line. `way` is that from the pure pixel to the line.
+    EdgePlace lineBeyond(int pure, int beyond, int way) const {
+        const std::uint16_t ground = way > 0 ? first : second;
+        const std::uint16_t ridge = way > 0 ? second : first;
+        const std::uint16_t other = line.label(beyond);
+        const QRgb otherColor = line.paletteColor(other);
+        int end = beyond;
+        for (int i = 0;; ++i, end += way) {
+            if (i == Widest || !line.contains(end) || line.label(end) != other)
+                return halfWay();
+            if (isPure(line.color(end), otherColor, noise))
+                break;
+        }
+        return betweenPure(pure, end, way,
+                           {line.paletteColor(ground), line.paletteColor(ridge), otherColor});
+    }
+
+    /// Ground, line and what lies beyond between two pure pixels: the line's area and its first
+    /// moment give both of its edges.
+    EdgePlace betweenPure(int pure, int end, int way, const std::array<QRgb, 3>& colors) const {
+        const ColorAxis toLine(colors[0], colors[1]);
+        const double beyond = toLine.rawPosition(mixColor(colors[2]));
+        const int count = std::abs(end - pure) - 1;
+        double sum = 0.0;
+        double moment = 0.0;
+        double worst = 0.0;
+        for (int i = 0; i < count; ++i) {
+            const MixColor color = mixColor(line.color(pure + (i + 1) * way));
+            const double t = toLine.rawPosition(color);
+            sum += t;
+            moment += t * (i + 0.5);
+            if (colors[0] == colors[2])
+                worst = std::max(worst, toLine.residual(color) * toLine.step());
+        }
+        const auto edge = nearEdge(sum, moment, beyond, count);
+        if (!edge)
+            return halfWay();
+        EdgePlace place;
+        // From the far side of the pure pixel, along `way`.
+        place.at = way > 0 ? pure + 1 + *edge : pure - *edge;
+        const double contrast = std::fabs(1.0 - beyond);
+        place.sigma = 1.5 * uncertainty(count) * std::max(toLine.step() / axis.step(), 1.0) /
+                      std::max(contrast, 0.1);
+        spoil(place, worst);
+        return place;
+    }
+    /// The nearer edge e of a line from e to f in a run of `count` pixels whose values are 0 before
+    /// it, 1 on it and `beyond` behind it, from the sum of the values and their first moment:
+    /// f - e + beyond (count - f) = sum, (f^2 - e^2 + beyond (count^2 - f^2)) / 2 = moment.
+    static std::optional<double> nearEdge(double sum, double moment, double beyond, double count) {
+        const double rest = 1.0 - beyond;
+        if (std::fabs(rest) < 0.05)
+            return std::nullopt;
+        // With s = sum - beyond count and m = 2 moment - beyond count^2: rest f - e = s and
+        // rest f^2 - e^2 = m, so e = rest f - s and rest (1 - rest) f^2 + 2 rest s f - s^2 - m = 0.
+        const double s = sum - beyond * count;
+        const double m = 2.0 * moment - beyond * count * count;
+        const double a = rest * beyond;
+        const double b = rest * s;
+        const double c = -(s * s) - m;
+        double f = 0.0;
+        if (std::fabs(a) < 1e-9) {
+            if (std::fabs(b) < 1e-9)
+                return std::nullopt;
+            f = -c / (2.0 * b);
+        } else {
+            const double root = b * b - a * c;
+            if (root < 0.0)
+                return std::nullopt;
+            // The one of both that makes a line of positive width within the run.
+            const double square = std::sqrt(root);
+            f = (-b + square) / a;
+            const double other = (-b - square) / a;
+            const auto fits = [&](double g) {
+                const double e = rest * g - s;
+                return g >= e && e > -0.5 && g < count + 0.5;
+            };
+            if (!fits(f) ||
+                (fits(other) && std::fabs(other - count / 2) < std::fabs(f - count / 2)))
+                f = other;
+            if (!fits(f))
+                return std::nullopt;
+        }
+        const double e = rest * f - s;
+        if (!(f >= e) || e < -1.0 || f > count + 1.0)
+            return std::nullopt;
+        return e;
+    }
+
+    /// Where the two pixels at the crack are mixed half and half, in between: a last resort.
+    EdgePlace halfWay() const {
+        EdgePlace place;
+        const double a = position(-1);
+        const double b = position(0);
+        if (b > a)
+            place.at = std::clamp(0.5 - (b - 0.5) / (b - a), -0.5, 0.5);
+        place.sigma = PixelSigma;
+        place.loose = true;
+        return place;
+    }
+
+    const PixelLine& line;
+    int noise;
+    std::uint16_t first;
+    std::uint16_t second;
+    ColorAxis axis;
+};
+
+} // namespace
+
+EdgePlace findEdge(const PixelLine& line, int noise) {
+    return EdgeFinder(line, noise).run();
+}
+
+} // namespace ovtrace
