@@ -3,6 +3,7 @@
 #include "edgeplaces.h"
 
 #include "shapes/joining.h"
+#include "shapes/junctions.h"
 
 #include <algorithm>
 #include <optional>
@@ -28,10 +29,17 @@ public:
           options(options) {
     }
 
-    ShapedChains run() {
+    std::optional<ShapedChains> run(const std::function<bool(double)>& report) {
         fitted.resize(cracks.chains.size());
-        for (std::size_t i = 0; i < cracks.chains.size(); ++i)
+        std::size_t steps = 0;
+        for (std::size_t i = 0; i < cracks.chains.size(); ++i) {
             fit(i);
+            steps += cracks.chains[i].stepCount;
+            // A thousand steps take less than 20 ms.
+            if (steps / 1024 != (steps - cracks.chains[i].stepCount) / 1024 &&
+                !report(0.8 * double(steps) / double(cracks.steps.size())))
+                return std::nullopt;
+        }
         placeJunctions();
         for (std::size_t i = 0; i < cracks.chains.size(); ++i) {
             shapes.starts.push_back(shapes.pieces.size());
@@ -63,57 +71,47 @@ private:
 
     /// The carriers that end in each junction.
     void placeJunctions() {
-        std::vector<std::vector<const Carrier*>> ends(cracks.junctions.size());
+        std::vector<std::vector<JunctionEnd>> ends(cracks.junctions.size());
         for (std::size_t i = 0; i < cracks.chains.size(); ++i) {
             const CrackChain& chain = cracks.chains[i];
             const ChainModel& model = fitted[i].model;
             if (chain.from < 0 || model.carriers.empty())
                 continue;
-            ends[static_cast<std::size_t>(chain.from)].push_back(&model.carriers.front());
-            ends[static_cast<std::size_t>(chain.to)].push_back(&model.carriers.back());
+            const Carrier& first = model.carriers.front();
+            const Carrier& last = model.carriers.back();
+            const std::vector<Sample>& samples = fitted[i].samples;
+            ends[static_cast<std::size_t>(chain.from)].push_back(
+                {first, samples[static_cast<std::size_t>(first.first)].at});
+            ends[static_cast<std::size_t>(chain.to)].push_back(
+                {last, samples[static_cast<std::size_t>(last.last)].at});
         }
         for (std::size_t i = 0; i < cracks.junctions.size(); ++i)
             shapes.junctions.push_back(meeting(cracks.junctions[i], ends[i]));
     }
 
-    /// The place next to all carriers, near the corner between pixels where the chains meet; on the
-    /// rim of the image it stays there.
-    Point meeting(GridPoint corner, const std::vector<const Carrier*>& carriers) const {
-        const Point start = toPoint(corner);
+    /// The place next to all carriers; on the rim of the image it stays there.
+    Point meeting(GridPoint corner, const std::vector<JunctionEnd>& found) const {
+        constexpr double Spread = 0.7;   // pixels: how far a junction may be from its corner
+        constexpr double Farthest = 2.0; // pixels: beyond, the carriers are not those of the corner
+        const Point around = toPoint(corner);
         const bool fixedX = corner.x == 0 || corner.x == width;
         const bool fixedY = corner.y == 0 || corner.y == height;
-        Point at = start;
-        for (int round = 0; round < 4; ++round) {
-            // The corner itself counts as a place known to a pixel, the carriers to a hundredth.
-            constexpr double CornerWeight = 1e-3;
-            double xx = CornerWeight;
-            double xy = 0.0;
-            double yy = CornerWeight;
-            Point sum = (start - at) * CornerWeight;
-            for (const Carrier* carrier : carriers) {
-                const Point way = projected(*carrier, at) - at;
-                const Point normal = turnedQuarter(directionAt(*carrier, at));
-                const double off = dot(way, normal);
-                xx += normal.x * normal.x;
-                xy += normal.x * normal.y;
-                yy += normal.y * normal.y;
-                sum += normal * off;
-            }
-            if (fixedX && fixedY)
-                break;
-            if (fixedX) {
-                at.y += sum.y / yy;
-            } else if (fixedY) {
-                at.x += sum.x / xx;
-            } else {
-                const double determinant = xx * yy - xy * xy;
-                at += Point{(sum.x * yy - sum.y * xy) / determinant,
-                            (sum.y * xx - sum.x * xy) / determinant};
-            }
+        if (fixedX && fixedY)
+            return around;
+        std::vector<JunctionEnd> ends = found;
+        if (fixedX || fixedY) {
+            Carrier rim;
+            rim.at = around;
+            rim.direction = fixedX ? Point{0.0, 1.0} : Point{1.0, 0.0};
+            ends.push_back({rim, around});
         }
-        constexpr double Farthest = 2.0; // pixels: beyond, the carriers are not those of the corner
-        if (!isFinite(at) || distance(at, start) > Farthest)
-            return start;
+        Point at = meetingPoint(ends, around, Spread);
+        if (!isFinite(at) || distance(at, around) > Farthest)
+            at = around;
+        if (fixedX)
+            at.x = around.x;
+        if (fixedY)
+            at.y = around.y;
         return {std::clamp(at.x, 0.0, double(width)), std::clamp(at.y, 0.0, double(height))};
     }
 
@@ -167,9 +165,10 @@ private:
 
 } // namespace
 
-ShapedChains fitChains(const PixelView& image, const LabelImage& labels, const CrackMap& cracks,
-                       const FitOptions& options) {
-    return ChainFitter(image, labels, cracks, options).run();
+std::optional<ShapedChains> fitChains(const PixelView& image, const LabelImage& labels,
+                                      const CrackMap& cracks, const FitOptions& options,
+                                      const std::function<bool(double)>& report) {
+    return ChainFitter(image, labels, cracks, options).run(report);
 }
 
 } // namespace ovtrace

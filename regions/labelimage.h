@@ -29,6 +29,9 @@ struct LabelImage {
     int width = 0;
     int height = 0;
     std::vector<QRgb> palette;
+    /// Pixels of the first colours have exactly those or are mixes; the colours after them stand
+    /// for groups of similar ones.
+    std::size_t plainColors = 0;
     std::vector<std::uint16_t> labels;
 
     /// Most colours that a palette may have.

@@ -1,5 +1,6 @@
 #include "mixlabels.h"
 
+#include "clusters.h"
 #include "colorcounts.h"
 #include "mixing.h"
 
@@ -70,6 +71,10 @@ public:
         for (Mix& mix : mixes)
             explain(mix);
         explainLonely();
+        if (options.mayAddColors)
+            addLineColors();
+        labels.plainColors = labels.palette.size();
+        labelStrange();
         for (const Mix& mix : mixes)
             labels.row(mix.y)[mix.x] = mix.label();
         keepRidges();
@@ -209,24 +214,107 @@ private:
     /// What no colours nearby explain: lines that are nowhere covered whole, of a colour that lies
     /// elsewhere in the image or nowhere.
     void explainLonely() {
-        for (const std::size_t i : lonely)
-            explainByFar(mixes[i]);
+        std::erase_if(lonely, [this](std::size_t i) { return explainByFar(mixes[i]); });
+    }
+
+    /// Adds the colours of lines that are nowhere covered whole: those ridges that explain most of
+    /// what is not explained.
+    void addLineColors() {
+        // Where most pixels are strange they are no lines but a photograph.
+        constexpr std::size_t MostTried = 1024;
+        constexpr int FewestPixels = 3;
+        if (lonely.size() > labels.labels.size() / 8)
+            return;
+        constexpr int MostAdded = 16;
+        for (int added = 0;
+             added < MostAdded && labels.palette.size() < options.mostColors && !lonely.empty();
+             ++added) {
+            const std::size_t stride = lonely.size() / MostTried + 1;
+            ColorCounts ridges;
+            for (std::size_t i = 0; i < lonely.size(); i += stride) {
+                const Mix& mix = mixes[lonely[i]];
+                const Neighbours around = neighboursOf(mix.x, mix.y);
+                if (around.count > 0)
+                    ridges.add(ridgeAround(mix, around[0]));
+            }
+            QRgb best = 0;
+            const int explained = bestRidge(ridges, stride, best);
+            if (explained < FewestPixels)
+                return;
+            labels.palette.push_back(best);
+            colors.push_back(mixColor(best));
+            explainLonely();
+        }
+    }
+    /// How many strange pixels the ridge explains that explains most, which `best` is set to.
+    int bestRidge(const ColorCounts& ridges, std::size_t stride, QRgb& best) const {
+        constexpr std::size_t MostRidges = 64;
+        std::vector<ColorCounts::Entry> order = ridges.entries();
+        std::stable_sort(order.begin(), order.end(),
+                         [](const auto& a, const auto& b) { return a.count > b.count; });
+        order.resize(std::min(order.size(), MostRidges));
+        int most = 0;
+        for (const ColorCounts::Entry& entry : order) {
+            int explained = 0;
+            for (std::size_t i = 0; i < lonely.size(); i += stride) {
+                const Mix& mix = mixes[lonely[i]];
+                const Neighbours around = neighboursOf(mix.x, mix.y);
+                if (around.count == 0)
+                    continue;
+                const ColorAxis way(labels.palette[around[0]], entry.color);
+                const MixColor color = mixColor(image.at(mix.x, mix.y));
+                explained += int(way.residual(color) <= options.tolerance);
+            }
+            if (explained > most) {
+                most = explained;
+                best = entry.color;
+            }
+        }
+        return most;
+    }
+
+    /// Gives what is not explained the nearest colour, of groups of similar ones where it is much.
+    void labelStrange() {
+        // Stray pixels are not worth a colour.
+        constexpr std::size_t Stray = 200;
+        if (options.mayAddColors && lonely.size() > labels.labels.size() / Stray &&
+            labels.palette.size() < options.mostColors)
+            addGroups();
+        for (const std::size_t i : lonely) {
+            Mix& mix = mixes[i];
+            mix.a = mix.b = nearest(mixColor(image.at(mix.x, mix.y)));
+        }
+    }
+    void addGroups() {
+        // Colours that differ in the last three bits of the channels are counted as one.
+        constexpr QRgb Coarse = 0xf8f8f8f8U;
+        constexpr QRgb Middle = 0x04040404U;
+        ColorCounts counts;
+        for (const std::size_t i : lonely) {
+            const QRgb color = image.at(mixes[i].x, mixes[i].y);
+            const QRgb alpha = color >> 24 >= 0xf8U ? 0xff000000U : 0U;
+            counts.add((color & Coarse) | Middle | alpha);
+        }
+        for (const QRgb color : clusterColors(counts, options.mostColors - labels.palette.size())) {
+            labels.palette.push_back(color);
+            colors.push_back(mixColor(color));
+        }
     }
 
     /// The colour in the neighbourhood that is the farthest from `from`: a line's ridge.
-    MixColor ridgeAround(const Mix& mix, std::uint16_t from) const {
-        MixColor ridge = mixColor(image.at(mix.x, mix.y));
-        double farthest = distance(ridge, colors[from]);
+    QRgb ridgeAround(const Mix& mix, std::uint16_t from) const {
+        QRgb ridge = image.at(mix.x, mix.y);
+        double farthest = distance(mixColor(ridge), colors[from]);
         for (const Offset offset : Around) {
             const int x = mix.x + offset.x;
             const int y = mix.y + offset.y;
             if (x < 0 || y < 0 || x >= image.width || y >= image.height ||
                 labels.at(x, y) != Unknown)
                 continue;
-            const MixColor color = mixColor(image.at(x, y));
-            if (distance(color, colors[from]) > farthest) {
-                farthest = distance(color, colors[from]);
-                ridge = color;
+            const double apart = distance(mixColor(image.at(x, y)), colors[from]);
+            if (apart > farthest) {
+                farthest = apart;
+                ridge = image.at(x, y);
             }
         }
         return ridge;
@@ -238,16 +326,15 @@ private:
         return sum;
     }
 
-    void explainByFar(Mix& mix) {
+    bool explainByFar(Mix& mix) const {
         const MixColor color = mixColor(image.at(mix.x, mix.y));
         const Neighbours around = neighboursOf(mix.x, mix.y);
         for (int i = 0; i < around.count && mix.b == Unknown; ++i)
             explainFrom(mix, color, around[i]);
-        if (mix.b == Unknown)
-            mix.a = mix.b = nearest(color);
+        return mix.b != Unknown;
     }
-    void explainFrom(Mix& mix, const MixColor& color, std::uint16_t from) {
-        const MixColor ridge = ridgeAround(mix, from);
+    void explainFrom(Mix& mix, const MixColor& color, std::uint16_t from) const {
+        const MixColor ridge = mixColor(ridgeAround(mix, from));
         double bestReach = 0.0;
         for (std::size_t k = 0; k < colors.size(); ++k) {
             const auto to = static_cast<std::uint16_t>(k);

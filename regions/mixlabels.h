@@ -10,8 +10,8 @@ struct MixOptions {
     /// roundings of some paintings one over the other, or the image's noise.
     double tolerance = 6.0;
     /// Most colours in the end; those of the given palette are never fewer.
-    std::size_t mostColors = 256;
-    /// Whether lines that are nowhere covered whole may bring colours of their own.
+    std::size_t mostColors = 64;
+    /// Whether what the palette does not explain may bring colours of its own.
     bool mayAddColors = true;
 };
 
@@ -20,6 +20,10 @@ struct MixOptions {
 ///
 /// Lines narrower than a pixel keep their colour: a pixel that is the ridge of a line belongs to it
 /// when it is covered by more than half of what the ridge is covered there.
+///
+/// What neither is of a palette colour nor a mix brings colours of its own: those of lines first,
+/// then, where it is much (gradients, photographs), groups of similar colours. They come after
+/// those of the palette, and LabelImage::plainColors tells where.
 LabelImage labelPixels(const PixelView& image, std::vector<QRgb> palette,
                        const MixOptions& options);
 

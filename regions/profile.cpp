@@ -41,6 +41,12 @@ public:
     }
 
     EdgePlace run() const {
+        if (line.isGroup(first) || line.isGroup(second)) {
+            // The colours run into each other: the edge is where they are half of each.
+            EdgePlace place = halfWay();
+            place.loose = false;
+            return place;
+        }
         const Side before = walk(-1);
         const Side after = walk(1);
         if (before.end == Side::End::Pure && after.end == Side::End::Pure)

@@ -32,6 +32,10 @@ public:
     std::uint16_t label(int k) const {
         return labels.at(x + k * dx, y + k * dy);
     }
+    /// Whether a label stands for a group of similar colours.
+    bool isGroup(std::uint16_t label) const {
+        return label >= labels.plainColors;
+    }
     QRgb paletteColor(std::uint16_t label) const {
         return labels.palette[label];
     }

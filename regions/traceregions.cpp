@@ -1,6 +1,7 @@
 #include "traceregions.h"
 
 #include "chainshapes.h"
+#include "clusters.h"
 #include "crackmap.h"
 #include "labelimage.h"
 #include "mapassembly.h"
@@ -8,8 +9,14 @@
 #include "outlines.h"
 #include "purecolors.h"
 #include "regiongrid.h"
+#include "regionoptions.h"
+#include "specks.h"
+#include "traceprogress.h"
 
 #include <QImage>
+
+#include <optional>
+#include <utility>
 
 OvTraceRegions::OvTraceRegions() = default;
 OvTraceRegions::OvTraceRegions(const OvTraceRegions& other) = default;
@@ -67,6 +74,39 @@ PixelView viewOf(const QImage& image) {
             image.height()};
 }
 
+/// Every pixel's colour: of those given, or of those found.
+LabelImage findLabels(const PixelView& pixels, const QList<QRgb>& given,
+                      const RegionOptions& settings) {
+    MixOptions mixing;
+    mixing.mayAddColors = given.isEmpty();
+    mixing.mostColors = settings.mostColors;
+    std::vector<QRgb> colors(given.begin(), given.end());
+    if (colors.empty())
+        colors = leadingColors(findPureColors(pixels).blocks, mixing.mostColors);
+    if (colors.empty())
+        colors.push_back(pixels.at(0, 0));
+    return labelPixels(pixels, std::move(colors), mixing);
+}
+
+/// Square pixels: photographs have noise, drawings have details.
+double usualSpeck(const LabelImage& labels) {
+    return labels.plainColors < labels.palette.size() ? 12.0 : 0.0;
+}
+
+/// Reports what is done of a trace.
+class Stages {
+public:
+    explicit Stages(OvTraceProgress* progress) : progress(progress) {
+    }
+    /// Returns whether the trace shall go on.
+    bool done(double fraction) const {
+        return progress == nullptr || progress->report(fraction);
+    }
+
+private:
+    OvTraceProgress* progress;
+};
+
 } // namespace
 } // namespace ovtrace
 
@@ -74,22 +114,29 @@ ovtrace::RegionMap OvTraceRegions::trace(const QImage& image) const {
     using namespace ovtrace;
     if (image.isNull())
         return {};
+    const RegionOptions settings = readRegionOptions(options);
+    Stages stages(progress);
     const QImage plain = plainImage(image);
     const PixelView pixels = viewOf(plain);
-    std::vector<QRgb> colors(palette.begin(), palette.end());
-    if (colors.empty()) {
-        const PureColors pure = findPureColors(pixels);
-        for (const ColorCounts::Entry& entry : pure.blocks.entries())
-            colors.push_back(entry.color);
-    }
-    if (colors.empty())
-        colors = {qRgb(0, 0, 0), qRgb(255, 255, 255)};
-    const LabelImage labels = labelPixels(pixels, colors, {});
-    const RegionGrid grid = findRegions(pixels, labels);
+    LabelImage labels = findLabels(pixels, palette, settings);
+    if (!stages.done(0.3))
+        return {};
+    RegionGrid grid = findRegions(pixels, labels);
+    const double speck = settings.speck >= 0.0 ? settings.speck : usualSpeck(labels);
+    if (mergeSpecks(labels, grid, speck))
+        grid = findRegions(pixels, labels);
+    if (!stages.done(0.4))
+        return {};
     const CrackMap cracks = walkCracks(grid);
-    const bool pixels_ = options.value("fit", 1.0) == 0.0;
+    if (!stages.done(0.5))
+        return {};
     FitOptions fit;
-    fit.tolerance = options.value("tolerance", fit.tolerance);
-    ShapedChains shapes = pixels_ ? pixelEdges(cracks) : fitChains(pixels, labels, cracks, fit);
-    return assembleMap(grid, cracks, std::move(shapes), labels.palette);
+    fit.tolerance = settings.tolerance;
+    fit.cubics = settings.cubics;
+    const auto go = [&stages](double fraction) { return stages.done(0.5 + fraction / 2.0); };
+    std::optional<ShapedChains> shapes =
+        settings.exactPixels ? pixelEdges(cracks) : fitChains(pixels, labels, cracks, fit, go);
+    if (!shapes)
+        return {};
+    return assembleMap(grid, cracks, std::move(*shapes), labels.palette);
 }
