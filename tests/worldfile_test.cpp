@@ -17,7 +17,7 @@
 
 namespace {
 
-using Ring = std::vector<QPointF>;
+using PlainRing = std::vector<QPointF>;
 
 const WorldNumbers Metres{2.0, 0.0, 0.0, -2.0, 500001.0, 5800099.0};
 
@@ -49,15 +49,15 @@ QJsonObject geoJson(const Drawing& drawing) {
     return document.object();
 }
 
-Ring ringOf(const QJsonObject& collection) {
-    Ring ring;
+PlainRing ringOf(const QJsonObject& collection) {
+    PlainRing ring;
     const QJsonArray points = collection["features"][0]["geometry"]["coordinates"][0].toArray();
     for (const QJsonValue point : points)
         ring.emplace_back(point[0].toDouble(), point[1].toDouble());
     return ring;
 }
 
-double area(const Ring& ring) {
+double area(const PlainRing& ring) {
     double sum = 0.0;
     for (std::size_t i = 0; i + 1 < ring.size(); ++i)
         sum += (ring[i].x() * ring[i + 1].y() - ring[i + 1].x() * ring[i].y()) / 2.0;
@@ -120,19 +120,20 @@ TEST(WorldFile, GeoJsonSaysItsSystem) {
     drawing.crs = "EPSG:25832";
     const QJsonObject world = geoJson(drawing);
     EXPECT_EQ(world["crs"]["properties"]["name"].toString(), "urn:ogc:def:crs:EPSG::25832");
-    const Ring ring = ringOf(world);
+    const PlainRing ring = ringOf(world);
     EXPECT_EQ(ring.front(), QPointF(500020, 5800060));
     EXPECT_DOUBLE_EQ(area(ring), 400.0);
     drawing.world = QTransform(2, 0, 0, -2, 0, 0);
     EXPECT_DOUBLE_EQ(area(ringOf(geoJson(drawing))), 400.0) << "counter-clockwise in a mirror too";
     drawing.crs = "a \"system\"";
-    EXPECT_EQ(geoJson(drawing)["crs"]["properties"]["name"].toString(), "a \"system\"");
+    const QJsonObject named = geoJson(drawing);
+    EXPECT_EQ(named["crs"]["properties"]["name"].toString(), "a \"system\"");
 }
 
 TEST(PolygonRing, StaysInsideTheImageAndHasAnArea) {
     const QSize image(10, 10);
     EXPECT_EQ(polygonRing({{-1, 2}, {5, -3}, {5, 5}, {-1, 2}}, image),
-              Ring({{0, 2}, {5, 0}, {5, 5}, {0, 2}}));
+              PlainRing({{0, 2}, {5, 0}, {5, 5}, {0, 2}}));
     EXPECT_TRUE(polygonRing({{1, 1}, {5, 5}, {1, 1}}, image).empty());
     EXPECT_TRUE(polygonRing({{1, 1}, {5, 5}, {3, 3}, {1, 1}}, image).empty());
     EXPECT_TRUE(polygonRing({{11, 1}, {15, 5}, {12, 8}, {11, 1}}, image).empty()) << "outside";
@@ -142,13 +143,13 @@ TEST(PolygonRing, StaysInsideTheImageAndHasAnArea) {
 
 TEST(PolygonRing, LosesSpikesAndRepeatedPoints) {
     const QSize image(10, 10);
-    const Ring plain{{1, 1}, {5, 1}, {5, 5}, {1, 1}};
+    const PlainRing plain{{1, 1}, {5, 1}, {5, 5}, {1, 1}};
     EXPECT_EQ(polygonRing({{1, 1}, {5, 1}, {5, 1}, {5, 5}, {1, 1}}, image), plain);
     EXPECT_EQ(polygonRing({{1, 1}, {5, 1}, {8, 1}, {5, 1}, {5, 5}, {1, 1}}, image), plain);
     EXPECT_EQ(polygonRing({{1, 1}, {5, 1}, {5, 5}, {1, 1}, {0, 0}, {1, 1}}, image), plain)
         << "at its start";
     EXPECT_EQ(polygonRing({{0, 0}, {1, 1}, {5, 1}, {5, 5}, {1, 1}, {0, 0}}, image),
-              Ring({{1, 1}, {5, 1}, {5, 5}, {1, 1}}));
+              PlainRing({{1, 1}, {5, 1}, {5, 5}, {1, 1}}));
 }
 
 TEST(PolygonRing, CrossingsAreFound) {
