@@ -341,7 +341,9 @@ void dropExplained(std::vector<Stroke>& strokes, Pace& pace) {
     const StrokeGrid grid(strokes, right, bottom);
     std::vector<int> near;
     double done = 0.0;
-    for (const auto& [length, i] : order) {
+    for (const std::pair<double, int>& entry : order) {
+        const double length = entry.first;
+        const int i = entry.second;
         pace.step(done += 1.0, static_cast<double>(order.size()));
         Stroke& stroke = strokes[static_cast<std::size_t>(i)];
         if (stroke.closed)
