@@ -564,17 +564,35 @@ ChainModel closedModel(std::span<const Sample> samples, const FitOptions& option
     return model;
 }
 
-} // namespace
-
-ChainModel segmentChain(std::span<const Sample> samples, bool closed, const FitOptions& options) {
-    if (samples.size() < 2)
-        return {};
+ChainModel modelOf(std::span<const Sample> samples, bool closed, const FitOptions& options) {
     if (closed)
         return closedModel(samples, options);
     ChainModel model;
     Weighted data = weighted(samples, 0, false, options);
     model.carriers = explain(data, options).carriers;
     return model;
+}
+
+/// The samples with what loose ones are worth where there are no others: half a pixel.
+std::vector<Sample> tightened(std::span<const Sample> samples) {
+    constexpr double doubtful = 0.5;
+    std::vector<Sample> result(samples.begin(), samples.end());
+    for (Sample& sample : result)
+        if (sample.loose)
+            sample = {sample.at, std::max(sample.sigma, doubtful), false};
+    return result;
+}
+
+} // namespace
+
+ChainModel segmentChain(std::span<const Sample> samples, bool closed, const FitOptions& options) {
+    if (samples.size() < 2)
+        return {};
+    ChainModel model = modelOf(samples, closed, options);
+    const bool anyLoose = std::any_of(samples.begin(), samples.end(),
+                                      [](const Sample& sample) { return sample.loose; });
+    return model.carriers.empty() && anyLoose ? modelOf(tightened(samples), closed, options)
+                                              : model;
 }
 
 } // namespace ovtrace

@@ -107,3 +107,12 @@ TEST(Segmentation, ThinLoopIsNeitherACircleNorALine) {
         samples.push_back({{static_cast<double>(k), 0.6}, 0.4, false});
     EXPECT_GE(segmentChain(samples, false, {}).carriers.size(), 2u);
 }
+
+TEST(Segmentation, WhereAllAreLooseTheyCountAfterAll) {
+    std::vector<Sample> samples;
+    for (int k = 0; k < 12; ++k)
+        samples.push_back({{k + 0.5, 3.0}, 0.01, true});
+    const ChainModel model = segmentChain(samples, false, {});
+    ASSERT_EQ(model.carriers.size(), 1u);
+    EXPECT_TRUE(model.carriers[0].isLine());
+}
