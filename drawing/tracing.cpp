@@ -60,13 +60,14 @@ void appendOutline(OvPolyline& polyline, PathList& paths) {
     polyline = OvPolyline();
 }
 
-void traceOutlines(const TraceSettings& settings, Drawing& drawing) {
+void traceOutlines(const TraceSettings& settings, OvTraceProgress* progress, Drawing& drawing) {
     OvTraceBitmap tracer;
     setOptions(tracer, settings);
     if (settings.mode == Mode::Bw &&
         drawing.image.pixelFormat().colorModel() == QPixelFormat::Indexed)
         thresholdColorTable(drawing.image, tracer);
     OvTraceBitmap::seedRandom(1);
+    tracer.setProgress(progress);
     QList<OvPolyline> polylines = tracer.trace(drawing.image);
     const QList<int> layers = tracer.getPolylineLayers();
     for (qsizetype i = 0; i < polylines.size(); ++i) {
@@ -110,7 +111,7 @@ Drawing traceImage(InputImage&& input, const TraceSettings& settings, OvTracePro
     else if (settings.method == Method::Centerlines)
         traceCenterlines(settings, progress, drawing);
     else
-        traceOutlines(settings, drawing);
+        traceOutlines(settings, progress, drawing);
     return drawing;
 }
 

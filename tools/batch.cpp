@@ -17,12 +17,28 @@
 
 #include <new>
 #include <optional>
+#include <traceprogress.h>
 
 namespace {
 
 double secondsSince(QElapsedTimer& timer) {
     return static_cast<double>(timer.nsecsElapsed()) / 1e9;
 }
+
+/// Shows how much of an image is traced. A key or a signal that ends the program does so at once
+/// and needs nobody to ask here.
+class ShareOfImage : public OvTraceProgress {
+public:
+    explicit ShareOfImage(BatchReport& report) : batch(report) {
+    }
+    bool report(double fraction) override {
+        batch.setShare(fraction);
+        return true;
+    }
+
+private:
+    BatchReport& batch;
+};
 
 /// One after another, in this process.
 class Sequence {
@@ -73,7 +89,8 @@ private:
         checkTracingMemory(nameOf(job), input, arguments.settings, writingBytes(input.image));
         timer.restart();
         const ImagePlace place = input.place;
-        Drawing drawing = traceImage(std::move(input), arguments.settings);
+        ShareOfImage share(report);
+        Drawing drawing = traceImage(std::move(input), arguments.settings, &share);
         setSize(drawing, nameOf(job), place, arguments.size);
         timings.tracing = secondsSince(timer);
         timer.restart();
