@@ -31,6 +31,13 @@ private:
         const GridPoint right = pixelRightOf(p, step);
         return grid.at(left.x, left.y) != grid.at(right.x, right.y);
     }
+    /// Whether an edge has an area on one side at least: what is transparent has none, nor has what
+    /// lies beyond the image, but where these two meet the rim of an area has a corner.
+    bool hasArea(GridPoint p, Step step) const {
+        const GridPoint left = pixelLeftOf(p, step);
+        const GridPoint right = pixelRightOf(p, step);
+        return grid.at(left.x, left.y) >= 0 || grid.at(right.x, right.y) >= 0;
+    }
     std::size_t indexOf(GridPoint p) const {
         return static_cast<std::size_t>(p.y) * columns + static_cast<std::size_t>(p.x);
     }
@@ -95,8 +102,8 @@ private:
         chain.from = from;
         const GridPoint left = pixelLeftOf(start, step);
         const GridPoint right = pixelRightOf(start, step);
-        chain.left = grid.at(left.x, left.y);
-        chain.right = grid.at(right.x, right.y);
+        chain.left = std::max(grid.at(left.x, left.y), RegionGrid::Outside);
+        chain.right = std::max(grid.at(right.x, right.y), RegionGrid::Outside);
         GridPoint p = start;
         const Step first = step;
         while (true) {
@@ -133,7 +140,7 @@ private:
         for (std::size_t i = 0; i < map.junctions.size(); ++i) {
             const GridPoint p = map.junctions[i];
             for (const Step step : Steps) {
-                if (isCrack(p, step) && !isPassed(p, step))
+                if (isCrack(p, step) && hasArea(p, step) && !isPassed(p, step))
                     walk(p, step, static_cast<std::int32_t>(i));
             }
         }
@@ -141,7 +148,7 @@ private:
     void walkLoops() {
         forEachCorner([this](GridPoint p) {
             for (const Step step : {Step::Right, Step::Down}) {
-                if (isCrack(p, step) && !isPassed(p, step))
+                if (isCrack(p, step) && hasArea(p, step) && !isPassed(p, step))
                     walk(p, step, -1);
             }
         });

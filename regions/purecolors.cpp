@@ -26,4 +26,14 @@ PureColors findPureColors(const PixelView& image) {
     return pure;
 }
 
+ColorCounts countColors(const PixelView& image, std::size_t most) {
+    ColorCounts counts;
+    for (int y = 0; y < image.height && counts.entries().size() <= most; ++y) {
+        const QRgb* row = image.row(y);
+        for (int x = 0; x < image.width; ++x)
+            counts.add(row[x]);
+    }
+    return counts;
+}
+
 } // namespace ovtrace

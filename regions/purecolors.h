@@ -16,4 +16,7 @@ struct PureColors {
 
 PureColors findPureColors(const PixelView& image);
 
+/// All colours with the number of their pixels; counting ends when there are more than `most`.
+ColorCounts countColors(const PixelView& image, std::size_t most);
+
 } // namespace ovtrace

@@ -11,6 +11,7 @@ namespace ovtrace {
 /// where the other two pixels are not.
 struct RegionGrid {
     static constexpr std::int32_t Outside = -1; ///< transparent
+    static constexpr std::int32_t Beyond = -2;  ///< not in the image
 
     int width = 0;
     int height = 0;
@@ -25,7 +26,7 @@ struct RegionGrid {
     /// The area at a place that may lie beyond the image.
     std::int32_t at(int x, int y) const {
         if (x < 0 || y < 0 || x >= width || y >= height)
-            return Outside;
+            return Beyond;
         return ids[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
                    static_cast<std::size_t>(x)];
     }

@@ -3,6 +3,7 @@
 #include "mixing.h"
 
 #include <algorithm>
+#include <array>
 
 namespace ovtrace {
 namespace {
@@ -20,6 +21,21 @@ int majority(const LabelImage& labels, int x, int y, std::uint16_t a, std::uint1
     return difference;
 }
 
+/// Whether both colours cover pixels around the corner whole.
+bool reachesBoth(const PixelView& image, const ColorAxis& axis, int x, int y) {
+    constexpr double Whole = 0.95;
+    double least = 1.0;
+    double most = 0.0;
+    for (int row = std::max(y - 2, 0); row < std::min(y + 2, image.height); ++row) {
+        for (int column = std::max(x - 2, 0); column < std::min(x + 2, image.width); ++column) {
+            const double t = axis.position(image.at(column, row));
+            least = std::min(least, t);
+            most = std::max(most, t);
+        }
+    }
+    return most >= Whole && least <= 1.0 - Whole;
+}
+
 } // namespace
 
 bool joinsFalling(const PixelView& image, const LabelImage& labels, int x, int y) {
@@ -28,13 +44,17 @@ bool joinsFalling(const PixelView& image, const LabelImage& labels, int x, int y
     const QRgb a = labels.palette[falling];
     const QRgb b = labels.palette[rising];
     const ColorAxis axis(a, b);
-    const double covered = axis.position(image.at(x - 1, y - 1)) + axis.position(image.at(x, y)) +
-                           axis.position(image.at(x, y - 1)) + axis.position(image.at(x - 1, y));
+    const std::array shares{axis.position(image.at(x - 1, y - 1)), axis.position(image.at(x, y)),
+                            axis.position(image.at(x, y - 1)), axis.position(image.at(x - 1, y))};
+    const double covered = shares[0] + shares[1] + shares[2] + shares[3];
+    // A line that covers no pixel whole is held against what it reaches here.
+    const auto [least, most] = std::minmax_element(shares.begin(), shares.end());
+    const double half = reachesBoth(image, axis, x, y) ? 2.0 : 2.0 * (*least + *most);
     // Four coverages, each known to a step of the colours.
     const double uncertainty = 4.0 * axis.step();
-    if (covered < 2.0 - uncertainty)
+    if (covered < half - uncertainty)
         return true;
-    if (covered > 2.0 + uncertainty)
+    if (covered > half + uncertainty)
         return false;
     const int more = majority(labels, x, y, falling, rising);
     if (more != 0)

@@ -8,8 +8,9 @@ namespace ovtrace {
 /// and the lower-right pixel belong together, rather than the other two.
 ///
 /// For corners where two colours meet crosswise. In a smooth image the mean of the four says which
-/// colour covers the corner. Where that says nothing, the colour that is rarer around the corner is
-/// held to be a line, as a reader would; among equals the darker one.
+/// colour covers the corner, more than half or, where a line covers no pixel whole, more than in
+/// the middle of what is reached. Where that says nothing, the colour that is rarer around the
+/// corner is held to be a line, as a reader would; among equals the darker one.
 bool joinsFalling(const PixelView& image, const LabelImage& labels, int x, int y);
 
 } // namespace ovtrace

@@ -81,8 +81,14 @@ LabelImage findLabels(const PixelView& pixels, const QList<QRgb>& given,
     mixing.mayAddColors = given.isEmpty();
     mixing.mostColors = settings.mostColors;
     std::vector<QRgb> colors(given.begin(), given.end());
-    if (colors.empty())
-        colors = leadingColors(findPureColors(pixels).blocks, mixing.mostColors);
+    if (colors.empty()) {
+        const ColorCounts all = countColors(pixels, 2);
+        // Pixels that are drawn one by one, and those of two colours, are never mixes.
+        const bool exact = settings.exactPixels || all.entries().size() <= 2;
+        colors = leadingColors(exact ? countColors(pixels, mixing.mostColors * 4)
+                                     : findPureColors(pixels).blocks,
+                               mixing.mostColors);
+    }
     if (colors.empty())
         colors.push_back(pixels.at(0, 0));
     return labelPixels(pixels, std::move(colors), mixing);

@@ -227,6 +227,24 @@ TEST(TraceRegions, TransparentPixelsAreNoRegion) {
     EXPECT_EQ(hole[0].reversed ? rim.left : rim.right, RegionId::None);
 }
 
+TEST(TraceRegions, TransparentPixelsAtTheRimLeaveIt) {
+    QImage image(20, 20, QImage::Format_ARGB32);
+    image.fill(Red);
+    for (int y = 0; y < 20; ++y) {
+        for (int x = 0; x + y < 17; ++x)
+            image.setPixel(x, y, 0U);
+    }
+    for (const double fit : {0.0, 1.0}) {
+        const RegionMap map = traced(image, {{"fit", fit}});
+        ASSERT_EQ(map.regions.size(), 1U);
+        expectWellFormed(map, map.regions[0].area);
+        EXPECT_NEAR(map.regions[0].area, 400.0 - 153.0, fit == 0.0 ? 1e-9 : 10.0);
+    }
+    QImage clear(3, 3, QImage::Format_ARGB32);
+    clear.fill(0U);
+    EXPECT_TRUE(traced(clear).regions.empty());
+}
+
 TEST(TraceRegions, GivenPaletteIsUsedAndNoOtherColour) {
     QImage image = ground(30, 30, qRgb(250, 250, 250));
     paint(image, qRgb(200, 10, 10), [](double x, double) { return x < 12.5; });
