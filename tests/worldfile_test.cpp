@@ -151,9 +151,3 @@ TEST(PolygonRing, LosesSpikesAndRepeatedPoints) {
     EXPECT_EQ(polygonRing({{0, 0}, {1, 1}, {5, 1}, {5, 5}, {1, 1}, {0, 0}}, image),
               PlainRing({{1, 1}, {5, 1}, {5, 5}, {1, 1}}));
 }
-
-TEST(PolygonRing, CrossingsAreFound) {
-    EXPECT_TRUE(isSimple({{0, 0}, {4, 0}, {4, 4}, {0, 4}, {0, 0}}));
-    EXPECT_FALSE(isSimple({{0, 0}, {4, 4}, {4, 0}, {0, 4}, {0, 0}}));
-    EXPECT_FALSE(isSimple({{0, 0}, {4, 0}, {4, 4}, {2, 0}, {0, 4}, {0, 0}})) << "touches";
-}

@@ -23,39 +23,6 @@ bool isSpike(QPointF before, QPointF corner, QPointF after) {
     return corner == before || (cross(in, out) == 0.0 && QPointF::dotProduct(in, out) < 0.0);
 }
 
-/// -1, 0 or 1: on which side of a line a point lies.
-int side(QPointF from, QPointF to, QPointF point) {
-    const double value = cross(to - from, point - from);
-    return (value > 0.0 ? 1 : 0) - (value < 0.0 ? 1 : 0);
-}
-
-bool isInBox(QPointF from, QPointF to, QPointF point) {
-    const auto [left, right] = std::minmax(from.x(), to.x());
-    const auto [low, high] = std::minmax(from.y(), to.y());
-    return point.x() >= left && point.x() <= right && point.y() >= low && point.y() <= high;
-}
-
-struct Edge {
-    QPointF from;
-    QPointF to;
-    std::size_t index;
-    double left;
-    double right;
-};
-
-bool meet(const Edge& a, const Edge& b) {
-    const int startB = side(a.from, a.to, b.from);
-    const int endB = side(a.from, a.to, b.to);
-    const int startA = side(b.from, b.to, a.from);
-    const int endA = side(b.from, b.to, a.to);
-    if (startB * endB < 0 && startA * endA < 0)
-        return true;
-    return (startB == 0 && isInBox(a.from, a.to, b.from)) ||
-           (endB == 0 && isInBox(a.from, a.to, b.to)) ||
-           (startA == 0 && isInBox(b.from, b.to, a.from)) ||
-           (endA == 0 && isInBox(b.from, b.to, a.to));
-}
-
 } // namespace
 
 std::vector<QPointF> polygonRing(const std::vector<QPointF>& ring, QSize image) {
@@ -84,26 +51,4 @@ std::vector<QPointF> polygonRing(const std::vector<QPointF>& ring, QSize image) 
         return {};
     kept.push_back(kept.front());
     return area(kept) == 0.0 ? std::vector<QPointF>() : kept;
-}
-
-bool isSimple(const std::vector<QPointF>& ring) {
-    std::vector<Edge> edges;
-    for (std::size_t i = 0; i + 1 < ring.size(); ++i) {
-        const auto [left, right] = std::minmax(ring[i].x(), ring[i + 1].x());
-        edges.push_back({ring[i], ring[i + 1], i, left, right});
-    }
-    std::sort(edges.begin(), edges.end(),
-              [](const Edge& a, const Edge& b) { return a.left < b.left; });
-    const std::size_t count = edges.size();
-    for (std::size_t i = 0; i < count; ++i) {
-        for (std::size_t k = i + 1; k < count && edges[k].left <= edges[i].right; ++k) {
-            const std::size_t distance = edges[i].index > edges[k].index
-                                             ? edges[i].index - edges[k].index
-                                             : edges[k].index - edges[i].index;
-            const bool areNeighbours = distance == 1 || distance == count - 1;
-            if (!areNeighbours && meet(edges[i], edges[k]))
-                return false;
-        }
-    }
-    return true;
 }

@@ -9,6 +9,3 @@
 /// kept inside the image, without repeated points and without spikes that lead out and back. Empty
 /// when nothing with an area is left.
 std::vector<QPointF> polygonRing(const std::vector<QPointF>& ring, QSize image);
-
-/// Whether no two edges of a closed ring cross or touch, but for neighbours at their common point.
-bool isSimple(const std::vector<QPointF>& ring);
