@@ -48,7 +48,7 @@ concept IsPluginInfo = std::default_initializable<Info> && std::copyable<Info> &
 template <class Interface>
 concept IsPluginInterface = std::is_abstract_v<Interface> &&
     std::has_virtual_destructor_v<Interface> &&
-    requires(Interface plugin, typename Interface::InitStatus status) {
+    requires(Interface& plugin, typename Interface::InitStatus status) {
     { plugin.init() } -> std::same_as<bool>;
     { plugin.uninit(true) } -> std::same_as<void>;
     { plugin.postInit(status) } -> std::same_as<void>;

@@ -3,6 +3,7 @@
 #include "mixing.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 namespace ovtrace {
@@ -49,6 +50,7 @@ public:
             groups.push_back(right);
         }
         std::vector<MixColor> centres;
+        centres.reserve(groups.size());
         for (const Group& group : groups)
             centres.push_back(meanOf(group));
         // A few rounds: the gain of later ones is lost in the rounding of the colours.
@@ -128,11 +130,11 @@ private:
 };
 
 QRgb stored(const MixColor& color) {
-    const int alpha = static_cast<int>(color[3] + 0.5);
+    const int alpha = static_cast<int>(std::lround(color[3]));
     if (alpha == 0)
         return 0;
     const auto channel = [&](std::size_t i) {
-        return std::clamp(static_cast<int>(color[i] * 255.0 / color[3] + 0.5), 0, 255);
+        return std::clamp(static_cast<int>(std::lround(color[i] * 255.0 / color[3])), 0, 255);
     };
     return qRgba(channel(0), channel(1), channel(2), alpha);
 }
