@@ -95,7 +95,7 @@ int run(const Arguments& arguments) {
 }
 
 /// The words of the command line, whatever bytes are in them.
-QStringList wordsOf(int argc, char* argv[]) {
+QStringList wordsOf([[maybe_unused]] int argc, [[maybe_unused]] char* argv[]) {
 #ifdef _WIN32
     QStringList words = QCoreApplication::arguments();
 #else
