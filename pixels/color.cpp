@@ -8,13 +8,17 @@ Color toColor(const QList<char>& bytes) {
     return {channel(0), channel(1), channel(2), channel(3)};
 }
 
-void storeColor(const Color& color, QList<char>& bytes) {
-    if (bytes.size() < 4)
-        bytes.resize(4);
-    bytes[0] = static_cast<char>(color.red);
-    bytes[1] = static_cast<char>(color.green);
-    bytes[2] = static_cast<char>(color.blue);
-    bytes[3] = static_cast<char>(color.alpha);
+// Lists are made by appending, which throws std::bad_alloc when there is no room. Those that are
+// constructed with a size, or detached, go on without having looked.
+
+/// Four bytes, and those of `bytes` beyond them.
+QList<char> storedColor(const Color& color, const QList<char>& bytes = {}) {
+    QList<char> stored;
+    for (const signed char channel : {color.red, color.green, color.blue, color.alpha})
+        stored.append(static_cast<char>(channel));
+    for (qsizetype i = 4; i < bytes.size(); ++i)
+        stored.append(bytes.at(i));
+    return stored;
 }
 
 } // namespace
@@ -28,18 +32,19 @@ Palette toPalette(const QList<QList<char>>& colors) {
 }
 
 QList<QList<char>> toColorLists(const Palette& palette) {
-    QList<QList<char>> colors(static_cast<qsizetype>(palette.size()));
-    for (std::size_t k = 0; k < palette.size(); ++k)
-        storeColor(palette[k], colors[static_cast<qsizetype>(k)]);
+    QList<QList<char>> colors;
+    for (const Color& color : palette)
+        colors.append(storedColor(color));
     return colors;
 }
 
 void updateColorLists(const Palette& palette, QList<QList<char>>& colors) {
+    QList<QList<char>> updated;
     for (std::size_t k = 0; k < palette.size(); ++k) {
-        const auto entry = static_cast<qsizetype>(k);
-        if (toColor(colors.at(entry)) != palette[k])
-            storeColor(palette[k], colors[entry]);
+        const QList<char>& before = colors.at(static_cast<qsizetype>(k));
+        updated.append(toColor(before) == palette[k] ? before : storedColor(palette[k], before));
     }
+    colors.swap(updated);
 }
 
 } // namespace ovtrace

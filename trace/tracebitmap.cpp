@@ -19,6 +19,8 @@
 
 #include <QImage>
 
+#include <new>
+
 using namespace ovtrace;
 
 namespace {
@@ -129,6 +131,8 @@ void OvTraceBitmap::preprocess(QImage& image) {
 
 QImage OvTraceBitmap::getPreprocessed(const QImage& image) {
     QImage copy = image.copy();
+    if (copy.isNull() && !image.isNull())
+        throw std::bad_alloc(); // the copy has found no room
     preprocess(copy);
     return copy;
 }
