@@ -1,5 +1,5 @@
-// How fast the window is: from a change of a setting to its result, how long the main thread is held
-// meanwhile, and how many frames a second zooming and panning have.
+// How fast the window is: from a change of a setting to its result, how long the main thread is
+// held meanwhile, and how many frames a second zooming and panning have.
 //
 //     QT_QPA_PLATFORM=offscreen viewer_bench PHOTO
 
@@ -12,8 +12,10 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <random>
+#include <vector>
 
 namespace {
 
@@ -98,8 +100,9 @@ void measureChanges(const char* name, MainWindow& window) {
         times.push_back(millisecondsSince(clock));
     }
     std::sort(times.begin(), times.end());
-    std::printf("%-28s change to result %8.1f ms (median of %d); main thread held at most %6.1f ms\n",
-                name, times[times.size() / 2], Changes, watch.longestMilliseconds());
+    std::printf(
+        "%-28s change to result %8.1f ms (median of %d); main thread held at most %6.1f ms\n", name,
+        times[times.size() / 2], Changes, watch.longestMilliseconds());
 }
 
 void measureFrames(MainWindow& window) {

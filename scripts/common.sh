@@ -43,6 +43,7 @@ install_packages() {
 install_build_packages() {
     install_packages g++=g++ cmake=cmake ninja=ninja-build \
         '/usr/lib/*/cmake/Qt6Gui/Qt6GuiConfig.cmake=qt6-base-dev' \
+        /usr/lib/qt6/bin/lrelease=qt6-l10n-tools \
         '/usr/lib/*/qt6/plugins/imageformats/libqtiff.so=qt6-image-formats-plugins'
 }
 

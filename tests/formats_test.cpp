@@ -401,6 +401,7 @@ TEST_F(Formats, PngHasItsScaleAndOverlay) {
     const QImage plain = QImage::fromData(traced(picture + QStringList{"--dpi", "254"}));
     EXPECT_EQ(plain.size(), QSize(480, 360));
     EXPECT_EQ(plain.dotsPerMeterX(), 10000);
+    EXPECT_FALSE(traced(picture).contains("pHYs")) << "a resolution that nobody has stated";
     EXPECT_LT(meanDifference(plain, QImage(sample("logo.png"))), 6.0);
     EXPECT_EQ(QImage::fromData(traced(picture + QStringList{"--scale", "2.5"})).size(),
               QSize(1200, 900));

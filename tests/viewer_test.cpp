@@ -10,16 +10,16 @@
 
 #include <drawing/settingvalue.h>
 
-#include <QApplication>
 #include <QAbstractSlider>
+#include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
 #include <QDir>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QFile>
-#include <QListWidget>
 #include <QLabel>
+#include <QListWidget>
 #include <QMimeData>
 #include <QProcess>
 #include <QSettings>
@@ -209,7 +209,10 @@ void ViewerTest::aBurstOfChangesEndsInTheLast() {
     window->exportTo(window->document().settings(), written);
     QVERIFY(done.wait(Patience));
     const QString expected = folder->filePath("program.svg");
-    QCOMPARE(run({sample("logo.png"), "--method", "outlines", "--colors", "5", "-q", "-o", expected}).status, 0);
+    QCOMPARE(
+        run({sample("logo.png"), "--method", "outlines", "--colors", "5", "-q", "-o", expected})
+            .status,
+        0);
     QCOMPARE(contents(written), contents(expected));
 }
 
@@ -329,7 +332,8 @@ void ViewerTest::exportsWhatTheProgramWrites() {
     QVERIFY(done.wait(Patience));
     QVERIFY2(QFile::exists(written), qPrintable(messageShown()));
     const QString expected = folder->filePath("program." + format);
-    const ProgramResult program = run({sample("sprite.png"), "--method", method, "-q", "-o", expected});
+    const ProgramResult program =
+        run({sample("sprite.png"), "--method", method, "-q", "-o", expected});
     QVERIFY2(QFile::exists(expected), program.errors.constData());
     QCOMPARE(contents(written), contents(expected));
 }
@@ -417,7 +421,9 @@ void ViewerTest::pansAndStaysInView() {
     QCOMPARE(canvas->toImage({0, 0}).x(), before.x() + 10.0);
     canvas->panBy({1e6, 1e6});
     const QPointF middle = canvas->toImage(QRectF(canvas->rect()).center());
-    QVERIFY(QRectF(QPointF(0, 0), QSizeF(canvas->scene()->size())).adjusted(-1, -1, 1, 1).contains(middle));
+    QVERIFY(QRectF(QPointF(0, 0), QSizeF(canvas->scene()->size()))
+                .adjusted(-1, -1, 1, 1)
+                .contains(middle));
 }
 
 void ViewerTest::marksTheOutlineBelowThePointer() {
@@ -433,7 +439,8 @@ void ViewerTest::marksTheOutlineBelowThePointer() {
     QTRY_VERIFY(!pointed.isEmpty());
     const int outline = pointed.last()[1].toInt();
     QVERIFY(outline >= 0);
-    QCOMPARE(canvas->scene()->outlines()[static_cast<std::size_t>(outline)].color, QColor(200, 30, 30));
+    QCOMPARE(canvas->scene()->outlines()[static_cast<std::size_t>(outline)].color,
+             QColor(200, 30, 30));
     QVERIFY(find<QLabel>("pointer")->text().contains("#c81e1e"));
 }
 

@@ -14,13 +14,13 @@ namespace {
 
 constexpr double LargestZoom = 64.0;
 constexpr double SmallestZoom = 1.0 / 256.0;
-constexpr double ZoomStep = 1.25;         ///< of a key or a step of the wheel
-constexpr double WheelStep = 120.0;       ///< eighths of a degree
-constexpr double PixelGridFrom = 8.0;     ///< zoom
-constexpr double DividerReach = 5.0;      ///< window pixels
-constexpr double KeyPan = 64.0;           ///< window pixels
-constexpr double ClickReach = 3.0;        ///< a shorter way is a click, not a drag
-constexpr double FitMargin = 0.96;        ///< share of the widget that a whole image takes
+constexpr double ZoomStep = 1.25;     ///< of a key or a step of the wheel
+constexpr double WheelStep = 120.0;   ///< eighths of a degree
+constexpr double PixelGridFrom = 8.0; ///< zoom
+constexpr double DividerReach = 5.0;  ///< window pixels
+constexpr double KeyPan = 64.0;       ///< window pixels
+constexpr double ClickReach = 3.0;    ///< a shorter way is a click, not a drag
+constexpr double FitMargin = 0.96;    ///< share of the widget that a whole image takes
 const QColor MarkColor(255, 120, 0);
 const QColor SelectionColor(0, 120, 255);
 
@@ -305,8 +305,7 @@ void Canvas::paintEvent(QPaintEvent* /*event*/) {
     if (currentView == View::Split) {
         const int place = static_cast<int>(std::lround(dividerPlace()));
         paintContent(painter, Scene::Content::Image, QRect(0, 0, place, height()));
-        paintContent(painter, Scene::Content::Result,
-                     QRect(place, 0, width() - place, height()));
+        paintContent(painter, Scene::Content::Result, QRect(place, 0, width() - place, height()));
     } else {
         paintContent(painter, contentOf(currentView), rect());
     }

@@ -9,8 +9,9 @@ class QGestureEvent;
 
 /// The middle of the window: image, result, both over one another, or both beside a divider.
 ///
-/// Zooms at the pointer (wheel, pinch, keys) from the whole image to 6400 %, pans by dragging with the
-/// middle button, or with the left one and the space bar, or where nothing else wants the left one.
+/// Zooms at the pointer (wheel, pinch, keys) from the whole image to 6400 %, pans by dragging with
+/// the middle button, or with the left one and the space bar, or where nothing else wants the left
+/// one.
 class Canvas : public QWidget {
     Q_OBJECT
 
@@ -101,8 +102,8 @@ private:
     TileCache tiles;
     View currentView = View::Result;
     double scale = 1.0;
-    QPointF origin; ///< of the image, in the widget
-    bool fits = true; ///< follows the size of the widget
+    QPointF origin;       ///< of the image, in the widget
+    bool fits = true;     ///< follows the size of the widget
     double divider = 0.5; ///< of the widget's width
     Drag drag = Drag::None;
     QPointF dragFrom;

@@ -6,8 +6,8 @@
 #include <QObject>
 #include <QUndoStack>
 
-/// The image that is open, the settings, and the result that follows them: every change of a setting
-/// starts the real trace again.
+/// The image that is open, the settings, and the result that follows them: every change of a
+/// setting starts the real trace again.
 class Document : public QObject {
     Q_OBJECT
 

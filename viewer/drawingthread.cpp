@@ -1,8 +1,8 @@
 #include "drawingthread.h"
 
 #include <drawing/errors.h>
-#include <drawing/jobrequests.h>
 #include <drawing/files/resultfile.h>
+#include <drawing/jobrequests.h>
 #include <drawing/sizing.h>
 #include <drawing/tracing.h>
 #include <drawing/writers/formats.h>

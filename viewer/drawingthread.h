@@ -18,9 +18,9 @@
 
 /// Where an image comes from.
 struct ImageSource {
-    quint64 number = 0;  ///< another one for each image that was opened
-    QString fileName;    ///< empty when the image did not come from a file
-    QImage picture;      ///< that did not come from a file
+    quint64 number = 0; ///< another one for each image that was opened
+    QString fileName;   ///< empty when the image did not come from a file
+    QImage picture;     ///< that did not come from a file
 };
 
 /// What is to be traced, and how.

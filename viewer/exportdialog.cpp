@@ -18,7 +18,8 @@ ExportDialog::ExportDialog(const JobSettings& settings, QWidget* parent)
       message(new QLabel(this)) {
     setWindowTitle(tr("Export"));
     for (const FileFormat& each : fileFormats())
-        format->addItem(QString::fromLatin1(each.name).toUpper() + QStringLiteral(" \u2013 ") + settingText(each.description),
+        format->addItem(QString::fromLatin1(each.name).toUpper() + QStringLiteral(" \u2013 ") +
+                            settingText(each.description),
                         QString::fromLatin1(each.name));
     format->setObjectName(QStringLiteral("export.format"));
     format->setAccessibleName(tr("Format"));

@@ -28,10 +28,12 @@ void FiguresPanel::show(const Statistics& statistics, qint64 bytes, const QStrin
     const qsizetype all = statistics.outlines + statistics.regions + statistics.strokes;
     shapes->setText(tr("%1, %2 holes").arg(words.toString(all), words.toString(statistics.holes)));
     const qsizetype curves = statistics.arcs + statistics.circles + statistics.curves;
-    pieces->setText(tr("%1 lines, %2 curves")
-                        .arg(words.toString(statistics.lines), words.toString(curves)));
+    pieces->setText(
+        tr("%1 lines, %2 curves").arg(words.toString(statistics.lines), words.toString(curves)));
     nodes->setText(words.toString(countNodes(statistics)));
-    fileSize->setText(tr("%1 as %2").arg(words.formattedDataSize(bytes, 1, QLocale::DataSizeSIFormat), format.toUpper()));
+    fileSize->setText(
+        tr("%1 as %2")
+            .arg(words.formattedDataSize(bytes, 1, QLocale::DataSizeSIFormat), format.toUpper()));
     difference->setText(words.toString(statistics.meanDifference, 'f', 2));
     seconds->setText(words.toString(statistics.timings.tracing, 'f', 3));
 }

@@ -96,8 +96,10 @@ void MainWindow::makePanels() {
     settingsLayout->addWidget(settingForm);
     settingsLayout->addStretch();
 
-    QDockWidget* first = addPanel(this, tr("Settings"), QStringLiteral("panel.settings"), settingsPart);
-    QDockWidget* colors = addPanel(this, tr("Colours"), QStringLiteral("panel.palette"), palettePanel);
+    QDockWidget* first =
+        addPanel(this, tr("Settings"), QStringLiteral("panel.settings"), settingsPart);
+    QDockWidget* colors =
+        addPanel(this, tr("Colours"), QStringLiteral("panel.palette"), palettePanel);
     QDockWidget* size = addPanel(this, tr("Size"), QStringLiteral("panel.size"), sizePart);
     QDockWidget* numbers = addPanel(this, tr("Figures"), QStringLiteral("panel.figures"), figures);
     tabifyDockWidget(colors, size);
@@ -125,7 +127,8 @@ void MainWindow::connectDocument() {
     });
     connect(&doc, &Document::settingsChanged, this, &MainWindow::showSettings);
     connect(&doc, &Document::imageRead, this,
-            [this](const std::shared_ptr<const Scene>& scene, const QList<qint64>& histogram, int pages) {
+            [this](const std::shared_ptr<const Scene>& scene, const QList<qint64>& histogram,
+                   int pages) {
                 settingForm->setHistogram(histogram);
                 page->setMaximum(pages);
                 page->setSuffix(tr(" of %1").arg(pages));
@@ -153,14 +156,16 @@ void MainWindow::connectPanels() {
     for (SettingForm* form : {settingForm, sizeForm}) {
         connect(form, &SettingForm::edited, this,
                 [this](const JobSettings& settings, const QString& key, bool moving) {
-                    doc.change(settings, tr("Change of %1").arg(settingName(*findSetting(key))), moving);
+                    doc.change(settings, tr("Change of %1").arg(settingName(*findSetting(key))),
+                               moving);
                 });
         connect(form, &SettingForm::refused, this, &MainWindow::fail);
     }
     connect(page, &QSpinBox::valueChanged, this,
             [this](int number) { changeSetting("page", double(number), tr("Page")); });
     connect(canvas, &Canvas::zoomChanged, this, [this](double zoom) {
-        zoomText->setText(tr("%1 %").arg(locale().toString(zoom * devicePixelRatioF() * 100.0, 'f', 0)));
+        zoomText->setText(
+            tr("%1 %").arg(locale().toString(zoom * devicePixelRatioF() * 100.0, 'f', 0)));
     });
     connect(canvas, &Canvas::pointed, this, &MainWindow::showPointer);
     connect(canvas, &Canvas::pointerLeft, pointerText, &QLabel::clear);
@@ -191,7 +196,8 @@ void MainWindow::connectPanels() {
         const QString folder = QStandardPaths::writableLocation(QStandardPaths::TempLocation);
         const QString base = QFileInfo(doc.fileName()).completeBaseName();
         doc.write(doc.settings(),
-                  QDir(folder).filePath((base.isEmpty() ? tr("drawing") : base) + '.' + doc.settings().format()),
+                  QDir(folder).filePath((base.isEmpty() ? tr("drawing") : base) + '.' +
+                                        doc.settings().format()),
                   ToDrag);
     });
 }
@@ -267,8 +273,9 @@ void MainWindow::showSize() {
         Drawing sized = result->drawing;
         setSize(sized, doc.fileName(), result->place, sizeRequest(doc.settings()));
         if (sized.pixelMillimetres)
-            text += tr("\n%1 \u00d7 %2 mm").arg(locale().toString(pixels.width() * *sized.pixelMillimetres, 'f', 2),
-                                             locale().toString(pixels.height() * *sized.pixelMillimetres, 'f', 2));
+            text += tr("\n%1 \u00d7 %2 mm")
+                        .arg(locale().toString(pixels.width() * *sized.pixelMillimetres, 'f', 2),
+                             locale().toString(pixels.height() * *sized.pixelMillimetres, 'f', 2));
     } catch (const std::exception& error) {
         text += '\n' + QString::fromUtf8(error.what());
     }
@@ -281,7 +288,9 @@ void MainWindow::showPointer(QPointF place, int outline) {
     const auto scene = canvas->scene();
     if (!scene)
         return;
-    QString text = tr("%1, %2 px").arg(locale().toString(place.x(), 'f', 1), locale().toString(place.y(), 'f', 1));
+    QString text =
+        tr("%1, %2 px")
+            .arg(locale().toString(place.x(), 'f', 1), locale().toString(place.y(), 'f', 1));
     double millimetres = 0.0;
     if (result) {
         try {
@@ -294,14 +303,22 @@ void MainWindow::showPointer(QPointF place, int outline) {
         }
     }
     if (millimetres > 0.0)
-        text += tr("   %1, %2 mm").arg(locale().toString(place.x() * millimetres, 'f', 2),
-                                    locale().toString((scene->size().height() - place.y()) * millimetres, 'f', 2));
+        text +=
+            tr("   %1, %2 mm")
+                .arg(locale().toString(place.x() * millimetres, 'f', 2),
+                     locale().toString((scene->size().height() - place.y()) * millimetres, 'f', 2));
     if (outline >= 0 && static_cast<std::size_t>(outline) < scene->outlines().size()) {
         const SceneOutline& pointed = scene->outlines()[static_cast<std::size_t>(outline)];
-        const QString area = millimetres > 0.0
-                                 ? tr("%1 mm\u00b2").arg(locale().toString(pointed.area * millimetres * millimetres, 'f', 2))
-                                 : tr("%1 px\u00b2").arg(locale().toString(pointed.area, 'f', 1));
-        text += tr("   %1, colour %2, %3, %4 nodes").arg(pointed.color.name()).arg(pointed.colorIndex + 1).arg(area).arg(pointed.nodes.size());
+        const QString area =
+            millimetres > 0.0
+                ? tr("%1 mm\u00b2")
+                      .arg(locale().toString(pointed.area * millimetres * millimetres, 'f', 2))
+                : tr("%1 px\u00b2").arg(locale().toString(pointed.area, 'f', 1));
+        text += tr("   %1, colour %2, %3, %4 nodes")
+                    .arg(pointed.color.name())
+                    .arg(pointed.colorIndex + 1)
+                    .arg(area)
+                    .arg(pointed.nodes.size());
     }
     pointerText->setText(text);
 }

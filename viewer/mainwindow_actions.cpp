@@ -30,7 +30,7 @@ constexpr int MostRecent = 10;
 
 /// An action with a name by which it can be found.
 QAction* addNamed(QWidget* owner, QMenu* menu, const QString& text, const char* name,
-                   const QList<QKeySequence>& keys) {
+                  const QList<QKeySequence>& keys) {
     auto* action = menu->addAction(text);
     action->setObjectName(QString::fromLatin1(name));
     action->setShortcuts(keys);
@@ -66,17 +66,17 @@ void MainWindow::makeActions() {
 
 void MainWindow::makeFileMenu() {
     QMenu* file = menuBar()->addMenu(tr("&File"));
-    connect(addNamed(this, file, tr("&Open..."), "open", {QKeySequence::Open}),
-            &QAction::triggered, this, &MainWindow::askForImage);
+    connect(addNamed(this, file, tr("&Open..."), "open", {QKeySequence::Open}), &QAction::triggered,
+            this, &MainWindow::askForImage);
     recentMenu = file->addMenu(tr("Open &recent"));
     connect(addNamed(this, file, tr("&Export..."), "export",
-                      {QKeySequence::Save, QKeySequence(Qt::CTRL | Qt::Key_E)}),
+                     {QKeySequence::Save, QKeySequence(Qt::CTRL | Qt::Key_E)}),
             &QAction::triggered, this, &MainWindow::askForExport);
     file->addSeparator();
-    connect(addNamed(this, file, tr("Load se&ttings..."), "settings.load", {}),
-            &QAction::triggered, this, &MainWindow::askForSettings);
-    connect(addNamed(this, file, tr("Save &settings..."), "settings.save", {}),
-            &QAction::triggered, this, &MainWindow::saveSettings);
+    connect(addNamed(this, file, tr("Load se&ttings..."), "settings.load", {}), &QAction::triggered,
+            this, &MainWindow::askForSettings);
+    connect(addNamed(this, file, tr("Save &settings..."), "settings.save", {}), &QAction::triggered,
+            this, &MainWindow::saveSettings);
     file->addSeparator();
     connect(addNamed(this, file, tr("&Quit"), "quit", {QKeySequence::Quit}), &QAction::triggered,
             this, &QWidget::close);
@@ -92,7 +92,7 @@ void MainWindow::makeEditMenu() {
     redo->setShortcuts({QKeySequence::Redo, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z)});
     edit->addActions({undo, redo});
     connect(addNamed(this, edit, tr("Show the settings &before (hold B)"), "compare",
-                      {QKeySequence(Qt::Key_B)}),
+                     {QKeySequence(Qt::Key_B)}),
             &QAction::triggered, this, [this] { doc.compareWithLast(true); });
     edit->addSeparator();
     connect(addNamed(this, edit, tr("&Paste an image"), "paste", {QKeySequence::Paste}),
@@ -100,7 +100,7 @@ void MainWindow::makeEditMenu() {
     connect(addNamed(this, edit, tr("&Copy as SVG"), "copy.svg", {QKeySequence::Copy}),
             &QAction::triggered, this, [this] { copyAs(ToClipboardAsSvg, "svg"); });
     connect(addNamed(this, edit, tr("Copy as p&icture"), "copy.picture",
-                      {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_C)}),
+                     {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_C)}),
             &QAction::triggered, this, [this] { copyAs(ToClipboardAsPicture, "png"); });
     connect(addNamed(this, edit, tr("Copy co&mmand"), "copy.command", {}), &QAction::triggered,
             this, [this] { QApplication::clipboard()->setText(command()); });
@@ -122,8 +122,8 @@ void MainWindow::makeViewMenu() {
     addView(tr("&Overlay"), "view.overlay", Qt::Key_3, Canvas::View::Overlay);
     addView(tr("&Split"), "view.split", Qt::Key_4, Canvas::View::Split);
     view->addSeparator();
-    const auto addZoom = [&](const QString& text, const char* name,
-                             const QList<QKeySequence>& keys, void (Canvas::*zoom)()) {
+    const auto addZoom = [&](const QString& text, const char* name, const QList<QKeySequence>& keys,
+                             void (Canvas::*zoom)()) {
         connect(addNamed(this, view, text, name, keys), &QAction::triggered, canvas, zoom);
     };
     addZoom(tr("Zoom &in"), "zoom.in",
@@ -137,23 +137,23 @@ void MainWindow::makeViewMenu() {
     addZoom(tr("&1:1"), "zoom.actual", {QKeySequence(Qt::CTRL | Qt::Key_1)},
             &Canvas::zoomToActualSize);
     view->addSeparator();
-    QAction* full = addNamed(this, view, tr("F&ull screen"), "fullscreen", {QKeySequence(Qt::Key_F11)});
+    QAction* full =
+        addNamed(this, view, tr("F&ull screen"), "fullscreen", {QKeySequence(Qt::Key_F11)});
     full->setCheckable(true);
-    connect(full, &QAction::toggled, this, [this](bool on) {
-        setWindowState(windowState().setFlag(Qt::WindowFullScreen, on));
-    });
+    connect(full, &QAction::toggled, this,
+            [this](bool on) { setWindowState(windowState().setFlag(Qt::WindowFullScreen, on)); });
 }
 
 void MainWindow::askForImage() {
     QStringList patterns;
     for (const QString& format : readableFormats())
         patterns.append("*." + format);
-    const QString folder =
-        recent.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::PicturesLocation)
-                         : QFileInfo(recent.first()).path();
-    const QString name = QFileDialog::getOpenFileName(
-        this, tr("Open an image"), folder,
-        tr("Images (%1)").arg(patterns.join(' ')) + ";;" + tr("All files (*)"));
+    const QString folder = recent.isEmpty()
+                               ? QStandardPaths::writableLocation(QStandardPaths::PicturesLocation)
+                               : QFileInfo(recent.first()).path();
+    const QString name = QFileDialog::getOpenFileName(this, tr("Open an image"), folder,
+                                                      tr("Images (%1)").arg(patterns.join(' ')) +
+                                                          ";;" + tr("All files (*)"));
     if (!name.isEmpty())
         open(name);
 }
@@ -175,12 +175,12 @@ void MainWindow::askForExport() {
     if (dialog.exec() != QDialog::Accepted)
         return;
     const QString format = dialog.settings().format();
-    const QString base = doc.fileName().isEmpty() ? tr("drawing")
-                                                  : QFileInfo(doc.fileName()).completeBaseName();
+    const QString base =
+        doc.fileName().isEmpty() ? tr("drawing") : QFileInfo(doc.fileName()).completeBaseName();
     const QString folder = exportFolder.isEmpty() ? QFileInfo(doc.fileName()).path() : exportFolder;
-    const QString name = QFileDialog::getSaveFileName(this, tr("Export"),
-                                                      folder + '/' + base + '.' + format,
-                                                      format.toUpper() + " (*." + format + ')');
+    const QString name =
+        QFileDialog::getSaveFileName(this, tr("Export"), folder + '/' + base + '.' + format,
+                                     format.toUpper() + " (*." + format + ')');
     if (name.isEmpty())
         return;
     exportFolder = QFileInfo(name).path();
@@ -220,7 +220,8 @@ void MainWindow::rebuildRecent() {
     recentMenu->clear();
     recentMenu->setEnabled(!recent.isEmpty());
     for (const QString& name : recent) {
-        connect(recentMenu->addAction(name), &QAction::triggered, this, [this, name] { open(name); });
+        connect(recentMenu->addAction(name), &QAction::triggered, this,
+                [this, name] { open(name); });
     }
 }
 
@@ -234,7 +235,8 @@ void MainWindow::restoreHabits() {
     try {
         const QByteArray settings = habits.value("settings").toByteArray();
         if (!settings.isEmpty())
-            doc.change(settingsFromJson(settings, tr("The settings of last time")), tr("Settings of last time"));
+            doc.change(settingsFromJson(settings, tr("The settings of last time")),
+                       tr("Settings of last time"));
     } catch (const std::exception& error) {
         fail(QString::fromUtf8(error.what())); // of another version, perhaps
     }

@@ -34,8 +34,9 @@ PalettePanel::PalettePanel(QWidget* parent) : QWidget(parent), list(new QListWid
     list->setObjectName(QStringLiteral("palette"));
     list->setAccessibleName(tr("Colours of the result"));
     list->setDragDropMode(QAbstractItemView::InternalMove);
-    list->setToolTip(tr("Click to mark the outlines of a colour, double-click to change it, clear its "
-                        "box to leave it out, drag it to another place in the order."));
+    list->setToolTip(
+        tr("Click to mark the outlines of a colour, double-click to change it, clear its "
+           "box to leave it out, drag it to another place in the order."));
     add = makeButton(tr("Pick"), tr("Add a colour by a click into the image."),
                      QStringLiteral("palette.pick"), this);
     add->setCheckable(true);
@@ -82,12 +83,14 @@ void PalettePanel::show(const QList<PaletteEntry>& entries, bool isFixed) {
     isShowing = true;
     list->clear();
     for (const PaletteEntry& entry : entries) {
-        const QString name = entry.color.alpha() == 255 ? entry.color.name()
-                                                        : entry.color.name(QColor::HexArgb);
-        auto* item = new QListWidgetItem(
-            swatch(entry.color),
-            tr("%1   %2 %   %3").arg(name, locale().toString(entry.share * 100.0, 'f', 1)).arg(entry.outlines),
-            list);
+        const QString name =
+            entry.color.alpha() == 255 ? entry.color.name() : entry.color.name(QColor::HexArgb);
+        auto* item =
+            new QListWidgetItem(swatch(entry.color),
+                                tr("%1   %2 %   %3")
+                                    .arg(name, locale().toString(entry.share * 100.0, 'f', 1))
+                                    .arg(entry.outlines),
+                                list);
         item->setData(ColorRole, entry.color);
         item->setFlags(item->flags() | Qt::ItemIsUserCheckable);
         item->setCheckState(entry.isHidden ? Qt::Unchecked : Qt::Checked);
@@ -109,9 +112,8 @@ QList<QColor> PalettePanel::colors() const {
 }
 
 void PalettePanel::edit(QListWidgetItem* item) {
-    const QColor chosen =
-        QColorDialog::getColor(item->data(ColorRole).value<QColor>(), this, tr("Colour"),
-                               QColorDialog::ShowAlphaChannel);
+    const QColor chosen = QColorDialog::getColor(item->data(ColorRole).value<QColor>(), this,
+                                                 tr("Colour"), QColorDialog::ShowAlphaChannel);
     if (!chosen.isValid())
         return;
     QList<QColor> changed = colors();

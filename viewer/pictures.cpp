@@ -35,7 +35,8 @@ int main(int argc, char* argv[]) {
     settings.set("method", "regions");
     window.document().change(settings, {});
     window.open(QString::fromLocal8Bit(argv[1]));
-    for (const auto& [view, name] : {std::pair{"view.split", "split"}, {"view.overlay", "overlay"}}) {
+    for (const auto& [view, name] :
+         {std::pair{"view.split", "split"}, {"view.overlay", "overlay"}}) {
         window.findChild<QAction*>(view)->trigger();
         QApplication::processEvents();
         waitForResult(window);

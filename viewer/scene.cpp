@@ -10,13 +10,13 @@
 
 namespace {
 
-constexpr int LargestGrid = 256;        ///< cells of the index along the longer side
-constexpr int SmallestReduced = 512;    ///< pixels along the longer side
-constexpr double FadedOpacity = 0.35;   ///< of the image below an overlay
-constexpr double OverlayWidth = 1.2;    ///< device pixels
-constexpr double NodeSide = 4.0;        ///< device pixels
-constexpr double NodesFrom = 1.5;       ///< device pixels a pixel: nodes would hide what is smaller
-constexpr double SmallestStroke = 1.0;  ///< device pixels in which a stroke is still seen
+constexpr int LargestGrid = 256;       ///< cells of the index along the longer side
+constexpr int SmallestReduced = 512;   ///< pixels along the longer side
+constexpr double FadedOpacity = 0.35;  ///< of the image below an overlay
+constexpr double OverlayWidth = 1.2;   ///< device pixels
+constexpr double NodeSide = 4.0;       ///< device pixels
+constexpr double NodesFrom = 1.5;      ///< device pixels a pixel: nodes would hide what is smaller
+constexpr double SmallestStroke = 1.0; ///< device pixels in which a stroke is still seen
 const QColor OutlineColor(200, 0, 60);
 const QColor NodeColor(0, 70, 200);
 
@@ -84,7 +84,8 @@ void Scene::addStroke(const Drawing& drawing, const Stroke& stroke) {
     outline.box = widened(outline.path.boundingRect(), stroke.width / 2.0);
     outline.color = drawing.palette[stroke.color];
     outline.colorIndex = stroke.color;
-    outline.nodes.append(QPointF(pieces.front().from.x(), drawing.size.height() - pieces.front().from.y()));
+    outline.nodes.append(
+        QPointF(pieces.front().from.x(), drawing.size.height() - pieces.front().from.y()));
     appendNodes(pieces, drawing.size.height(), outline.nodes);
     outline.area = outline.path.length() * stroke.width;
     outline.strokeWidth = stroke.width;
@@ -124,16 +125,16 @@ std::vector<int> Scene::outlinesIn(const QRectF& part) const {
     const int bottom = std::min(rows - 1, first(part.bottom()));
     for (int row = first(part.top()); row <= bottom; ++row) {
         for (int column = first(part.left()); column <= right; ++column) {
-            const auto& cell = cells[static_cast<std::size_t>(row) * static_cast<std::size_t>(columns) +
-                                     static_cast<std::size_t>(column)];
+            const auto& cell =
+                cells[static_cast<std::size_t>(row) * static_cast<std::size_t>(columns) +
+                      static_cast<std::size_t>(column)];
             found.insert(found.end(), cell.begin(), cell.end());
         }
     }
     std::sort(found.begin(), found.end());
     found.erase(std::unique(found.begin(), found.end()), found.end());
-    std::erase_if(found, [&](int i) {
-        return !all[static_cast<std::size_t>(i)].box.intersects(part);
-    });
+    std::erase_if(found,
+                  [&](int i) { return !all[static_cast<std::size_t>(i)].box.intersects(part); });
     return found;
 }
 
@@ -162,8 +163,9 @@ void Scene::paintImage(QPainter& painter, const QRectF& part, double scale) cons
     const QRectF inside = part.intersected(QRectF(source.rect()));
     const double x = picture->width() / double(source.width());
     const double y = picture->height() / double(source.height());
-    painter.drawImage(inside, *picture,
-                      QRectF(inside.x() * x, inside.y() * y, inside.width() * x, inside.height() * y));
+    painter.drawImage(
+        inside, *picture,
+        QRectF(inside.x() * x, inside.y() * y, inside.width() * x, inside.height() * y));
 }
 
 void Scene::paintResult(QPainter& painter, const QRectF& part, double scale) const {

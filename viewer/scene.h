@@ -70,7 +70,7 @@ private:
     void paintOverlay(QPainter& painter, const QRectF& part, double scale) const;
 
     QImage source;
-    std::vector<QImage> reduced; ///< source at 1/2, 1/4, ... for small scales
+    std::vector<QImage> reduced;   ///< source at 1/2, 1/4, ... for small scales
     std::vector<SceneOutline> all; ///< in the order of painting
     int cellSide = 1;              ///< of the index, in pixels
     int columns = 0;

@@ -6,10 +6,10 @@
 
 namespace {
 
-constexpr int TileSide = 256;      ///< device pixels
-constexpr int MostLevels = 3;      ///< scenes and scales that are kept
-constexpr int MostTiles = 320;     ///< of a level; 80 MB
-constexpr int CheckerSide = 8;     ///< of the pattern behind what is transparent
+constexpr int TileSide = 256;  ///< device pixels
+constexpr int MostLevels = 3;  ///< scenes and scales that are kept
+constexpr int MostTiles = 320; ///< of a level; 80 MB
+constexpr int CheckerSide = 8; ///< of the pattern behind what is transparent
 const QColor CheckerLight(255, 255, 255);
 const QColor CheckerDark(224, 224, 224);
 

@@ -32,8 +32,8 @@ public:
 
     void setScene(std::shared_ptr<const Scene> scene);
 
-    /// Paints `part` of the scene (in pixels of the image) at `scale` device pixels each. The painter
-    /// works in device pixels with the image's corner at `origin`.
+    /// Paints `part` of the scene (in pixels of the image) at `scale` device pixels each. The
+    /// painter works in device pixels with the image's corner at `origin`.
     void paint(QPainter& painter, Scene::Content content, const QRectF& part, double scale,
                QPointF origin);
 

@@ -5,8 +5,10 @@
 #include "painting.h"
 #include "visible.h"
 
+#include <QBuffer>
 #include <QImageWriter>
 #include <QPainter>
+#include <QtEndian>
 
 #include <algorithm>
 #include <cmath>
@@ -60,6 +62,20 @@ QImage withStraightAlpha(const QImage& premultiplied) {
     return image;
 }
 
+/// A PNG file without its resolution: the library gives pictures that have none that of the screen.
+QByteArray withoutResolution(const QByteArray& png) {
+    constexpr qsizetype SignatureBytes = 8;
+    constexpr qsizetype ChunkFrameBytes = 12; // length, type and checksum
+    QByteArray kept = png.left(SignatureBytes);
+    for (qsizetype at = SignatureBytes; at + ChunkFrameBytes <= png.size();) {
+        const auto size = static_cast<qsizetype>(qFromBigEndian<quint32>(png.constData() + at));
+        if (png.mid(at + 4, 4) != "pHYs")
+            kept.append(png.mid(at, size + ChunkFrameBytes));
+        at += size + ChunkFrameBytes;
+    }
+    return kept;
+}
+
 } // namespace
 
 void PngWriter::write(const Drawing& drawing, QIODevice& device) const {
@@ -82,16 +98,18 @@ void PngWriter::write(const Drawing& drawing, QIODevice& device) const {
         paintFilled(painter, visibleParts(drawing, options), options.cutOut);
     painter.end();
     picture = withStraightAlpha(picture);
-    picture.setDotsPerMeterX(0);
-    picture.setDotsPerMeterY(0);
     if (drawing.pixelMillimetres) {
         const int dots =
             static_cast<int>(std::lround(options.scale * 1000.0 / *drawing.pixelMillimetres));
         picture.setDotsPerMeterX(dots);
         picture.setDotsPerMeterY(dots);
     }
-    QImageWriter writer(&device, "png");
+    QByteArray png;
+    QBuffer buffer(&png);
+    QImageWriter writer(drawing.pixelMillimetres ? &device : &buffer, "png");
     const QuietStandardError quiet; // the library beneath has words of its own for a full disk
     if (!writer.write(picture))
         throw std::runtime_error(writer.errorString().toStdString());
+    if (!drawing.pixelMillimetres)
+        device.write(withoutResolution(png));
 }
