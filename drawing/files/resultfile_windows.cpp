@@ -5,7 +5,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QTemporaryFile>
+#include <QUuid>
 
 #include <cstdio>
 #include <io.h>
@@ -52,14 +52,21 @@ std::wstring longPath(const QString& name) {
     return (native.startsWith("\\\\") ? native : "\\\\?\\" + native).toStdWString();
 }
 
-/// A new file that takes the place of `name` when it is complete.
+/// A new file that takes the place of `name` when it is complete. (Not a QTemporaryFile: that stays
+/// open after close(), and Windows moves no open file.)
 class NewFileTarget : public ResultTarget {
 public:
     explicit NewFileTarget(const QString& name)
-        : name(name), file(QFileInfo(name).path() + '/' + LeftoverStart + "XXXXXX" + LeftoverEnd) {
+        : name(name), file(QFileInfo(name).path() + '/' + LeftoverStart +
+                           QUuid::createUuid().toString(QUuid::Id128) + LeftoverEnd) {
+    }
+    ~NewFileTarget() override {
+        if (!isComplete && file.isOpen())
+            file.remove();
     }
     QString open() {
-        return file.open() ? QString() : file.errorString();
+        return file.open(QIODevice::WriteOnly | QIODevice::NewOnly) ? QString()
+                                                                    : file.errorString();
     }
     QString write(const char* data, qint64 size) override {
         return writeAll(file, data, size);
@@ -69,16 +76,19 @@ public:
         if (!error.isEmpty())
             return error;
         file.close();
-        if (MoveFileExW(longPath(file.fileName()).c_str(), longPath(name).c_str(),
-                        MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) == 0)
-            return qt_error_string(static_cast<int>(GetLastError()));
-        file.setAutoRemove(false);
-        return {};
+        isComplete = MoveFileExW(longPath(file.fileName()).c_str(), longPath(name).c_str(),
+                                 MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
+        if (isComplete)
+            return {};
+        const auto code = static_cast<int>(GetLastError());
+        file.remove();
+        return qt_error_string(code);
     }
 
 private:
     QString name;
-    QTemporaryFile file;
+    QFile file;
+    bool isComplete = false;
 };
 
 } // namespace
