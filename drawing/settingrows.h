@@ -7,5 +7,7 @@
 QList<Setting> methodRows();
 QList<Setting> inputRows();
 QList<Setting> outlineRows();
+QList<Setting> regionRows();
+QList<Setting> centerlineRows();
 QList<Setting> sizeRows();
 QList<Setting> outputRows();

@@ -35,9 +35,25 @@ int editDistance(const QString& a, const QString& b) {
 } // namespace
 
 const QList<Setting>& settingTable() {
-    static const QList<Setting> table =
-        methodRows() + outlineRows() + inputRows() + sizeRows() + outputRows();
+    static const QList<Setting> table = methodRows() + outlineRows() + regionRows() +
+                                        centerlineRows() + inputRows() + sizeRows() + outputRows();
     return table;
+}
+
+bool isMeantByFlag(const Setting& setting, Method method) {
+    const auto isRead = [&](const Setting& each) {
+        return each.methods.isEmpty() || each.methods.contains(method);
+    };
+    return isRead(setting) ||
+           std::none_of(settingTable().begin(), settingTable().end(), [&](const Setting& other) {
+               return &other != &setting && qstrcmp(other.flag, setting.flag) == 0 && isRead(other);
+           });
+}
+
+bool sharesItsFlag(const Setting& setting) {
+    return std::any_of(settingTable().begin(), settingTable().end(), [&](const Setting& other) {
+        return &other != &setting && qstrcmp(other.flag, setting.flag) == 0;
+    });
 }
 
 const Setting* findSetting(const QString& key) {

@@ -59,6 +59,12 @@ struct Setting {
 /// All settings in the order in which they are shown.
 const QList<Setting>& settingTable();
 
+/// Settings of different methods may share a flag: whether it means this one when the method is
+/// traced by. A flag that no setting of the method has means all that have it.
+bool isMeantByFlag(const Setting& setting, Method method);
+/// Whether another setting has the same flag.
+bool sharesItsFlag(const Setting& setting);
+
 /// The setting with this key; null when there is none.
 const Setting* findSetting(const QString& key);
 

@@ -49,14 +49,19 @@ QString why(const char* key, const JobSettings& job) {
 } // namespace
 
 TEST(SettingTable, SaysEverythingAboutEachSetting) {
+    const QList<Method> all{Method::Outlines, Method::Regions, Method::Centerlines};
     QSet<QString> keys;
     QSet<QString> flags;
     for (const Setting& setting : settingTable()) {
         SCOPED_TRACE(setting.key);
         EXPECT_FALSE(keys.contains(setting.key));
         keys.insert(setting.key);
-        EXPECT_FALSE(setting.flag[0] != '\0' && flags.contains(setting.flag));
-        flags.insert(setting.flag);
+        // A flag may be shared by settings of different methods.
+        for (const Method method : setting.methods.isEmpty() ? all : setting.methods) {
+            const QString flag = QString("%1 %2").arg(setting.flag).arg(static_cast<int>(method));
+            EXPECT_FALSE(setting.flag[0] != '\0' && flags.contains(flag));
+            flags.insert(flag);
+        }
         EXPECT_NE(*setting.label, '\0');
         const QString meaning = QString::fromUtf8(setting.meaning);
         EXPECT_FALSE(meaning.isEmpty() || meaning.endsWith('.'));
@@ -230,4 +235,16 @@ TEST(SettingsFile, SaysWhatIsWrongAndWhere) {
     for (const auto& [json, message] : wrong)
         EXPECT_TRUE(contains(errorOf(json), message)) << errorOf(json) << " for " << json.data();
     EXPECT_EQ(errorOf("{\"preset\":\"photo\",\"mode\":\"BW\",\"scale\":2}"), "");
+}
+
+TEST(SettingTable, SettingsOfSeveralMethodsShareAFlag) {
+    const Setting& outlines = *findSetting("numberofcolors");
+    const Setting& regions = *findSetting("colors");
+    EXPECT_STREQ(outlines.flag, regions.flag);
+    EXPECT_TRUE(sharesItsFlag(outlines) && sharesItsFlag(regions));
+    EXPECT_FALSE(sharesItsFlag(*findSetting("tolerance")));
+    EXPECT_TRUE(isMeantByFlag(regions, Method::Regions));
+    EXPECT_FALSE(isMeantByFlag(outlines, Method::Regions));
+    EXPECT_TRUE(isMeantByFlag(outlines, Method::Outlines));
+    EXPECT_TRUE(isMeantByFlag(outlines, Method::Centerlines)) << "said to be unused there";
 }

@@ -12,6 +12,7 @@
 
 #include <QCommandLineParser>
 #include <QFileInfo>
+#include <QSet>
 
 namespace {
 
@@ -24,9 +25,11 @@ void declareOptions(QCommandLineParser& parser) {
             names.append(option.letter);
         parser.addOption(QCommandLineOption(names, QString(), option.value));
     }
+    QSet<QByteArray> declared;
     for (const Setting& setting : settingTable()) {
-        if (setting.flag[0] == '\0')
+        if (setting.flag[0] == '\0' || declared.contains(setting.flag))
             continue;
+        declared.insert(setting.flag);
         QStringList names{setting.flag};
         if (names.first() == "format")
             names.append("f");
@@ -75,7 +78,7 @@ void completeFormat(JobSettings& job, const QCommandLineParser& parser) {
 /// Throws UsageError for an option that this job does not read.
 void checkUses(const JobSettings& job, const QCommandLineParser& parser) {
     for (const Setting& setting : settingTable()) {
-        if (!isSet(parser, setting))
+        if (!isSet(parser, setting) || !isMeantByFlag(setting, job.method()))
             continue;
         if (const auto reason = whyUnused(setting, job))
             throw UsageError(flagOf(setting) + ' ' + *reason);
@@ -115,7 +118,7 @@ JobSettings parseSettings(const QCommandLineParser& parser, QStringList& remarks
     // A preset takes the place of other settings, which the options then change again.
     setByFlag(job, parser, *findSetting("preset"));
     for (const Setting& setting : settingTable()) {
-        if (qstrcmp(setting.key, "preset") != 0)
+        if (qstrcmp(setting.key, "preset") != 0 && !sharesItsFlag(setting))
             setByFlag(job, parser, setting);
     }
     if (parser.isSet("fill"))
@@ -123,6 +126,12 @@ JobSettings parseSettings(const QCommandLineParser& parser, QStringList& remarks
     for (const QString& word : parser.values("set")) {
         const auto [key, value] = splitPair(word);
         job.set(key, value, '"' + key + '"');
+    }
+    // What a shared flag means is known when the method is.
+    const Method method = job.method();
+    for (const Setting& setting : settingTable()) {
+        if (sharesItsFlag(setting) && isMeantByFlag(setting, method))
+            setByFlag(job, parser, setting);
     }
     completeFormat(job, parser);
     checkUses(job, parser);
@@ -180,6 +189,8 @@ QStringList workerWords(const QCommandLineParser& parser) {
     for (const Setting& setting : settingTable()) {
         if (!isSet(parser, setting) || qstrcmp(setting.key, "format") == 0)
             continue;
+        if (words.contains(flagOf(setting)))
+            continue; // of a setting that shares the flag
         words.append(flagOf(setting));
         if (setting.type != SettingType::Switch)
             words.append(parser.value(setting.flag));
