@@ -35,15 +35,15 @@ public:
 
 private:
     OvVector drawingPoint(Point point) const {
-        return {point.x, height - point.y};
+        return {point.x, height - point.y, 0.0, true};
     }
     void writeVertex(double bulge) {
-        if (open || bulge != 0.0 || polyline.countPieces() == 0)
-            polyline.appendVertex(drawingPoint(at), bulge);
+        if (open || bulge != 0.0 || isEmpty)
+            append(drawingPoint(at), bulge);
     }
     void appendCubic(Point control1, Point control2, Point to) {
-        if (open || polyline.countPieces() == 0)
-            polyline.appendVertex(drawingPoint(at));
+        if (open || isEmpty)
+            append(drawingPoint(at), 0.0);
         open = false;
         OvSpline spline;
         spline.setDegree(3);
@@ -51,13 +51,18 @@ private:
         spline.appendControlPoint(drawingPoint(control1));
         spline.appendControlPoint(drawingPoint(control2));
         spline.appendControlPoint(drawingPoint(to));
-        polyline.appendShape(spline);
+        polyline.appendShape(spline, false);
         at = to;
+    }
+    void append(const OvVector& vertex, double bulge) {
+        polyline.appendVertex(vertex, bulge, 0.0, 0.0);
+        isEmpty = false;
     }
 
     double height;
     Point at;
-    bool open = false; ///< the vertex at `at` has not been written
+    bool open = false;   ///< the vertex at `at` has not been written
+    bool isEmpty = true; ///< nothing has been written
     OvPolyline polyline;
 };
 
