@@ -20,14 +20,14 @@ import xml.etree.ElementTree
 import ezdxf
 from ezdxf import bbox
 
-DEVIATION = 0.05
+DEVIATION = 0.05  # what the program allows without being told
 FORMS = {
     "R12": ["arcs", "lines"],
     "R2000": ["arcs", "lines", "spline", "quadratic"],
     "R2010": ["arcs", "lines", "spline", "quadratic"],
 }
 INKSCAPE_IMPORT = "/usr/share/inkscape/extensions/dxf_input.py"
-OPTIONS = ["--colors", "4", "--min-path", "24", "--deviation", str(DEVIATION)]
+OPTIONS = ["--colors", "4", "--min-path", "24"]
 
 
 def trace(program, image, *options):
