@@ -16,8 +16,8 @@ constexpr double Continuous = 0.5;
 /// What joining two strokes makes, with the ends that stay free.
 struct Union {
     Carrier carrier;
-    int freeA; ///< the end of the first stroke that stays one
-    int freeB;
+    int freeA = 0; ///< the end of the first stroke that stays one
+    int freeB = 0;
     bool closes = false;
 };
 
@@ -235,10 +235,9 @@ private:
         gap.ends[1].at = to;
         if (carrier.isLine() && dot(to - from, carrier.direction) < 0.0)
             return true;
-        for (const Point& p : pointsAlong(gap, 0.5))
-            if (inkBeside(ink, p, directionAt(carrier, p)) < Continuous * peak)
-                return false;
-        return true;
+        return std::ranges::none_of(pointsAlong(gap, 0.5), [&](Point p) {
+            return inkBeside(ink, p, directionAt(carrier, p)) < Continuous * peak;
+        });
     }
 
     void unite(int i, int j, const Carrier& carrier, int freeA, int freeB) {

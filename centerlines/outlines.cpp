@@ -161,7 +161,8 @@ std::vector<InkArea> outlineAreas(const InkLevels& ink, const InkMask& mask, Ink
         InkArea area;
         area.kind = kind;
         const InkRun& run = components.runs[component.firstRun];
-        area.inside = {(run.begin + run.end) / 2 + 0.5, run.y + 0.5};
+        const int middle = (run.begin + run.end) / 2;
+        area.inside = {middle + 0.5, run.y + 0.5};
         for (const std::vector<Point>& ring : OutlineWalk(patch).rings())
             area.rings.push_back(simplified(ring));
         if (!area.rings.empty())

@@ -179,16 +179,22 @@ private:
             chain.to = nodeBeside(at, except);
             if (chain.to >= 0)
                 break;
-            const auto next = std::find_if(steps.begin(), steps.end(), [&](std::ptrdiff_t step) {
-                return mask.values[at + static_cast<std::size_t>(step)] == InkMask::Ink;
-            });
-            if (next == steps.end())
+            const std::ptrdiff_t step = stepToInk(at);
+            if (step == 0)
                 break;
-            at += static_cast<std::size_t>(*next);
+            at += static_cast<std::size_t>(step);
         }
         if (chain.to < 0 && from >= 0)
             endFreely(chain, at);
         chains.push_back(std::move(chain));
+    }
+
+    /// To the first pixel of ink beside `at` that no line has visited; 0 when there is none.
+    std::ptrdiff_t stepToInk(std::size_t at) const {
+        for (const std::ptrdiff_t step : steps)
+            if (mask.values[at + static_cast<std::size_t>(step)] == InkMask::Ink)
+                return step;
+        return 0;
     }
 
     void endFreely(Chain& chain, std::size_t at) {

@@ -57,7 +57,7 @@ Point awayFrom(const Skeleton& skeleton, const std::vector<StrokePoint>& points,
 class PathFinder {
 public:
     PathFinder(const Skeleton& skeleton, const Profiles& profiles)
-        : skeleton(skeleton), profiles(profiles), branchOf(skeleton.chains.size(), {-1, -1}) {
+        : skeleton(skeleton), branchOf(skeleton.chains.size(), {-1, -1}) {
         std::vector<std::vector<int>> atNode(skeleton.nodes.size());
         for (std::size_t c = 0; c < skeleton.chains.size(); ++c)
             for (int end = 0; end < 2; ++end) {
@@ -150,7 +150,6 @@ private:
     }
 
     const Skeleton& skeleton;
-    const Profiles& profiles;
     std::vector<Branch> branches;
     std::vector<std::array<int, 2>> branchOf;
 };
@@ -181,7 +180,7 @@ std::vector<Sample> samplesOf(const std::vector<StrokePoint>& points, double sig
     std::vector<Sample> samples;
     samples.reserve(points.size());
     for (const StrokePoint& point : points) {
-        const double width = static_cast<double>(point.width);
+        const auto width = static_cast<double>(point.width);
         // Other ink takes part where the stroke is much wider than usual.
         const bool odd = width > 1.35 * usualWidth + 0.7 || width < 0.5 * usualWidth - 0.3;
         samples.push_back({point.at, sigma, point.beside || odd});
@@ -277,8 +276,8 @@ Measure measureNoise(const std::vector<std::vector<StrokePoint>>& profiles, bool
     return {std::max(sigma, twoLevels ? 0.25 : 0.06)};
 }
 
-std::vector<Stroke> fitStrokes(const Skeleton& skeleton, Profiles profiles, const Measure& measure,
-                               Pace& pace) {
+std::vector<Stroke> fitStrokes(const Skeleton& skeleton, const Profiles& profiles,
+                               const Measure& measure, Pace& pace) {
     std::vector<Stroke> strokes;
     double done = 0.0;
     FitOptions options;

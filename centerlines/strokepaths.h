@@ -22,7 +22,7 @@ Measure measureNoise(const std::vector<std::vector<StrokePoint>>& profiles, bool
 /// Lines, arcs and circles of the skeleton: chains that go on straight through a node are
 /// followed as one path, which is then cut into as few shapes as the noise allows.
 std::vector<Stroke> fitStrokes(const Skeleton& skeleton,
-                               std::vector<std::vector<StrokePoint>> profiles,
+                               const std::vector<std::vector<StrokePoint>>& profiles,
                                const Measure& measure, Pace& pace);
 
 } // namespace ovtrace

@@ -79,11 +79,11 @@ OvCenterlines traceInk(const QImage& image, InkLevels ink, const CenterlineOptio
     const std::vector<std::size_t> thinned = thin(mask, pace);
     const Skeleton skeleton = buildSkeleton(mask, thinned, distance, pace);
     pace.stage(0.7);
-    std::vector<std::vector<StrokePoint>> profiles =
+    const std::vector<std::vector<StrokePoint>> profiles =
         strokeProfiles(ink, mask, distance, skeleton, pace);
     const Measure measure = measureNoise(profiles, twoLevels);
     pace.stage(0.8);
-    std::vector<Stroke> strokes = fitStrokes(skeleton, std::move(profiles), measure, pace);
+    std::vector<Stroke> strokes = fitStrokes(skeleton, profiles, measure, pace);
     pace.stage(0.9);
     mergeStrokes(strokes, ink, measure, pace);
     dropExplained(strokes, pace);

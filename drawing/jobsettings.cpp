@@ -56,12 +56,12 @@ QVariant JobSettings::presetValue(const QString& key) const {
 }
 
 QVariant JobSettings::givenOrPreset(const QString& key) const {
-    const QVariant given = values.value(key);
+    QVariant given = values.value(key);
     return given.isValid() ? given : presetValue(key);
 }
 
 QVariant JobSettings::value(const QString& key) const {
-    if (const QVariant given = givenOrPreset(key); given.isValid())
+    if (QVariant given = givenOrPreset(key); given.isValid())
         return given;
     if (key == "method")
         return wordOf(methodChoices(), method());

@@ -89,14 +89,14 @@ const QList<QPair<QString, QSizeF>>& papers() {
 
 QColor parseColor(const QString& word) {
     if (QColor::colorNames().contains(word, Qt::CaseInsensitive))
-        return QColor(word);
+        return {word};
     static const QRegularExpression form("^#([0-9a-f]{3}|[0-9a-f]{6}|[0-9a-f]{8})$",
                                          QRegularExpression::CaseInsensitiveOption);
     if (!form.match(word).hasMatch())
         throw UsageError(
             QString("\"%1\" is not a colour: write #rgb, #rrggbb, #rrggbbaa or a name").arg(word));
     if (word.size() < 9)
-        return QColor(word);
+        return {word};
     const uint value = word.mid(1).toUInt(nullptr, 16);
     return QColor::fromRgba((value >> 8) | (value & 255U) << 24);
 }

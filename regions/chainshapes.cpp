@@ -133,6 +133,11 @@ private:
             pieces = joinChain(f.model, f.samples, options, start, end);
         if (pieces.empty())
             pieces = polygonThrough(f.samples, chain.from < 0, start, end);
+        // Both junctions and all samples in one place: the boundary still has its start and end.
+        if (pieces.empty()) {
+            const Point only = start ? *start : f.samples.front().at;
+            pieces.push_back(linePiece(only, only));
+        }
         shapes.pieces.insert(shapes.pieces.end(), pieces.begin(), pieces.end());
     }
     /// Along the image's rim: straight lines, corners where those of the image are.

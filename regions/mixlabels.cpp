@@ -11,7 +11,6 @@ namespace ovtrace {
 namespace {
 
 constexpr std::uint16_t Unknown = 65535;
-constexpr int Reach = 2; ///< pixels: how far from a mix the colours may lie that it is made of
 
 /// A pixel that has no palette colour: a share `t` of `b`, the rest of `a`.
 struct Mix {
@@ -375,7 +374,7 @@ private:
         if (mix.a == mix.b || mix.b == Unknown)
             return mix.a;
         const ColorAxis way = axis(mix.a, mix.b);
-        double least = static_cast<double>(mix.t);
+        auto least = static_cast<double>(mix.t);
         double most = least;
         for (int i = 0; i < 8; ++i) {
             const Offset offset = Around[static_cast<std::size_t>(i)];

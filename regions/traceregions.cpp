@@ -31,8 +31,8 @@ void OvTraceRegions::setPalette(const QList<QRgb>& colors) {
     palette = colors;
 }
 
-void OvTraceRegions::setProgress(OvTraceProgress* other) {
-    progress = other;
+void OvTraceRegions::setProgress(OvTraceProgress* newProgress) {
+    progress = newProgress;
 }
 
 QList<OvRegionOutline> OvTraceRegions::outlines(const ovtrace::RegionMap& map) {

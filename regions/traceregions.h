@@ -46,7 +46,7 @@ public:
     void setPalette(const QList<QRgb>& colors);
 
     /// What learns of the progress of the traces and may stop them. Not owned; may be null.
-    void setProgress(OvTraceProgress* progress);
+    void setProgress(OvTraceProgress* newProgress);
 
     /// The areas of `image`, whatever its format. A null or empty image gives an empty map, a
     /// stopped trace as well. Throws std::bad_alloc when there is no room.

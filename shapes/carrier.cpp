@@ -22,8 +22,15 @@ double weightOf(const Sample& sample) {
 /// nowhere. The unknowns are the centre and the radius.
 bool improve(Point& centre, double& radius, std::span<const Sample> samples) {
     // Normal equations of residual = d - r, with derivatives (-ux, -uy, -1).
-    double xx = 0.0, xy = 0.0, yy = 0.0, x = 0.0, y = 0.0, w = 0.0;
-    double rx = 0.0, ry = 0.0, r = 0.0;
+    double xx = 0.0;
+    double xy = 0.0;
+    double yy = 0.0;
+    double x = 0.0;
+    double y = 0.0;
+    double w = 0.0;
+    double rx = 0.0;
+    double ry = 0.0;
+    double r = 0.0;
     for (const Sample& sample : samples) {
         const double weight = weightOf(sample);
         const Point out = sample.at - centre;

@@ -36,10 +36,10 @@ public:
         return result;
     }
 
-    /// The sample after `last` up to `first`, unwrapped.
-    [[nodiscard]] int unwrapped(int last, int first) const {
+    /// `sample` after so many turns of the chain that it lies behind `earlier`.
+    [[nodiscard]] int unwrapped(int earlier, int sample) const {
         const int count = static_cast<int>(samples_.size());
-        return first > last ? first : first + (last - first) / count * count + count;
+        return sample > earlier ? sample : sample + (earlier - sample) / count * count + count;
     }
 
 private:

@@ -140,8 +140,9 @@ public:
     /// `strict`: a shape needs one sample more than determine it.
     Search(const Weighted& data, const FitOptions& options, bool strict)
         : data_(data), candidates_(breakCandidates(data)), lineCost_(2.0 * options.parameterCost),
-          arcCost_(3.0 * options.parameterCost),
-          doubtCost_(strict ? infinite : options.parameterCost), leastForArc_(strict ? 4 : 3) {
+          arcCost_(3.0 * options.parameterCost), leastForArc_(strict ? 4 : 3) {
+        if (!strict)
+            doubtCost_ = options.parameterCost;
     }
 
     /// The ranges of carriers, in order; false when there is no explanation.
@@ -159,7 +160,7 @@ private:
     std::vector<Skipped> skipped_;
     double lineCost_;
     double arcCost_;
-    double doubtCost_;
+    double doubtCost_ = infinite;
     int leastForArc_;
     mutable double leastError_ = 0.0;
 };

@@ -69,7 +69,11 @@ bool tangentToOne(Carrier& circle, const Carrier& line, std::span<const Sample> 
     const Point normal = turnedQuarter(line.direction) * circle.turn;
     circle.at = projected(line, circle.at) + normal * circle.radius;
     for (int k = 0; k < steps; ++k) {
-        double aa = 0.0, ab = 0.0, bb = 0.0, ar = 0.0, br = 0.0;
+        double aa = 0.0;
+        double ab = 0.0;
+        double bb = 0.0;
+        double ar = 0.0;
+        double br = 0.0;
         for (const Sample& sample : samples) {
             const Point out = unit(sample.at - circle.at);
             const double a = dot(out, line.direction);

@@ -32,10 +32,10 @@ double pixelsOf(const Job& job) {
 } // namespace
 
 QList<double> pixelsOf(const QList<Job>& jobs) {
-    if (jobs.size() < 2)
-        return QList<double>(jobs.size(), 1e6);
-    const QuietStandardError quiet;
     QList<double> pixels;
+    if (jobs.size() < 2)
+        return pixels.fill(1e6, jobs.size());
+    const QuietStandardError quiet;
     for (const Job& job : jobs) {
         const bool isSame = !pixels.isEmpty() && job.image == jobs[pixels.size() - 1].image;
         const bool isFile = factsOf(job.image).kind == FileKind::Regular;

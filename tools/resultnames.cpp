@@ -139,9 +139,8 @@ void nameResults(QList<Job>& jobs, const Arguments& arguments) {
 QString placeOf(const QString& fileName) {
     const QFileInfo file(fileName);
     const QString folder = factsOf(file.path()).identity;
-    const QString name = folder.isEmpty()
-                             ? QDir::cleanPath(QDir::current().absoluteFilePath(fileName))
-                             : folder + '/' + file.fileName();
+    QString name = folder.isEmpty() ? QDir::cleanPath(QDir::current().absoluteFilePath(fileName))
+                                    : folder + '/' + file.fileName();
 #ifdef Q_OS_WIN
     return name.toLower();
 #else

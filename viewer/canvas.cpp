@@ -6,6 +6,7 @@
 #include <QPainter>
 #include <QPinchGesture>
 #include <QWheelEvent>
+#include <QtMath>
 
 #include <algorithm>
 #include <cmath>
@@ -359,9 +360,9 @@ void Canvas::paintPixelGrid(QPainter& painter) {
     const QPointF first = toImage(box.topLeft());
     const QPointF last = toImage(box.bottomRight());
     QList<QLineF> lines;
-    for (double x = std::ceil(first.x()); x <= last.x(); x += 1.0)
+    for (int x = qCeil(first.x()); x <= last.x(); ++x)
         lines.append({origin.x() + x * scale, box.top(), origin.x() + x * scale, box.bottom()});
-    for (double y = std::ceil(first.y()); y <= last.y(); y += 1.0)
+    for (int y = qCeil(first.y()); y <= last.y(); ++y)
         lines.append({box.left(), origin.y() + y * scale, box.right(), origin.y() + y * scale});
     painter.setPen(QPen(QColor(128, 128, 128, 90), 0));
     painter.drawLines(lines);

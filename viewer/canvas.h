@@ -48,7 +48,7 @@ public:
     /// Marks all outlines of a colour of the palette; -1 for none.
     void selectColor(int colorIndex);
     /// The next click gives the colour below it (colorPicked()).
-    void setPicking(bool picking);
+    void setPicking(bool on);
     bool isPicking() const {
         return picking;
     }

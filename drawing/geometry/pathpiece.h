@@ -51,7 +51,7 @@ PathPiece transformed(const PathPiece& piece, double scale, bool flipped, QPoint
 /// The centre and radius of the circle of an arc with a bulge other than 0.
 struct ArcCircle {
     QPointF centre;
-    double radius;
+    double radius = 0.0;
 };
 ArcCircle arcCircle(QPointF start, QPointF end, double bulge);
 

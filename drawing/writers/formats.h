@@ -9,9 +9,9 @@
 
 /// A file format by its name, which is the ending of its files too.
 struct FileFormat {
-    const char* name;
-    const char* description;
-    std::unique_ptr<Writer> (*makeWriter)(const WriterOptions& options);
+    const char* name = nullptr;
+    const char* description = nullptr;
+    std::unique_ptr<Writer> (*makeWriter)(const WriterOptions& options) = nullptr;
     bool takesSeveral = false; ///< whether drawings may follow one another in one file
 };
 

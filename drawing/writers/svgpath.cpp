@@ -65,7 +65,7 @@ void SvgPath::command(char letter) {
 }
 
 void SvgPath::number(long long value) {
-    const long long whole = static_cast<long long>(unit);
+    const auto whole = static_cast<long long>(unit);
     const bool beginsWithPoint = value != 0 && value > -whole && value < whole;
     if (needsSpace && value >= 0 && !(beginsWithPoint && hasPoint))
         svg << ' ';
