@@ -143,7 +143,7 @@ TEST_F(Workers, AnInterruptEndsATraceWithin50Milliseconds) {
 }
 
 TEST_F(Workers, ALargeImageAloneHasABarOnATerminal) {
-    const QString image = noise(1300);
+    const QString image = noise(2400); // long enough for several states of the bar
     const int terminal = posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK);
     ASSERT_GE(terminal, 0);
     ASSERT_EQ(grantpt(terminal), 0);
