@@ -1,8 +1,8 @@
 #include "fileresolution.h"
 
 #include <QByteArray>
+#include <QDataStream>
 #include <QIODevice>
-#include <QtEndian>
 
 #include <cmath>
 #include <optional>
@@ -17,12 +17,21 @@ QByteArray bytesAt(QIODevice& device, qint64 place, qint64 count) {
     return device.seek(place) ? device.read(count) : QByteArray();
 }
 
+template <typename Number>
+Number numberAt(const QByteArray& bytes, qsizetype place, QDataStream::ByteOrder order) {
+    QDataStream stream(bytes.mid(place, sizeof(Number)));
+    stream.setByteOrder(order);
+    Number number{};
+    stream >> number;
+    return number;
+}
+
 template <typename Number> Number bigEndian(const QByteArray& bytes, qsizetype place) {
-    return qFromBigEndian<Number>(bytes.constData() + place);
+    return numberAt<Number>(bytes, place, QDataStream::BigEndian);
 }
 
 template <typename Number> Number littleEndian(const QByteArray& bytes, qsizetype place) {
-    return qFromLittleEndian<Number>(bytes.constData() + place);
+    return numberAt<Number>(bytes, place, QDataStream::LittleEndian);
 }
 
 FileResolution perMetre(double across, double down) {
