@@ -4,6 +4,7 @@
 
 #include <QImage>
 #include <QRgba64>
+#include <QtEndian>
 
 #include <algorithm>
 #include <array>
@@ -132,7 +133,9 @@ Channels channelsOfUnusedAlpha(const QImage& image, StageProgress progress) {
         return row[4 * qsizetype(x) + 3] == 255;
     };
     const auto shortIsOpaque = [](const uchar* row, int x) {
-        return reinterpret_cast<const QRgba64*>(row)[x].alpha8() == 255;
+        // Rows of foreign memory may begin anywhere.
+        const auto pixel = qFromUnaligned<quint64>(row + qsizetype(x) * qsizetype(sizeof(quint64)));
+        return QRgba64::fromRgba64(pixel).alpha8() == 255;
     };
     return (bytes ? allOpaque(image, progress, byteIsOpaque)
                   : allOpaque(image, progress, shortIsOpaque))
