@@ -80,7 +80,7 @@ QImage noise(int width, int height, int levels) {
 }
 
 /// Teeth of one pixel: one outline along all of them.
-QImage comb(int width, int height) {
+[[maybe_unused]] QImage comb(int width, int height) {
     QImage image(width, height, QImage::Format_RGB32);
     for (int y = 0; y < height; ++y) {
         auto* row = reinterpret_cast<QRgb*>(image.scanLine(y));
