@@ -1,6 +1,7 @@
 #include "reference/compare.h"
 #include "reference/tracetwin.h"
 #include "support/conversions.h"
+#include "support/messagelog.h"
 #include "support/randominput.h"
 
 #include <imageload.h>
@@ -40,26 +41,6 @@ protected:
     static QList<QSize> sizes() {
         return {{1, 1}, {37, 11}, {1, 40}, {40, 1}, {8, 3}};
     }
-};
-
-/// Collects what Qt logs while it lives.
-class MessageLog {
-public:
-    MessageLog() {
-        messages.clear();
-        previous = qInstallMessageHandler([](QtMsgType, const QMessageLogContext&,
-                                             const QString& text) { messages.append(text); });
-    }
-    ~MessageLog() {
-        qInstallMessageHandler(previous);
-    }
-    MessageLog(const MessageLog&) = delete;
-    MessageLog& operator=(const MessageLog&) = delete;
-
-    static inline QStringList messages;
-
-private:
-    QtMessageHandler previous;
 };
 
 /// Images of one format with any bytes in memory: bits that the format does not use, indices

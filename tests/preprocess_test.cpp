@@ -1,3 +1,4 @@
+#include "support/messagelog.h"
 #include <options.h>
 #include <preprocess.h>
 #include <tracebitmap.h>
@@ -13,26 +14,6 @@
 using namespace ovtrace;
 
 namespace {
-
-QStringList messages;
-
-/// Collects what Qt logs while it lives.
-class MessageLog {
-public:
-    MessageLog() {
-        messages.clear();
-        previous = qInstallMessageHandler([](QtMsgType, const QMessageLogContext&,
-                                             const QString& text) { messages.append(text); });
-    }
-    ~MessageLog() {
-        qInstallMessageHandler(previous);
-    }
-    MessageLog(const MessageLog&) = delete;
-    MessageLog& operator=(const MessageLog&) = delete;
-
-private:
-    QtMessageHandler previous;
-};
 
 QImage pixel(QRgb color) {
     QImage image(1, 1, QImage::Format_ARGB32);
@@ -160,6 +141,7 @@ TEST(Preprocess, ImagesThatTakeNoPixelColorsStayAndNothingIsLogged) {
         const MessageLog log;
         preprocess(image, options);
         EXPECT_EQ(image, before);
-        EXPECT_TRUE(messages.isEmpty()) << messages.join('\n').toStdString();
+        EXPECT_TRUE(MessageLog::messages.isEmpty())
+            << MessageLog::messages.join('\n').toStdString();
     }
 }
