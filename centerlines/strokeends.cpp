@@ -2,6 +2,7 @@
 
 #include "inkend.h"
 #include "pace.h"
+#include "strokecaps.h"
 #include "strokegrid.h"
 
 #include <algorithm>
@@ -10,24 +11,15 @@
 namespace ovtrace {
 namespace {
 
-/// Ink over the usual ink of a stroke at which it ends: the edge of a blurred one.
-constexpr double EdgeInk = 0.5;
-constexpr double InkStep = 0.25;
-/// Width in pixels from which the shape of an end can be seen.
-constexpr double WideEnough = 2.5;
-/// Rounding over the width from which an end is round: half of what a half circle has.
-constexpr double Round = 0.09;
 /// Cosine beyond which two lines count as parallel: 4 degrees.
 constexpr double Parallel = 0.9976;
 
 /// What is known of one end of a stroke while its place is sought.
 struct EndState {
-    double ink = 0.0; ///< where its ink ends, in pixels beyond where the fit ended
-    Point tip;        ///< that place
-    /// How much earlier the ink ends beside the middle than in it, over the width; below 0:
-    /// unknown.
-    double rounding = -1.0;
-    double back = 0.0; ///< how far before it the fit may have overshot
+    double ink = 0.0;   ///< where its ink ends, in pixels beyond where the fit ended
+    Point tip;          ///< that place
+    bool ended = false; ///< its ink ends there; else it runs on for longer than was looked
+    double back = 0.0;  ///< how far before it the fit may have overshot
     int partner = -1;
     Point target;
     bool through = false; ///< the partner runs on beyond the target
@@ -36,9 +28,9 @@ struct EndState {
 
 class EndJoiner {
 public:
-    EndJoiner(std::vector<Stroke>& strokes, const InkLevels& ink)
-        : strokes(strokes), ink(ink), grid(strokes, ink.width, ink.height), states(strokes.size()),
-          lengths(strokes.size(), 0.0) {
+    EndJoiner(std::vector<Stroke>& strokes, const InkLevels& ink, const Measure& measure)
+        : strokes(strokes), ink(ink), measured(measure), grid(strokes, ink.width, ink.height),
+          states(strokes.size()), lengths(strokes.size(), 0.0) {
     }
 
     std::vector<Point> run(Pace& pace) {
@@ -85,53 +77,19 @@ private:
         s.back = std::min(0.45 * lengths[index(i)], 1.5 * stroke.width + 4.0);
         s.ink = inkEnd(ink, stroke, e, std::min(s.back, 2.0), most);
         s.tip = beyond(stroke, e, s.ink);
-        if (stroke.width >= WideEnough && lengths[index(i)] > 3.0 * stroke.width)
-            s.rounding = roundingAt(i, e);
+        s.ended = s.ink < most - 0.5;
     }
 
-    /// How much earlier the ink ends on both sides of the middle than in it, over the width: 0 for
-    /// a cut end, 0.14 for a round one.
-    double roundingAt(int i, int e) {
-        const Stroke& stroke = at(i);
-        const EndState& s = state(i, e);
-        const Point outward = outwardAt(stroke, e);
-        const Point across = turnedQuarter(outward);
-        const auto edgeAt = [&](double aside) {
-            // Against the ink of the same line of pixels further inside, which blur lowers too.
-            const Point from = s.tip + across * (aside * stroke.width);
-            const auto level = [&](double d) {
-                const Point p = from + outward * d;
-                return ink.sample(p.x, p.y);
-            };
-            const double inside = -stroke.width;
-            const double edge = EdgeInk * level(inside);
-            double d = inside;
-            double before = level(d);
-            for (; d < stroke.width; d += InkStep) {
-                const double after = level(d + InkStep);
-                if (after < edge)
-                    return d +
-                           (before > after ? InkStep * (before - edge) / (before - after) : 0.0);
-                before = after;
-            }
-            return d;
-        };
-        return (edgeAt(0.0) - (edgeAt(-0.35) + edgeAt(0.35)) / 2.0) / stroke.width;
-    }
-
-    /// Whether the drawing was made with a round pen, by the free ends of wide strokes: narrower
-    /// ones end alike but do not show it.
-    bool hasRoundCaps() {
-        std::vector<double> votes;
+    /// The pen's cap, by the free ends.
+    PenCap capOfPen() {
+        std::vector<CapSample> samples;
         for (int i = 0; i < count(); ++i)
             for (int e = 0; isOpen(i) && e < 2; ++e)
                 if (at(i).ends[index(e)].node < 0 && state(i, e).partner < 0 &&
-                    !at(i).ends[index(e)].solid && state(i, e).rounding > -0.5)
-                    votes.push_back(state(i, e).rounding);
-        if (votes.size() < 2)
-            return false;
-        std::sort(votes.begin(), votes.end());
-        return votes[votes.size() / 2] > Round;
+                    !at(i).ends[index(e)].solid && state(i, e).ended &&
+                    lengths[index(i)] > 3.0 * at(i).width)
+                    samples.push_back(capAt(ink, at(i), e, state(i, e).tip));
+        return penCapOf(samples, measured);
     }
 
     /// Pixels beyond the end `e` of stroke `i` at which its carrier is closest to `p`.
@@ -207,6 +165,8 @@ private:
             // The ink of the end runs on through the other stroke to its far edge.
             const double sine = std::max(std::abs(cross(a, b)), 0.25);
             const double expected = offset + 0.5 * other.width / sine;
+            if (sticksOut(i, e, expected))
+                continue;
             const double miss = std::abs(s.ink - expected) - (linked ? 2.0 : 0.0);
             if (miss >= best)
                 continue;
@@ -215,6 +175,24 @@ private:
             s.target = p;
             s.through = endAt(j, p) < 0;
         }
+    }
+
+    /// Whether the ink of an end runs on clearly past `expected`, the far edge of the stroke that
+    /// it crosses, and ends there by itself: lines that cross near their ends are no corner.
+    bool sticksOut(int i, int e, double expected) {
+        const Stroke& stroke = at(i);
+        const EndState& s = state(i, e);
+        if (!s.ended || s.ink - expected < 0.5 + 0.2 * stroke.width)
+            return false;
+        const Point last = beyond(stroke, e, s.ink - 0.5);
+        std::vector<int> around;
+        grid.near(last, 4.0, around);
+        return std::ranges::none_of(around, [&](int j) {
+            const Stroke& other = at(j);
+            return j != i && !other.dropped &&
+                   std::abs(signedDistance(other.carrier, last)) < 0.5 * other.width + 0.3 &&
+                   reaches(j, last);
+        });
     }
 
     bool isTouching(int i, int e, int next) {
@@ -350,7 +328,7 @@ private:
 
     /// Ends of T joints and free ends.
     void placeRest() {
-        const bool round = hasRoundCaps();
+        const PenCap cap = capOfPen();
         for (int i = 0; i < count(); ++i)
             for (int e = 0; isOpen(i) && e < 2; ++e) {
                 StrokeEnd& end = at(i).ends[index(e)];
@@ -363,10 +341,9 @@ private:
                     continue;
                 }
                 if (!end.solid)
-                    end.at =
-                        beyond(at(i), e,
-                               s.ink - (round ? std::min(0.5 * at(i).width, 0.4 * lengths[index(i)])
-                                              : 0.0));
+                    end.at = beyond(
+                        at(i), e,
+                        s.ink - std::min(capDepth(cap, at(i).width), 0.4 * lengths[index(i)]));
             }
     }
 
@@ -404,6 +381,7 @@ private:
 
     std::vector<Stroke>& strokes;
     const InkLevels& ink;
+    const Measure& measured;
     StrokeGrid grid;
     std::vector<std::array<int, 2>> standing; ///< ends that stand on the line of a partner
     std::vector<std::array<EndState, 2>> states;
@@ -414,8 +392,9 @@ private:
 
 } // namespace
 
-std::vector<Point> joinEnds(std::vector<Stroke>& strokes, const InkLevels& ink, Pace& pace) {
-    return EndJoiner(strokes, ink).run(pace);
+std::vector<Point> joinEnds(std::vector<Stroke>& strokes, const InkLevels& ink,
+                            const Measure& measure, Pace& pace) {
+    return EndJoiner(strokes, ink, measure).run(pace);
 }
 
 } // namespace ovtrace

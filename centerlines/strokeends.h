@@ -2,6 +2,7 @@
 
 #include "inklevels.h"
 #include "stroke.h"
+#include "strokepaths.h"
 
 #include <vector>
 
@@ -14,6 +15,7 @@ class Pace;
 /// An end whose own line meets another stroke within its ink becomes a node with it: on the line of
 /// a stroke that runs through (a T), or where the lines of several ends meet (a corner). Ends of
 /// one node get the very same place. All others are put where their ink ends.
-std::vector<Point> joinEnds(std::vector<Stroke>& strokes, const InkLevels& ink, Pace& pace);
+std::vector<Point> joinEnds(std::vector<Stroke>& strokes, const InkLevels& ink,
+                            const Measure& measure, Pace& pace);
 
 } // namespace ovtrace

@@ -15,6 +15,13 @@ constexpr std::size_t LookAhead = 14;
 /// Cosine of the sharpest bend of a path through a node: 30 degrees.
 constexpr double StraightOn = 0.866;
 
+/// Slope of a line of whole pixels below which it has no two steps within a few pixels, and the
+/// share of bumps on such lines from which edges count as ragged.
+constexpr double LevelSlope = 0.05;
+constexpr double RaggedShare = 0.05;
+/// Deviation of a middle from its neighbours in pixels that is a bump.
+constexpr double Bump = 0.1;
+
 /// A chain's end at a node: which chain, which end, how it leaves.
 struct Branch {
     int chain;
@@ -262,6 +269,8 @@ Measure measureNoise(const std::vector<std::vector<StrokePoint>>& profiles, bool
     // The middle of three points 3 pixels apart leaves the other two by sqrt(3/2) sigma.
     constexpr std::size_t Apart = 3;
     std::vector<double> residuals;
+    std::size_t level = 0;
+    std::size_t bumps = 0;
     for (const std::vector<StrokePoint>& points : profiles)
         for (std::size_t i = Apart; i + Apart < points.size(); ++i) {
             const StrokePoint& a = points[i - Apart];
@@ -270,10 +279,15 @@ Measure measureNoise(const std::vector<std::vector<StrokePoint>>& profiles, bool
                 continue;
             const Point along = unit(b.at - a.at);
             residuals.push_back(std::abs(cross(along, points[i].at - middle(a.at, b.at))));
+            if (std::min(std::abs(along.x), std::abs(along.y)) < LevelSlope) {
+                ++level;
+                bumps += residuals.back() > Bump ? 1U : 0U;
+            }
         }
     // 0.6745 sigma is the median of the absolute values of normal noise.
     const double sigma = medianOf(residuals) / (0.6745 * 1.2247);
-    return {std::max(sigma, twoLevels ? 0.25 : 0.06)};
+    return {std::max(sigma, twoLevels ? 0.25 : 0.06), twoLevels,
+            twoLevels && static_cast<double>(bumps) > RaggedShare * static_cast<double>(level)};
 }
 
 std::vector<Stroke> fitStrokes(const Skeleton& skeleton, const Profiles& profiles,

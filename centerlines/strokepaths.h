@@ -12,7 +12,11 @@ class Pace;
 
 /// How surely the measured points lie on their strokes.
 struct Measure {
-    double sigma = 0.1; ///< standard deviation across a stroke, in pixels
+    double sigma = 0.1;     ///< standard deviation across a stroke, in pixels
+    bool twoLevels = false; ///< the image has no greys
+    /// Edges of strokes are rougher than those of lines rounded to whole pixels: greys with
+    /// noise were thresholded.
+    bool ragged = false;
 };
 
 /// The deviation of the points of all chains from their neighbours. With `twoLevels` (no greys) it

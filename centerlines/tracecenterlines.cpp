@@ -92,7 +92,7 @@ OvCenterlines traceInk(const QImage& image, InkLevels ink, const CenterlineOptio
     joinDashes(strokes, ink, measure, pace);
     dropDirt(strokes, strokeWidth);
     Found found;
-    found.nodes = joinEnds(strokes, ink, pace);
+    found.nodes = joinEnds(strokes, ink, measure, pace);
     dropImpossible(strokes, ink.width, ink.height);
     markHatching(strokes);
     found.areas = outlineAreas(ink, mask, InkMask::Solid, pace);

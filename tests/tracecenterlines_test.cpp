@@ -70,6 +70,17 @@ TEST(TraceCenterlines, CrossingIsTwoLines) {
     EXPECT_TRUE(result.nodes.isEmpty());
 }
 
+TEST(TraceCenterlines, LinesThatCrossNearTheirEndsKeepThem) {
+    Sheet sheet(200, 120);
+    sheet.line(20.0, 20.0, 170.0, 80.0, 2.0);
+    sheet.line(20.0, 86.0, 170.0, 74.0, 2.0);
+    const OvCenterlines result = OvTraceCenterlines().trace(sheet.image);
+    ASSERT_EQ(result.strokes.size(), 2);
+    EXPECT_TRUE(result.nodes.isEmpty());
+    for (const Stroke& stroke : result.strokes)
+        EXPECT_NEAR(std::max(stroke.start.x, stroke.end.x), 170.0, 1.0);
+}
+
 TEST(TraceCenterlines, CornersShareTheirNodes) {
     Sheet sheet(200, 200);
     sheet.line(40.5, 39.0, 40.5, 161.0, 3.0);
