@@ -15,15 +15,15 @@ namespace {
 
 constexpr double LargestZoom = 64.0;
 constexpr double SmallestZoom = 1.0 / 256.0;
-constexpr double ZoomStep = 1.25;     ///< of a key or a step of the wheel
-constexpr double WheelStep = 120.0;   ///< eighths of a degree
-constexpr double PixelGridFrom = 8.0; ///< zoom
-constexpr double DividerReach = 5.0;  ///< window pixels
-constexpr double KeyPan = 64.0;       ///< window pixels
-constexpr double ClickReach = 3.0;    ///< a shorter way is a click, not a drag
-constexpr double FitMargin = 0.96;    ///< share of the widget that a whole image takes
+constexpr double ZoomStep = 1.25;           ///< of a key or a step of the wheel
+constexpr double WheelStep = 120.0;         ///< eighths of a degree
+constexpr double PixelGridFrom = 8.0;       ///< zoom
+constexpr double DividerReach = 5.0;        ///< window pixels
+constexpr double KeyPan = 64.0;             ///< window pixels
+constexpr double ClickReach = 3.0;          ///< a shorter way is a click, not a drag
+constexpr double FitMargin = 0.96;          ///< share of the widget that a whole image takes
+constexpr qsizetype MostSmoothNodes = 5000; ///< of an outline that is marked smoothly
 const QColor MarkColor(255, 120, 0);
-const QColor SelectionColor(0, 120, 255);
 
 Scene::Content contentOf(Canvas::View view) {
     switch (view) {
@@ -123,7 +123,7 @@ void Canvas::keepInView() {
 }
 
 void Canvas::selectColor(int colorIndex) {
-    selectedColor = colorIndex;
+    tiles.selectColor(colorIndex);
     update();
 }
 
@@ -311,7 +311,7 @@ void Canvas::paintEvent(QPaintEvent* /*event*/) {
         paintContent(painter, contentOf(currentView), rect());
     }
     if (currentView != View::Image)
-        paintMarks(painter);
+        paintMark(painter);
     if (scale >= PixelGridFrom)
         paintPixelGrid(painter);
     if (currentView == View::Split)
@@ -333,25 +333,21 @@ void Canvas::paintContent(QPainter& painter, Scene::Content content, const QRect
     painter.restore();
 }
 
-void Canvas::paintMarks(QPainter& painter) {
+/// Marks the outline below the pointer. Very long ones are drawn in the way that costs least, so
+/// that the pointer is never late.
+void Canvas::paintMark(QPainter& painter) {
+    const std::vector<SceneOutline>& outlines = shown->outlines();
+    if (pointedOutline < 0 || pointedOutline >= static_cast<int>(outlines.size()))
+        return;
+    const SceneOutline& outline = outlines[static_cast<std::size_t>(pointedOutline)];
+    const bool isLong = outline.nodes.size() > MostSmoothNodes;
     painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setRenderHint(QPainter::Antialiasing, !isLong);
     painter.translate(origin);
     painter.scale(scale, scale);
-    const QRectF inView(toImage({0, 0}), toImage(QPointF(width(), height())));
-    const auto mark = [&](const SceneOutline& outline, const QColor& color) {
-        QPen pen(color, 2.0);
-        pen.setCosmetic(true);
-        if (outline.box.intersects(inView))
-            painter.strokePath(outline.path, pen);
-    };
-    const std::vector<SceneOutline>& outlines = shown->outlines();
-    for (const SceneOutline& outline : outlines) {
-        if (outline.colorIndex == selectedColor)
-            mark(outline, SelectionColor);
-    }
-    if (pointedOutline >= 0 && pointedOutline < static_cast<int>(outlines.size()))
-        mark(outlines[static_cast<std::size_t>(pointedOutline)], MarkColor);
+    QPen pen(MarkColor, isLong ? 1.0 : 2.0);
+    pen.setCosmetic(true);
+    painter.strokePath(outline.path, pen);
     painter.restore();
 }
 

@@ -93,7 +93,7 @@ private:
     bool isOverDivider(QPointF place) const;
     void updateCursor(QPointF place);
     void paintContent(QPainter& painter, Scene::Content content, const QRect& area);
-    void paintMarks(QPainter& painter);
+    void paintMark(QPainter& painter);
     void paintPixelGrid(QPainter& painter);
     void paintDivider(QPainter& painter);
     QRectF imageBox() const;
@@ -111,5 +111,4 @@ private:
     bool spaceIsDown = false;
     bool picking = false;
     int pointedOutline = -1;
-    int selectedColor = -1;
 };

@@ -1,5 +1,7 @@
 #include "drawingthread.h"
 
+#include "background.h"
+
 #include <drawing/errors.h>
 #include <drawing/files/resultfile.h>
 #include <drawing/jobrequests.h>
@@ -232,20 +234,20 @@ const InputImage& DrawingThread::readImage(const TraceJob& job) {
     const int pages = countPages(fileName);
     lastImage = ReadImage{job, readInput(fileName, request), nullptr};
     const InputImage& input = lastImage->input;
-    lastImage->scene = std::make_shared<Scene>(input.image);
+    lastImage->scene = makeSharedInBackground<Scene>(input.image);
     emit imageRead(job.number, lastImage->scene, histogramOf(input.image), pages);
     return lastImage->input;
 }
 
 /// What the settings leave out of files is not shown either.
 std::shared_ptr<const Scene> DrawingThread::sceneOf(const TraceResult& result) const {
-    return std::make_shared<Scene>(
+    return makeSharedInBackground<Scene>(
         *lastImage->scene, visibleParts(result.drawing, writerOptions(result.job.settings)));
 }
 
 std::shared_ptr<const TraceResult> DrawingThread::makeResult(const TraceJob& job,
                                                              bool canBeCancelled) {
-    auto result = std::make_shared<TraceResult>();
+    auto result = makeSharedInBackground<TraceResult>();
     result->job = job;
     result->error = errorOf([&] {
         const InputImage& input = readImage(job);

@@ -253,12 +253,12 @@ void MainWindow::showPalette() {
         return;
     const QStringList hidden = doc.settings().value("hide-colors").toStringList();
     QList<PaletteEntry> entries;
-    for (const QColor& color : result->drawing.palette)
-        entries.append({color, 0.0, 0, hidden.contains(colorWord(color))});
     const double area = double(result->drawing.size.width()) * result->drawing.size.height();
-    for (const SceneOutline& outline : result->scene->outlines()) {
-        ++entries[outline.colorIndex].outlines;
-        entries[outline.colorIndex].share += outline.area / area;
+    for (qsizetype i = 0; i < result->drawing.palette.size(); ++i) {
+        const QColor& color = result->drawing.palette[i];
+        const ColorShare& share = result->scene->colorShares()[static_cast<std::size_t>(i)];
+        entries.append(
+            {color, share.area / area, share.outlines, hidden.contains(colorWord(color))});
     }
     palettePanel->show(entries, doc.settings().isGiven("palette"));
 }

@@ -17,6 +17,8 @@ constexpr double OverlayWidth = 1.2;   ///< device pixels
 constexpr double NodeSide = 4.0;       ///< device pixels
 constexpr double NodesFrom = 1.5;      ///< device pixels a pixel: nodes would hide what is smaller
 constexpr double SmallestStroke = 1.0; ///< device pixels in which a stroke is still seen
+constexpr double SelectionWidth = 2.0; ///< device pixels
+const QColor SelectionColor(0, 120, 255);
 const QColor OutlineColor(200, 0, 60);
 const QColor NodeColor(0, 70, 200);
 
@@ -47,6 +49,7 @@ Scene::Scene(QImage image) : source(std::move(image)) {
 
 Scene::Scene(const Scene& image, const Drawing& drawing)
     : source(image.source), reduced(image.reduced) {
+    shares.resize(static_cast<std::size_t>(drawing.palette.size()));
     all.reserve(static_cast<std::size_t>(drawing.shapes.size() + drawing.strokes.size()));
     const Underlay underlay(drawing);
     for (const qsizetype shape : underlay.order())
@@ -60,9 +63,13 @@ void Scene::addShape(const Drawing& drawing, const Underlay& underlay, qsizetype
     const Shape& shape = drawing.shapes[index];
     SceneOutline outline;
     outline.path = toPainterPath(drawing, shape);
-    outline.fill.setFillRule(Qt::WindingFill);
-    for (const std::vector<PathPiece>& ring : underlay.rings(index))
-        appendTo(outline.fill, ring, drawing.size.height());
+    if (shape.kind == ShapeKind::Region) {
+        outline.fill.setFillRule(Qt::WindingFill);
+        for (const std::vector<PathPiece>& ring : underlay.rings(index))
+            appendTo(outline.fill, ring, drawing.size.height());
+    } else {
+        outline.fill = outline.path;
+    }
     outline.box = outline.fill.boundingRect();
     outline.color = drawing.palette[shape.color];
     outline.colorIndex = shape.color;
@@ -74,7 +81,7 @@ void Scene::addShape(const Drawing& drawing, const Underlay& underlay, qsizetype
         appendNodes(pieces, drawing.size.height(), outline.nodes);
     }
     outline.area = std::abs(area);
-    all.push_back(std::move(outline));
+    add(std::move(outline));
 }
 
 void Scene::addStroke(const Drawing& drawing, const Stroke& stroke) {
@@ -91,6 +98,13 @@ void Scene::addStroke(const Drawing& drawing, const Stroke& stroke) {
     outline.strokeWidth = stroke.width;
     if (stroke.dashPattern >= 0)
         outline.dashes = drawing.dashPatterns[stroke.dashPattern];
+    add(std::move(outline));
+}
+
+void Scene::add(SceneOutline outline) {
+    ColorShare& share = shares[static_cast<std::size_t>(outline.colorIndex)];
+    share.area += outline.area;
+    ++share.outlines;
     all.push_back(std::move(outline));
 }
 
@@ -205,6 +219,17 @@ void Scene::paintOverlay(QPainter& painter, const QRectF& part, double scale) co
                 painter.fillRect(QRectF(node.x() - side / 2.0, node.y() - side / 2.0, side, side),
                                  NodeColor);
         }
+    }
+}
+
+void Scene::paintSelection(QPainter& painter, int colorIndex, const QRectF& part,
+                           double scale) const {
+    const double width = SelectionWidth / scale;
+    const QPen pen(SelectionColor, width);
+    for (const int i : outlinesIn(widened(part, width))) {
+        const SceneOutline& outline = all[static_cast<std::size_t>(i)];
+        if (outline.colorIndex == colorIndex)
+            painter.strokePath(outline.path, pen);
     }
 }
 

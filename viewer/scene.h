@@ -26,6 +26,12 @@ struct SceneOutline {
     QList<double> dashes;     ///< of a stroke, in pixels; empty for a whole line
 };
 
+/// What a colour of the palette has of a result.
+struct ColorShare {
+    double area = 0.0; ///< square pixels
+    int outlines = 0;
+};
+
 /// What the canvas shows of one trace: the image and its outlines with an index over the places.
 ///
 /// Immutable after it is made, so threads share it freely.
@@ -48,6 +54,10 @@ public:
     const std::vector<SceneOutline>& outlines() const {
         return all;
     }
+    /// By colour of the drawing's palette.
+    const std::vector<ColorShare>& colorShares() const {
+        return shares;
+    }
     /// The size of what is shown, in pixels of the image.
     QSize size() const {
         return source.size();
@@ -57,12 +67,17 @@ public:
     /// `scale` device pixels.
     void paint(QPainter& painter, Content content, const QRectF& part, double scale) const;
 
+    /// Draws lines of a colour along the outlines in `part` that have a colour of the palette; the
+    /// painter as for paint().
+    void paintSelection(QPainter& painter, int colorIndex, const QRectF& part, double scale) const;
+
     /// The topmost outline at a point; -1 where there is none.
     int outlineAt(QPointF point) const;
 
 private:
     void addShape(const Drawing& drawing, const Underlay& underlay, qsizetype shape);
     void addStroke(const Drawing& drawing, const Stroke& stroke);
+    void add(SceneOutline outline);
     void buildIndex();
     std::vector<int> outlinesIn(const QRectF& part) const;
     void paintImage(QPainter& painter, const QRectF& part, double scale) const;
@@ -72,7 +87,8 @@ private:
     QImage source;
     std::vector<QImage> reduced;   ///< source at 1/2, 1/4, ... for small scales
     std::vector<SceneOutline> all; ///< in the order of painting
-    int cellSide = 1;              ///< of the index, in pixels
+    std::vector<ColorShare> shares;
+    int cellSide = 1; ///< of the index, in pixels
     int columns = 0;
     int rows = 0;
     std::vector<std::vector<int>> cells; ///< outlines by cell, in the order of painting

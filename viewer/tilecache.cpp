@@ -35,7 +35,10 @@ QImage paintTile(const Scene& scene, const TilePlace& place, double scale) {
     QPainter painter(&tile);
     painter.translate(-place.column * TileSide, -place.row * TileSide);
     painter.scale(scale, scale);
-    scene.paint(painter, static_cast<Scene::Content>(place.content), partOf(place, scale), scale);
+    const QRectF part = partOf(place, scale);
+    scene.paint(painter, static_cast<Scene::Content>(place.content), part, scale);
+    if (place.selectedColor >= 0)
+        scene.paintSelection(painter, place.selectedColor, part, scale);
     return tile;
 }
 
@@ -57,7 +60,7 @@ void forEachTile(const QRectF& part, QSize size, double scale, Visit visit) {
 } // namespace
 
 size_t qHash(const TilePlace& place, size_t seed) noexcept {
-    return qHashMulti(seed, place.content, place.column, place.row);
+    return qHashMulti(seed, place.content, place.selectedColor, place.column, place.row);
 }
 
 TileCache::TileCache(QObject* parent) : QObject(parent) {
@@ -71,6 +74,12 @@ TileCache::~TileCache() {
 
 void TileCache::setScene(std::shared_ptr<const Scene> newScene) {
     scene = std::move(newScene);
+}
+
+void TileCache::selectColor(int colorIndex) {
+    selectedColor = colorIndex;
+    painters.clear(); // what was marked before is no longer asked for
+    pending.clear();
 }
 
 TileCache::Level& TileCache::levelFor(double scale) {
@@ -89,36 +98,41 @@ void TileCache::paint(QPainter& painter, Scene::Content content, const QRectF& p
     if (!scene)
         return;
     Level& level = levelFor(scale);
+    const int selection = content == Scene::Content::Image ? -1 : selectedColor;
     bool complete = true;
     forEachTile(part, scene->size(), scale, [&](int column, int row) {
-        const TilePlace place{static_cast<int>(content), column, row};
+        const TilePlace place{static_cast<int>(content), selection, column, row};
         if (level.tiles.contains(place))
             return;
         complete = false;
         request(level, place);
     });
+    const View view{content, selection, part, scale, origin};
     if (!complete) {
-        for (auto older = levels.rbegin(); older + 1 != levels.rend(); ++older)
-            paintLevel(painter, *older, content, part, scale, origin);
+        for (auto older = levels.rbegin(); older != levels.rend(); ++older)
+            paintLevel(painter, *older, view, false);
     }
-    paintLevel(painter, level, content, part, scale, origin);
+    paintLevel(painter, level, view, true);
 }
 
-void TileCache::paintLevel(QPainter& painter, const Level& level, Scene::Content content,
-                           const QRectF& part, double scale, QPointF origin) const {
-    const double stretch = scale / level.scale;
+/// Paints a level's tiles: those with the selection asked for, or all that there are.
+void TileCache::paintLevel(QPainter& painter, const Level& level, const View& view,
+                           bool asSelected) const {
+    const double stretch = view.scale / level.scale;
     // Pictures of another size of image are no help.
     if (level.scene->size() != scene->size())
         return;
     for (auto tile = level.tiles.begin(); tile != level.tiles.end(); ++tile) {
         const QRectF box = partOf(tile.key(), level.scale);
-        if (tile.key().content != static_cast<int>(content) || !box.intersects(part))
+        if (tile.key().content != static_cast<int>(view.content) || !box.intersects(view.part))
             continue;
-        const QPointF corner = origin + box.topLeft() * scale;
+        if (asSelected && tile.key().selectedColor != view.selectedColor)
+            continue;
+        const QPointF corner = view.origin + box.topLeft() * view.scale;
         if (stretch == 1.0)
             painter.drawImage(corner.toPoint(), tile.value());
         else
-            painter.drawImage(QRectF(corner, box.size() * scale), tile.value());
+            painter.drawImage(QRectF(corner, box.size() * view.scale), tile.value());
     }
 }
 

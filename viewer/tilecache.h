@@ -12,6 +12,7 @@
 /// Where a tile lies in its grid, and what it shows.
 struct TilePlace {
     int content;
+    int selectedColor; ///< of the palette; -1 for none
     int column;
     int row;
     bool operator==(const TilePlace&) const = default;
@@ -31,6 +32,9 @@ public:
     ~TileCache() override;
 
     void setScene(std::shared_ptr<const Scene> scene);
+
+    /// Which colour's outlines are marked in results; -1 for none.
+    void selectColor(int colorIndex);
 
     /// Paints `part` of the scene (in pixels of the image) at `scale` device pixels each. The
     /// painter works in device pixels with the image's corner at `origin`.
@@ -55,13 +59,22 @@ private:
         QHash<TilePlace, QImage> tiles;
     };
 
+    /// What is to be painted, see paint().
+    struct View {
+        Scene::Content content;
+        int selectedColor;
+        QRectF part;
+        double scale;
+        QPointF origin;
+    };
+
     Level& levelFor(double scale);
-    void paintLevel(QPainter& painter, const Level& level, Scene::Content content,
-                    const QRectF& part, double scale, QPointF origin) const;
+    void paintLevel(QPainter& painter, const Level& level, const View& view, bool asSelected) const;
     void request(Level& level, const TilePlace& place);
     void keep(quint64 level, const TilePlace& place, const QImage& tile);
 
     std::shared_ptr<const Scene> scene;
+    int selectedColor = -1;
     std::deque<Level> levels; ///< the newest first
     QSet<TilePlace> pending;  ///< of the newest level
     quint64 lastNumber = 0;

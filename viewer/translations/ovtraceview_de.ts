@@ -1,4 +1,5 @@
-<?xml version='1.0' encoding='utf-8'?>
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
 <TS version="2.1" language="de_DE">
 <context>
     <name>Canvas</name>
@@ -387,8 +388,8 @@
     <message numerus="yes">
         <source>%n outline(s)</source>
         <translation>
-            <numerusform>%n Umriss</numerusform>
-            <numerusform>%n Umrisse</numerusform>
+                <numerusform>%n Umriss</numerusform>
+                <numerusform>%n Umrisse</numerusform>
         </translation>
     </message>
     <message>
@@ -431,6 +432,616 @@
     <message>
         <source>The image to open.</source>
         <translation>Das Bild, das geöffnet wird.</translation>
+    </message>
+</context>
+<context>
+    <name>Setting</name>
+    <message>
+        <source>Method</source>
+        <translation>Verfahren</translation>
+    </message>
+    <message>
+        <source>What the image is turned into</source>
+        <translation>Was aus dem Bild gemacht wird</translation>
+    </message>
+    <message>
+        <source>Preset</source>
+        <translation>Vorlage</translation>
+    </message>
+    <message>
+        <source>Settings for a kind of picture</source>
+        <translation>Einstellungen für eine Art von Bild</translation>
+    </message>
+    <message>
+        <source>Mode</source>
+        <translation>Modus</translation>
+    </message>
+    <message>
+        <source>color, bw (black and white by lightness) or raw (the engine's own defaults and the image as read)</source>
+        <translation>Farbe, schwarzweiß (nach der Helligkeit) oder roh (die Vorgaben des Verfahrens und das Bild, wie es gelesen wurde)</translation>
+    </message>
+    <message>
+        <source>Palette</source>
+        <translation>Farbpalette</translation>
+    </message>
+    <message>
+        <source>The colours to start from, instead of those found in the image</source>
+        <translation>Die Farben am Anfang, anstelle derer, die im Bild gefunden werden</translation>
+    </message>
+    <message>
+        <source>Page</source>
+        <translation>Seite</translation>
+    </message>
+    <message>
+        <source>The page or frame of the file to trace</source>
+        <translation>Die Seite oder das Einzelbild der Datei</translation>
+    </message>
+    <message>
+        <source>px</source>
+        <translation>px</translation>
+    </message>
+    <message>
+        <source>Crop</source>
+        <translation>Ausschnitt</translation>
+    </message>
+    <message>
+        <source>Trace a part of the image alone: its left and upper edge, width and height</source>
+        <translation>Nur einen Teil des Bildes nachzeichnen: linker und oberer Rand, Breite und Höhe</translation>
+    </message>
+    <message>
+        <source>Background</source>
+        <translation>Hintergrund</translation>
+    </message>
+    <message>
+        <source>Put transparent images on this colour first</source>
+        <translation>Durchsichtige Bilder zuerst auf diese Farbe legen</translation>
+    </message>
+    <message>
+        <source>Largest image</source>
+        <translation>Größtes Bild</translation>
+    </message>
+    <message>
+        <source>Refuse images of more pixels</source>
+        <translation>Bilder mit mehr Pixeln ablehnen</translation>
+    </message>
+    <message>
+        <source>pixels an inch</source>
+        <translation>Pixel je Zoll</translation>
+    </message>
+    <message>
+        <source>Resolution</source>
+        <translation>Auflösung</translation>
+    </message>
+    <message>
+        <source>How many pixels of the image an inch has; auto: as its file says</source>
+        <translation>Wie viele Pixel des Bildes auf einen Zoll kommen; auto: wie die Datei es sagt</translation>
+    </message>
+    <message>
+        <source>Width</source>
+        <translation>Breite</translation>
+    </message>
+    <message>
+        <source>Make the drawing so wide</source>
+        <translation>Die Zeichnung so breit machen</translation>
+    </message>
+    <message>
+        <source>Height</source>
+        <translation>Höhe</translation>
+    </message>
+    <message>
+        <source>Make the drawing so high; with a width, fit it into both</source>
+        <translation>Die Zeichnung so hoch machen; mit einer Breite passt sie in beides</translation>
+    </message>
+    <message>
+        <source>Units</source>
+        <translation>Einheit</translation>
+    </message>
+    <message>
+        <source>The unit of coordinates; millimetres when the size is known, else pixels</source>
+        <translation>Die Einheit der Koordinaten; Millimeter, wenn die Größe bekannt ist, sonst Pixel</translation>
+    </message>
+    <message>
+        <source>Drawing scale</source>
+        <translation>Maßstab</translation>
+    </message>
+    <message>
+        <source>The scale of the drawing on paper: at 1:100 a millimetre of the image stands for 100 in coordinates</source>
+        <translation>Der Maßstab der Zeichnung auf Papier: bei 1:100 steht ein Millimeter des Bildes für 100 in Koordinaten</translation>
+    </message>
+    <message>
+        <source>World file</source>
+        <translation>Georeferenz</translation>
+    </message>
+    <message>
+        <source>Where the image lies in the world; auto: as the world file beside it says, if there is one</source>
+        <translation>Wo das Bild in der Welt liegt; auto: wie die Datei daneben es sagt, wenn es eine gibt</translation>
+    </message>
+    <message>
+        <source>Coordinate system</source>
+        <translation>Koordinatensystem</translation>
+    </message>
+    <message>
+        <source>The system of world coordinates, as EPSG:25832</source>
+        <translation>Das System der Weltkoordinaten, etwa EPSG:25832</translation>
+    </message>
+    <message>
+        <source>Strokes</source>
+        <translation>Striche</translation>
+    </message>
+    <message>
+        <source>Stroke the outlines instead of filling them</source>
+        <translation>Die Umrisse zeichnen, statt sie zu füllen</translation>
+    </message>
+    <message>
+        <source>Close seams</source>
+        <translation>Fugen schließen</translation>
+    </message>
+    <message>
+        <source>Stroke fills in their own colour, to hide seams between them</source>
+        <translation>Flächen in ihrer Farbe umranden, damit keine Fugen zu sehen sind</translation>
+    </message>
+    <message>
+        <source>Cut out</source>
+        <translation>Ausschneiden</translation>
+    </message>
+    <message>
+        <source>Let regions only touch, instead of reaching under one another against seams</source>
+        <translation>Flächen nur aneinanderstoßen lassen, statt sie gegen Fugen untereinanderzuschieben</translation>
+    </message>
+    <message>
+        <source>Drop background</source>
+        <translation>Ohne Hintergrund</translation>
+    </message>
+    <message>
+        <source>Leave out the colour of most of the image's rim</source>
+        <translation>Die Farbe weglassen, die der größte Teil des Bildrandes hat</translation>
+    </message>
+    <message>
+        <source>Hidden colours</source>
+        <translation>Weggelassene Farben</translation>
+    </message>
+    <message>
+        <source>Leave out these colours: #rrggbb or #rrggbbaa, with commas between them</source>
+        <translation>Diese Farben weglassen: #rrggbb oder #rrggbbaa, mit Kommas dazwischen</translation>
+    </message>
+    <message>
+        <source>Digits</source>
+        <translation>Stellen</translation>
+    </message>
+    <message>
+        <source>Digits after the decimal point; without it all that count</source>
+        <translation>Stellen nach dem Komma; ohne Angabe alle, die zählen</translation>
+    </message>
+    <message>
+        <source>DXF version</source>
+        <translation>DXF-Version</translation>
+    </message>
+    <message>
+        <source>The version of the format; R12 is read by everything and has no splines</source>
+        <translation>Die Version des Formats; R12 liest jedes Programm, es kennt keine Splines</translation>
+    </message>
+    <message>
+        <source>DXF curves</source>
+        <translation>DXF-Kurven</translation>
+    </message>
+    <message>
+        <source>Curves as arcs or lines within the deviation, as one spline an outline, or as quadratic splines (both exact)</source>
+        <translation>Kurven als Bögen oder Linien innerhalb der Abweichung, als ein Spline je Umriss oder als quadratische Splines (beide genau)</translation>
+    </message>
+    <message>
+        <source>DXF edges</source>
+        <translation>DXF-Kanten</translation>
+    </message>
+    <message>
+        <source>Every region's rings, or each boundary shared by two regions once</source>
+        <translation>Die Ringe jeder Fläche, oder jede Grenze zweier Flächen nur einmal</translation>
+    </message>
+    <message>
+        <source>DXF hatches</source>
+        <translation>DXF-Schraffuren</translation>
+    </message>
+    <message>
+        <source>Fill areas by hatches; R2000 and R2010 have them</source>
+        <translation>Flächen durch Schraffuren füllen; R2000 und R2010 haben sie</translation>
+    </message>
+    <message>
+        <source>Deviation</source>
+        <translation>Abweichung</translation>
+    </message>
+    <message>
+        <source>How far arcs and straight pieces may be off the curves</source>
+        <translation>Wie weit Bögen und gerade Stücke von den Kurven abweichen dürfen</translation>
+    </message>
+    <message>
+        <source>Paper</source>
+        <translation>Papier</translation>
+    </message>
+    <message>
+        <source>Put the drawing in the middle of this paper, in its true size when one was given and as large as it fits otherwise</source>
+        <translation>Die Zeichnung in die Mitte dieses Papiers setzen, in ihrer wahren Größe, wenn eine angegeben ist, sonst so groß, wie sie passt</translation>
+    </message>
+    <message>
+        <source>Margin</source>
+        <translation>Rand</translation>
+    </message>
+    <message>
+        <source>What stays free at each edge of the paper</source>
+        <translation>Was an jeder Kante des Papiers frei bleibt</translation>
+    </message>
+    <message>
+        <source>Picture scale</source>
+        <translation>Bildmaßstab</translation>
+    </message>
+    <message>
+        <source>Pixels of the picture for each of the image</source>
+        <translation>Pixel des Ergebnisses für jeden des Bildes</translation>
+    </message>
+    <message>
+        <source>Overlay</source>
+        <translation>Überlagerung</translation>
+    </message>
+    <message>
+        <source>Draw the outlines and their nodes over the faded image</source>
+        <translation>Die Umrisse und ihre Knoten über das blasse Bild zeichnen</translation>
+    </message>
+    <message>
+        <source>Format</source>
+        <translation>Format</translation>
+    </message>
+    <message>
+        <source>The format of the result; without it the ending of the output file decides</source>
+        <translation>Das Format des Ergebnisses; ohne Angabe entscheidet die Endung der Datei</translation>
+    </message>
+    <message>
+        <source>Black and white first</source>
+        <translation>Zuerst schwarzweiß</translation>
+    </message>
+    <message>
+        <source>1: turn the image to black and white first, as mode bw does</source>
+        <translation>1: das Bild zuerst schwarzweiß machen, wie im Modus schwarzweiß</translation>
+    </message>
+    <message>
+        <source>White by lightness</source>
+        <translation>Weiß nach Helligkeit</translation>
+    </message>
+    <message>
+        <source>1: what is lighter than the threshold turns white; 0: all turns black</source>
+        <translation>1: was heller als die Schwelle ist, wird weiß; 0: alles wird schwarz</translation>
+    </message>
+    <message>
+        <source>Threshold</source>
+        <translation>Schwelle</translation>
+    </message>
+    <message>
+        <source>The lightness that a white pixel must exceed, in black and white</source>
+        <translation>Die Helligkeit, über der ein Pixel weiß wird</translation>
+    </message>
+    <message>
+        <source>Use alpha</source>
+        <translation>Deckkraft verwenden</translation>
+    </message>
+    <message>
+        <source>No effect</source>
+        <translation>Ohne Wirkung</translation>
+    </message>
+    <message>
+        <source>Alpha threshold</source>
+        <translation>Schwelle der Deckkraft</translation>
+    </message>
+    <message>
+        <source>Colours</source>
+        <translation>Farben</translation>
+    </message>
+    <message>
+        <source>How many colours the result has at most</source>
+        <translation>Wie viele Farben das Ergebnis höchstens hat</translation>
+    </message>
+    <message>
+        <source>Colours from the image</source>
+        <translation>Farben aus dem Bild</translation>
+    </message>
+    <message>
+        <source>1: pick the colours from the image; 0: start from a regular grid</source>
+        <translation>1: die Farben aus dem Bild nehmen; 0: mit einem gleichmäßigen Raster beginnen</translation>
+    </message>
+    <message>
+        <source>Smoothing</source>
+        <translation>Glätten</translation>
+    </message>
+    <message>
+        <source>Pixels to smooth over before colours are reduced; 0: none</source>
+        <translation>Über wie viele Pixel geglättet wird, ehe die Farben verringert werden; 0: gar nicht</translation>
+    </message>
+    <message>
+        <source>Smoothing limit</source>
+        <translation>Grenze des Glättens</translation>
+    </message>
+    <message>
+        <source>Pixels that smoothing would change by more keep their colour</source>
+        <translation>Pixel, die das Glätten stärker ändern würde, behalten ihre Farbe</translation>
+    </message>
+    <message>
+        <source>Colour cycles</source>
+        <translation>Farbdurchgänge</translation>
+    </message>
+    <message>
+        <source>How often pixels are given to colours, which move in between</source>
+        <translation>Wie oft die Pixel auf Farben verteilt werden, die dazwischen wandern</translation>
+    </message>
+    <message>
+        <source>Smallest share</source>
+        <translation>Kleinster Anteil</translation>
+    </message>
+    <message>
+        <source>A colour with a smaller share of the pixels is replaced by a random one</source>
+        <translation>Eine Farbe mit einem kleineren Anteil der Pixel wird durch eine zufällige ersetzt</translation>
+    </message>
+    <message>
+        <source>Specks</source>
+        <translation>Flecken</translation>
+    </message>
+    <message>
+        <source>Leave out outlines with fewer corners on the pixel grid</source>
+        <translation>Umrisse mit weniger Ecken im Pixelraster weglassen</translation>
+    </message>
+    <message>
+        <source>px²</source>
+        <translation>px²</translation>
+    </message>
+    <message>
+        <source>Line tolerance</source>
+        <translation>Toleranz der Linien</translation>
+    </message>
+    <message>
+        <source>The square of the distance by which a straight piece may miss the pixel edges</source>
+        <translation>Das Quadrat des Abstands, um den ein gerades Stück die Pixelkanten verfehlen darf</translation>
+    </message>
+    <message>
+        <source>Curve tolerance</source>
+        <translation>Toleranz der Kurven</translation>
+    </message>
+    <message>
+        <source>The square of the distance by which a curve may miss the pixel edges</source>
+        <translation>Das Quadrat des Abstands, um den eine Kurve die Pixelkanten verfehlen darf</translation>
+    </message>
+    <message>
+        <source>How many colours the map has at most</source>
+        <translation>Wie viele Farben die Karte höchstens hat</translation>
+    </message>
+    <message>
+        <source>Tolerance</source>
+        <translation>Toleranz</translation>
+    </message>
+    <message>
+        <source>How far a boundary may be off the one that the pixels tell; more gives fewer pieces</source>
+        <translation>Wie weit eine Grenze von der abweichen darf, die die Pixel zeigen; mehr gibt weniger Stücke</translation>
+    </message>
+    <message>
+        <source>Merge smaller regions into their neighbours; -1: by the kind of image</source>
+        <translation>Kleinere Flächen mit ihren Nachbarn vereinen; -1: nach der Art des Bildes</translation>
+    </message>
+    <message>
+        <source>Smooth boundaries</source>
+        <translation>Glatte Grenzen</translation>
+    </message>
+    <message>
+        <source>1: fit lines, arcs and curves; 0: keep the edges of the pixels</source>
+        <translation>1: Linien, Bögen und Kurven anpassen; 0: die Kanten der Pixel behalten</translation>
+    </message>
+    <message>
+        <source>Cubic curves</source>
+        <translation>Kubische Kurven</translation>
+    </message>
+    <message>
+        <source>1: cubic curves where arcs need many pieces; 0: arcs alone</source>
+        <translation>1: kubische Kurven, wo Bögen viele Stücke brauchen; 0: nur Bögen</translation>
+    </message>
+    <message>
+        <source>Ink threshold</source>
+        <translation>Tintenschwelle</translation>
+    </message>
+    <message>
+        <source>The level from paper (0) to full ink (1) from which a pixel is ink</source>
+        <translation>Die Stufe zwischen Papier (0) und voller Tinte (1), ab der ein Pixel Tinte ist</translation>
+    </message>
+    <message>
+        <source>Specks of dirt</source>
+        <translation>Schmutz</translation>
+    </message>
+    <message>
+        <source>Leave out spots of ink of no more pixels</source>
+        <translation>Tintenpunkte von höchstens so vielen Pixeln weglassen</translation>
+    </message>
+    <message>
+        <source>Text size</source>
+        <translation>Schriftgröße</translation>
+    </message>
+    <message>
+        <source>The largest character, in widths of the usual stroke; 0: no text</source>
+        <translation>Das größte Zeichen, in Breiten des üblichen Strichs; 0: kein Text</translation>
+    </message>
+</context>
+<context>
+    <name>Choice</name>
+    <message>
+        <source>outlines</source>
+        <translation>Umrisse</translation>
+    </message>
+    <message>
+        <source>regions</source>
+        <translation>Flächen</translation>
+    </message>
+    <message>
+        <source>centerlines</source>
+        <translation>Mittellinien</translation>
+    </message>
+    <message>
+        <source>photo</source>
+        <translation>Foto</translation>
+    </message>
+    <message>
+        <source>logo</source>
+        <translation>Logo</translation>
+    </message>
+    <message>
+        <source>lineart</source>
+        <translation>Strichzeichnung</translation>
+    </message>
+    <message>
+        <source>drawing</source>
+        <translation>Zeichnung</translation>
+    </message>
+    <message>
+        <source>scan</source>
+        <translation>Scan</translation>
+    </message>
+    <message>
+        <source>map</source>
+        <translation>Karte</translation>
+    </message>
+    <message>
+        <source>pixelart</source>
+        <translation>Pixelgrafik</translation>
+    </message>
+    <message>
+        <source>plan</source>
+        <translation>Plan</translation>
+    </message>
+    <message>
+        <source>color</source>
+        <translation>Farbe</translation>
+    </message>
+    <message>
+        <source>bw</source>
+        <translation>Schwarzweiß</translation>
+    </message>
+    <message>
+        <source>raw</source>
+        <translation>roh</translation>
+    </message>
+    <message>
+        <source>auto</source>
+        <translation>auto</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>keine</translation>
+    </message>
+    <message>
+        <source>arcs</source>
+        <translation>Bögen</translation>
+    </message>
+    <message>
+        <source>lines</source>
+        <translation>Linien</translation>
+    </message>
+    <message>
+        <source>splines</source>
+        <translation>Splines</translation>
+    </message>
+    <message>
+        <source>spline</source>
+        <translation>Spline</translation>
+    </message>
+    <message>
+        <source>quadratic</source>
+        <translation>quadratisch</translation>
+    </message>
+    <message>
+        <source>rings</source>
+        <translation>Ringe</translation>
+    </message>
+    <message>
+        <source>shared</source>
+        <translation>gemeinsam</translation>
+    </message>
+    <message>
+        <source>all</source>
+        <translation>alle</translation>
+    </message>
+    <message>
+        <source>local</source>
+        <translation>örtlich</translation>
+    </message>
+    <message>
+        <source>quadratics</source>
+        <translation>quadratische Splines</translation>
+    </message>
+    <message>
+        <source>px</source>
+        <translation>Pixel</translation>
+    </message>
+    <message>
+        <source>mm</source>
+        <translation>Millimeter</translation>
+    </message>
+    <message>
+        <source>cm</source>
+        <translation>Zentimeter</translation>
+    </message>
+    <message>
+        <source>m</source>
+        <translation>Meter</translation>
+    </message>
+    <message>
+        <source>in</source>
+        <translation>Zoll</translation>
+    </message>
+    <message>
+        <source>ft</source>
+        <translation>Fuß</translation>
+    </message>
+    <message>
+        <source>pt</source>
+        <translation>Punkt</translation>
+    </message>
+    <message>
+        <source>R12</source>
+        <translation>R12</translation>
+    </message>
+    <message>
+        <source>R2000</source>
+        <translation>R2000</translation>
+    </message>
+    <message>
+        <source>R2010</source>
+        <translation>R2010</translation>
+    </message>
+    <message>
+        <source>r12</source>
+        <translation>R12</translation>
+    </message>
+    <message>
+        <source>r2000</source>
+        <translation>R2000</translation>
+    </message>
+    <message>
+        <source>r2010</source>
+        <translation>R2010</translation>
+    </message>
+    <message>
+        <source>svg</source>
+        <translation>SVG</translation>
+    </message>
+    <message>
+        <source>dxf</source>
+        <translation>DXF</translation>
+    </message>
+    <message>
+        <source>pdf</source>
+        <translation>PDF</translation>
+    </message>
+    <message>
+        <source>png</source>
+        <translation>PNG</translation>
+    </message>
+    <message>
+        <source>json</source>
+        <translation>JSON</translation>
+    </message>
+    <message>
+        <source>geojson</source>
+        <translation>GeoJSON</translation>
     </message>
 </context>
 </TS>

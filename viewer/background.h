@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QThreadPool>
+
+#include <memory>
+#include <utility>
+
+/// Makes an object that several threads share and whose end is left to another thread: a result of
+/// a million outlines takes longer to take apart than a frame lasts.
+template <typename Object, typename... Arguments>
+std::shared_ptr<Object> makeSharedInBackground(Arguments&&... arguments) {
+    return std::shared_ptr<Object>(
+        new Object(std::forward<Arguments>(arguments)...),
+        [](Object* object) { QThreadPool::globalInstance()->start([object] { delete object; }); });
+}
