@@ -15,9 +15,11 @@
 #include <QElapsedTimer>
 #include <QTemporaryFile>
 
+#include <chrono>
 #include <functional>
 #include <limits>
 #include <new>
+#include <utility>
 
 #include <traceprogress.h>
 
@@ -25,6 +27,7 @@ namespace {
 
 constexpr quint64 Closing = std::numeric_limits<quint64>::max();
 constexpr int Levels = 256;
+constexpr std::chrono::milliseconds Quiet(150); ///< without changes, before figures are made
 
 /// Passes on how far a trace is, and stops it when a newer one waits.
 class Reporter : public OvTraceProgress {
@@ -145,55 +148,59 @@ void DrawingThread::write(const WriteJob& job) {
     wake.notify_one();
 }
 
-/// Fills one of the two; false when the thread shall end. What is still to be written is written
-/// before that.
-bool DrawingThread::waitForWork(std::optional<TraceJob>& toTrace,
-                                std::optional<WriteJob>& toWrite) {
+/// What is still to be written is written before the end. Without anything to do for a while, there
+/// is time for the figures of the last result: while a slider moves they would only be in the way.
+DrawingThread::Work DrawingThread::waitForWork() {
+    Work work;
     std::unique_lock lock(mutex);
-    wake.wait(lock, [this] { return closing || waiting || !writes.empty(); });
+    const auto hasWork = [this] { return closing || waiting || !writes.empty(); };
+    if (unmeasured && !wake.wait_for(lock, Quiet, hasWork))
+        return work;
+    wake.wait(lock, hasWork);
     if (!writes.empty()) {
-        toWrite = writes.front();
+        work.write = std::move(writes.front());
         writes.pop_front();
-        return true;
+    } else {
+        work.trace.swap(waiting);
+        work.closing = closing;
     }
-    toTrace.swap(waiting);
-    return !closing;
+    return work;
 }
 
 void DrawingThread::run() {
-    std::optional<TraceJob> toTrace;
-    std::optional<WriteJob> toWrite;
-    while (waitForWork(toTrace, toWrite)) {
-        if (toWrite)
-            doWrite(*toWrite);
+    for (Work work = waitForWork(); !work.closing; work = waitForWork()) {
+        if (work.write)
+            doWrite(*work.write);
+        else if (work.trace)
+            doTrace(*work.trace);
         else
-            doTrace(*toTrace);
-        toTrace.reset();
-        toWrite.reset();
+            doMeasure();
     }
 }
 
 void DrawingThread::doTrace(const TraceJob& job) {
+    unmeasured.reset();
     const auto result = makeResult(job, true);
     if (isOutdated(job.number))
         return;
     emit traced(result);
     if (result->error.isEmpty())
-        doMeasure(*result);
+        unmeasured = result;
 }
 
-void DrawingThread::doMeasure(const TraceResult& result) {
-    TraceFigures figures{result.job.number, {}, 0};
+void DrawingThread::doMeasure() {
+    const auto result = std::exchange(unmeasured, nullptr);
+    TraceFigures figures{result->job.number, {}, 0};
     const QString error = errorOf([&] {
         QBuffer file;
         file.open(QIODevice::WriteOnly);
-        writeDrawing(result, {result.job, {}, 0}, file);
+        writeDrawing(*result, {result->job, {}, 0}, file);
         figures.fileSize = file.size();
-        if (!isOutdated(result.job.number))
+        if (!isOutdated(result->job.number))
             figures.statistics =
-                measure(result.drawing.title, result.drawing, {0.0, result.seconds, 0.0});
+                measure(result->drawing.title, result->drawing, {0.0, result->seconds, 0.0});
     });
-    if (error.isEmpty() && !isOutdated(result.job.number))
+    if (error.isEmpty() && !isOutdated(result->job.number))
         emit measured(figures);
 }
 

@@ -96,10 +96,17 @@ private:
         std::shared_ptr<const Scene> scene; ///< the image alone
     };
 
-    bool waitForWork(std::optional<TraceJob>& toTrace, std::optional<WriteJob>& toWrite);
+    /// What the thread does next.
+    struct Work {
+        std::optional<TraceJob> trace;
+        std::optional<WriteJob> write;
+        bool closing = false; ///< nothing more
+    };
+
+    Work waitForWork();
     void doTrace(const TraceJob& job);
     void doWrite(const WriteJob& job);
-    void doMeasure(const TraceResult& result);
+    void doMeasure();
     const InputImage& readImage(const TraceJob& job);
     std::shared_ptr<const Scene> sceneOf(const TraceResult& result) const;
     std::shared_ptr<const TraceResult> makeResult(const TraceJob& job, bool canBeCancelled);
@@ -119,4 +126,5 @@ private:
     // Of the thread itself:
     std::optional<ReadImage> lastImage;
     std::shared_ptr<const TraceResult> lastResult;
+    std::shared_ptr<const TraceResult> unmeasured; ///< shown, its figures still to come
 };
