@@ -85,9 +85,7 @@ private:
         std::vector<CapSample> samples;
         for (int i = 0; i < count(); ++i)
             for (int e = 0; isOpen(i) && e < 2; ++e)
-                if (at(i).ends[index(e)].node < 0 && state(i, e).partner < 0 &&
-                    !at(i).ends[index(e)].solid && state(i, e).ended &&
-                    lengths[index(i)] > 3.0 * at(i).width)
+                if (isFree(i, e) && state(i, e).ended && lengths[index(i)] > 3.0 * at(i).width)
                     samples.push_back(capAt(ink, at(i), e, state(i, e).tip));
         return penCapOf(samples, measured);
     }
@@ -326,9 +324,48 @@ private:
         nodes.push_back(place);
     }
 
+    bool isFree(int i, int e) {
+        return at(i).ends[index(e)].node < 0 && state(i, e).partner < 0 &&
+               !at(i).ends[index(e)].solid;
+    }
+
+    /// Where a free end lies: the pen stopped before its ink ends.
+    Point freeEnd(int i, int e, PenCap cap) {
+        const double depth = std::min(capDepth(cap, at(i).width), 0.4 * lengths[index(i)]);
+        return beyond(at(i), e, state(i, e).ink - depth);
+    }
+
+    /// Free ends at one place are a node, whatever their directions: the cusps of a coil, whose
+    /// arcs touch and do not meet.
+    void joinTips(PenCap cap) {
+        std::vector<int> around;
+        for (int i = 0; i < count(); ++i)
+            for (int e = 0; isOpen(i) && e < 2; ++e) {
+                if (!isFree(i, e) || !state(i, e).ended)
+                    continue;
+                std::vector<std::array<int, 2>> group{{i, e}};
+                Point sum = freeEnd(i, e, cap);
+                grid.near(state(i, e).tip, 8.0, around);
+                for (const int j : around)
+                    for (int f = 0; j > i && isOpen(j) && f < 2; ++f)
+                        if (isFree(j, f) && state(j, f).ended && isOneTip(i, e, j, f)) {
+                            group.push_back({j, f});
+                            sum += freeEnd(j, f, cap);
+                        }
+                if (group.size() > 1)
+                    addNode(group, sum / static_cast<double>(group.size()));
+            }
+    }
+
+    bool isOneTip(int i, int e, int j, int f) {
+        const double near = 0.25 * (at(i).width + at(j).width) + 0.3;
+        return distance(state(i, e).tip, state(j, f).tip) < near;
+    }
+
     /// Ends of T joints and free ends.
     void placeRest() {
         const PenCap cap = capOfPen();
+        joinTips(cap);
         for (int i = 0; i < count(); ++i)
             for (int e = 0; isOpen(i) && e < 2; ++e) {
                 StrokeEnd& end = at(i).ends[index(e)];
@@ -341,9 +378,7 @@ private:
                     continue;
                 }
                 if (!end.solid)
-                    end.at = beyond(
-                        at(i), e,
-                        s.ink - std::min(capDepth(cap, at(i).width), 0.4 * lengths[index(i)]));
+                    end.at = freeEnd(i, e, cap);
             }
     }
 

@@ -16,6 +16,7 @@
 #include "solids.h"
 #include "strokeends.h"
 #include "strokepaths.h"
+#include "tangents.h"
 #include "textfinder.h"
 #include "thinning.h"
 #include "widthclasses.h"
@@ -91,6 +92,7 @@ OvCenterlines traceInk(const QImage& image, InkLevels ink, const CenterlineOptio
                    std::make_move_iterator(bars.end()));
     joinDashes(strokes, ink, measure, pace);
     dropDirt(strokes, strokeWidth);
+    makeTangent(strokes, measure);
     Found found;
     found.nodes = joinEnds(strokes, ink, measure, pace);
     dropImpossible(strokes, ink.width, ink.height);

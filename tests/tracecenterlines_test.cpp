@@ -81,6 +81,23 @@ TEST(TraceCenterlines, LinesThatCrossNearTheirEndsKeepThem) {
         EXPECT_NEAR(std::max(stroke.start.x, stroke.end.x), 170.0, 1.0);
 }
 
+TEST(TraceCenterlines, CuspsOfArcsAreNodes) {
+    QImage image(160, 100, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    {
+        QPainter painter(&image);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(QPen(Qt::black, 3.0, Qt::SolidLine, Qt::FlatCap));
+        for (const double x : {20.0, 56.0, 92.0})
+            painter.drawArc(QRectF(x, 30.0, 36.0, 36.0), 0, 180 * 16);
+    }
+    const OvCenterlines result = OvTraceCenterlines().trace(image);
+    ASSERT_EQ(result.strokes.size(), 3);
+    ASSERT_EQ(result.nodes.size(), 2);
+    for (const OvCenterlinePoint& node : result.nodes)
+        EXPECT_NEAR(node.y, 52.0, 0.6);
+}
+
 TEST(TraceCenterlines, CornersShareTheirNodes) {
     Sheet sheet(200, 200);
     sheet.line(40.5, 39.0, 40.5, 161.0, 3.0);
