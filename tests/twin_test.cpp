@@ -192,6 +192,31 @@ TEST_P(EveryLevel, QuantizesAlike) {
     }
 }
 
+TEST_P(EveryLevel, QuantizesLargePalettesAlike) {
+    RandomInput input(20265);
+    for (int round = 0; round < 12; ++round) {
+        TraceTwin twin;
+        ovtrace::PixelImage image = loadBoth(twin, input, 12);
+        // Some colours more than once, and more than a table of candidates takes.
+        while (twin.palette.size() < 8500 + 100 * round) {
+            twin.palette.append(input.palette(300));
+            if (!twin.palette.isEmpty() && input.oneIn(2))
+                twin.palette.append(twin.palette.constFirst());
+        }
+        twin.setOption("colorquantcycles", 3);
+        twin.setOption("mincolorratio", 0.02 * (round % 2));
+        twin.setOption("blurradius", 0.0);
+        ovtrace::Palette palette = ovtrace::toPalette(twin.palette);
+        ovtrace::seedRandom(static_cast<unsigned>(round));
+        const auto quantized =
+            ovtrace::colorquantization(std::move(image), palette, {3, 0.02 * (round % 2)});
+        TraceTwin::seedRandom(static_cast<unsigned>(round));
+        twin.colorquantization();
+        ASSERT_EQ(toLists(quantized.indices), twin.indexedImage.array) << "round " << round;
+        ASSERT_EQ(ovtrace::toColorLists(palette), twin.palette) << "round " << round;
+    }
+}
+
 TEST(Twin, LayersScansAndFitsAlike) {
     RandomInput input(20264);
     for (int round = 0; round < 1500; ++round) {

@@ -1,24 +1,17 @@
 #include "nearestcolor.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <numeric>
 
 namespace ovtrace {
 namespace {
 
-constexpr int Channels = 4;
-
 /// From this many colours on, boxes are worked out in two steps, from coarse to fine.
-constexpr std::size_t LargePalette = 8;
-
-int weight(int channel) {
-    return channel == 3 ? 4 : 1;
-}
-
-int channelOf(std::uint32_t word, int channel) {
-    return static_cast<int>(word >> (8 * channel) & 255U);
-}
+constexpr std::size_t SmallestInSteps = 8;
+/// From this many colours on, a tree gives those of each box.
+constexpr std::size_t SmallestTree = 8192;
+/// Of more colours in a box the tree finds the nearest faster than a look at them all.
+constexpr std::size_t MostInBox = 64;
 
 } // namespace
 
@@ -29,65 +22,50 @@ void NearestColor::setPalette(const Palette& newPalette) {
     entries.assign(std::size_t(1) << (3 * FineBits + AlphaBits), Unknown);
     blocks.clear();
     known.clear();
-    all.resize(newPalette.size());
-    std::iota(all.begin(), all.end(), 0);
     coarse.clear();
-    if (newPalette.size() >= LargePalette)
+    usesTree = palette.size() >= SmallestTree;
+    if (usesTree) {
+        tree.setColors(palette);
+        return;
+    }
+    all.resize(palette.size());
+    std::iota(all.begin(), all.end(), 0);
+    if (palette.size() >= SmallestInSteps)
         coarse.resize(std::size_t(1) << (3 * CoarseBits + AlphaBits));
 }
 
-NearestColor::Box NearestColor::boundsOf(std::uint32_t pixel, unsigned boxBits) {
-    Box box{};
-    for (int c = 0; c < Channels; ++c) {
+ColorBox NearestColor::boundsOf(std::uint32_t pixel, unsigned boxBits) const {
+    ColorBox box;
+    for (std::size_t c = 0; c < ColorBox::Channels; ++c) {
         const int size = 256 >> (c == 3 ? AlphaBits : boxBits);
         box.low[c] = channelOf(pixel, c) / size * size;
         box.high[c] = box.low[c] + size - 1;
     }
+    if (opaque)
+        box.low[3] = box.high[3];
     return box;
 }
 
-/// Whether colour a is preferred to colour b for every pixel in the box. The difference of the
-/// two distances is a sum over channels; each is largest at one of the channel's bounds.
-bool NearestColor::beatsEverywhere(std::int32_t a, std::int32_t b, const Box& box) const {
-    const std::uint32_t colorA = palette[static_cast<std::size_t>(a)];
-    const std::uint32_t colorB = palette[static_cast<std::size_t>(b)];
-    int largest = 0;
-    for (int c = 0; c < Channels; ++c) {
-        const int valueA = channelOf(colorA, c);
-        const int valueB = channelOf(colorB, c);
-        const auto excess = [=](int v) { return std::abs(v - valueA) - std::abs(v - valueB); };
-        largest += weight(c) * std::max(excess(box.low[c]), excess(box.high[c]));
-    }
-    // Of equally distant colours the first is taken.
-    return a < b ? largest <= 0 : largest < 0;
-}
-
 /// Whether some pixel in the box is so far from the colour that index 0 takes its place.
-bool NearestColor::mayBeTooFar(std::int32_t color, const Box& box) const {
+bool NearestColor::mayBeTooFar(std::int32_t color, const ColorBox& box) const {
     unsigned farthest = 0;
-    for (int c = 0; c < Channels; ++c) {
+    for (std::size_t c = 0; c < ColorBox::Channels; ++c) {
         const int v = channelOf(palette[static_cast<std::size_t>(color)], c);
         farthest += static_cast<unsigned>(
-            weight(c) * std::max(std::abs(box.low[c] - v), std::abs(box.high[c] - v)));
+            ChannelWeights[c] * std::max(std::abs(box.low[c] - v), std::abs(box.high[c] - v)));
     }
     return farthest >= DistanceBound;
 }
 
 /// Stores those of `among` (ascending) that some pixel in the box may prefer to the colour nearest
 /// to the middle of the box.
-void NearestColor::chooseCandidates(const Candidates& among, const Box& box,
+void NearestColor::chooseCandidates(const Candidates& among, const ColorBox& box,
                                     Candidates& found) const {
-    const auto fromMiddle = [&](std::int32_t k) {
-        const std::uint32_t color = palette[static_cast<std::size_t>(k)];
-        int sum = 0;
-        for (int c = 0; c < Channels; ++c)
-            sum += weight(c) * std::abs(2 * channelOf(color, c) - box.low[c] - box.high[c]);
-        return sum;
-    };
+    const auto colorAt = [&](std::int32_t k) { return palette[static_cast<std::size_t>(k)]; };
     std::int32_t middle = among.front();
-    int least = fromMiddle(middle);
+    int least = twiceFromMiddle(colorAt(middle), box);
     for (const std::int32_t k : among) {
-        const int d = fromMiddle(k);
+        const int d = twiceFromMiddle(colorAt(k), box);
         if (d < least) {
             least = d;
             middle = k;
@@ -95,7 +73,9 @@ void NearestColor::chooseCandidates(const Candidates& among, const Box& box,
     }
     found.clear();
     for (const std::int32_t k : among) {
-        if (k == middle || !beatsEverywhere(middle, k, box))
+        const int excess = largestExcess(colorAt(middle), colorAt(k), box);
+        // Of equally distant colours the first is taken.
+        if (excess > 0 || (excess == 0 && k <= middle))
             found.push_back(k);
     }
 }
@@ -124,9 +104,14 @@ std::int32_t NearestColor::appendBlocks(const Candidates& colors) {
 }
 
 std::int32_t NearestColor::fillBox(std::uint32_t pixel) {
-    const Box box = boundsOf(pixel, FineBits);
-    chooseCandidates(coarse.empty() ? all : coarseCandidates(pixel), box, chosen);
+    const ColorBox box = boundsOf(pixel, FineBits);
     std::int32_t& entry = entries[boxOf<FineBits>(pixel)];
+    if (!usesTree) {
+        chooseCandidates(coarse.empty() ? all : coarseCandidates(pixel), box, chosen);
+    } else if (!tree.candidates(box, MostInBox, chosen)) {
+        entry = InTree;
+        return InTree;
+    }
     if (chosen.size() == 1 && !mayBeTooFar(chosen.front(), box)) {
         entry = chosen.front();
     } else {

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "colortree.h"
 #include "kernels/colorblock.h"
 #include "kernels/nearestincell.h"
 
 #include <color.h>
+#include <pixelimage.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -17,9 +19,14 @@ namespace ovtrace {
 /// The distance is the sum of the absolute channel differences, alpha counting four times. A pixel
 /// at a distance of 1024 or more from every colour gets index 0. The colour space is cut into
 /// boxes; which colours can be the nearest somewhere in a box is worked out when the first pixel
-/// falls into it. They are few, so that the size of the palette matters little.
+/// falls into it. They are few, so that the size of the palette matters little; where they are not,
+/// a tree of the colours is asked for each pixel.
 class NearestColor {
 public:
+    /// For pixels of any alpha, or of alpha 255 alone.
+    explicit NearestColor(Channels channels = Channels::All) : opaque(channels != Channels::All) {
+    }
+
     /// Looks for the colours of this palette from now on.
     void setPalette(const Palette& newPalette);
 
@@ -60,17 +67,12 @@ private:
         }
     };
 
-    /// A box's bounds in channel values 0..255, for red, green, blue and alpha.
-    struct Box {
-        int low[4];
-        int high[4];
-    };
-
     /// A colour this far away or farther is not considered; index 0 takes its place.
-    static constexpr unsigned DistanceBound = 1024;
+    static constexpr int DistanceBound = 1024;
     static constexpr std::int32_t Unknown = -1;
+    static constexpr std::int32_t InTree = -2;
     /// What an entry for block 0 is below 0.
-    static constexpr std::int32_t FirstBlock = 2;
+    static constexpr std::int32_t FirstBlock = 3;
 
     /// Boxes of 64 values of alpha and of 32 or 8 values of the other channels.
     static constexpr unsigned AlphaBits = 2;
@@ -89,9 +91,11 @@ private:
     template <VectorLevel Level> int findNear(std::int32_t entry, std::uint32_t pixel) const {
         if (entry >= 0)
             return entry;
+        if (entry == InTree) [[unlikely]]
+            return std::max(tree.nearest(pixel, DistanceBound), 0);
         const std::uint64_t spread = spreadColor(pixel);
         const ColorBlock* block = blocksOf(entry);
-        unsigned best = DistanceBound;
+        auto best = static_cast<unsigned>(DistanceBound);
         int index = 0;
         for (bool more = true; more; ++block) {
             const unsigned key = nearestInBlock<Level>(*block, spread);
@@ -109,24 +113,26 @@ private:
                (pixel >> (8U - Bits) & Mask) << 2U * Bits | (pixel >> (16U - Bits) & Mask) << Bits |
                (pixel >> (24U - Bits) & Mask);
     }
-    static Box boundsOf(std::uint32_t pixel, unsigned boxBits);
+    ColorBox boundsOf(std::uint32_t pixel, unsigned boxBits) const;
     std::int32_t fillBox(std::uint32_t pixel);
     std::int32_t appendBlocks(const Candidates& colors);
     const Candidates& coarseCandidates(std::uint32_t pixel);
-    bool beatsEverywhere(std::int32_t a, std::int32_t b, const Box& box) const;
-    bool mayBeTooFar(std::int32_t color, const Box& box) const;
-    void chooseCandidates(const Candidates& among, const Box& box, Candidates& found) const;
+    bool mayBeTooFar(std::int32_t color, const ColorBox& box) const;
+    void chooseCandidates(const Candidates& among, const ColorBox& box, Candidates& found) const;
 
+    bool opaque;
     std::vector<std::uint32_t> palette; ///< channelWord()s
-    /// By box: Unknown, the index of the one colour that is the nearest everywhere in it, or
-    /// -FirstBlock minus the first block of its colours.
+    /// By box: Unknown, the index of the one colour that is the nearest everywhere in it, InTree
+    /// where there are many, or -FirstBlock minus the first block of its colours.
     std::vector<std::int32_t> entries;
     std::vector<ColorBlock> blocks;
     /// What the entry is for each set of colours so far.
     std::unordered_map<Candidates, std::int32_t, CandidatesHash> known;
     Candidates chosen;              ///< for the box at hand
-    Candidates all;                 ///< every colour
+    Candidates all;                 ///< every colour, unless the tree has them
     std::vector<Candidates> coarse; ///< by larger box: what its boxes choose from
+    ColorTree tree;                 ///< the colours of a large palette
+    bool usesTree = false;
 };
 
 } // namespace ovtrace

@@ -243,10 +243,10 @@ bool refinePalette(Palette& palette, const Shares& shares, std::int64_t pixels,
 }
 
 /// All cycles; returns the indices that the last one assigns.
-template <typename Cell, typename Pixels>
+template <typename Cell, Channels channels, typename Pixels>
 CellGrid<Cell> runCycles(Pixels pixels, std::int64_t pixelCount, Palette& palette,
                          const QuantizationOptions& options) {
-    NearestColor nearest;
+    NearestColor nearest(channels);
     nearest.setPalette(palette);
     for (int cycle = 1; cycle < options.cycles; ++cycle) {
         const Shares shares = pixels.assign(palette.size(), nearest);
@@ -265,11 +265,12 @@ CellGrid<Cell> runCycles(PixelImage& image, Palette& palette, const Quantization
     ColorHistogram<channels> histogram(countableCells(pixels));
     progress.expect(2 * pixels); // to count them and to store their indices
     if (countColors<channels>(image, histogram, progress))
-        return runCycles<Cell>(CountedPixels<Cell, Level, channels>(image, histogram, progress),
-                               pixels, palette, options);
+        return runCycles<Cell, channels>(
+            CountedPixels<Cell, Level, channels>(image, histogram, progress), pixels, palette,
+            options);
     progress.expect(std::int64_t(options.cycles - 1) * pixels);
-    return runCycles<Cell>(SinglePixels<Cell, Level, channels>(image, progress), pixels, palette,
-                           options);
+    return runCycles<Cell, channels>(SinglePixels<Cell, Level, channels>(image, progress), pixels,
+                                     palette, options);
 }
 
 template <typename Cell>
