@@ -2,31 +2,38 @@
 
 #include "files/filename.h"
 #include "memory.h"
-#include "writers/painting.h"
+#include "raster/channels.h"
+#include "raster/imagerows.h"
+#include "writers/picture.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QPainter>
 #include <QSet>
 
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <new>
 
 namespace {
 
 /// How many pixels differ by how much.
 using Differences = std::array<qint64, 256>;
 
-Differences differencesOf(const QImage& a, const QImage& b) {
+/// Of the picture from the drawing's image, both on white.
+Differences differencesFromImage(const QImage& picture, const Drawing& drawing) {
+    constexpr QRgb White = 0xffffffff;
     Differences counts{};
-    for (int y = 0; y < a.height(); ++y) {
-        const auto* rowA = reinterpret_cast<const QRgb*>(a.constScanLine(y));
-        const auto* rowB = reinterpret_cast<const QRgb*>(b.constScanLine(y));
-        for (int x = 0; x < a.width(); ++x) {
-            const int difference = std::max({std::abs(qRed(rowA[x]) - qRed(rowB[x])),
-                                             std::abs(qGreen(rowA[x]) - qGreen(rowB[x])),
-                                             std::abs(qBlue(rowA[x]) - qBlue(rowB[x]))});
+    ImageRows image(drawing.image, drawing.size);
+    for (int y = 0; y < picture.height(); ++y) {
+        const auto* painted = reinterpret_cast<const QRgb*>(picture.constScanLine(y));
+        const QRgb* traced = image.row(y);
+        for (int x = 0; x < picture.width(); ++x) {
+            const QRgb a = over(painted[x], White);
+            const QRgb b = over(traced[x], White);
+            const int difference =
+                std::max({std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)),
+                          std::abs(qBlue(a) - qBlue(b))});
             ++counts[static_cast<std::size_t>(difference)];
         }
     }
@@ -34,18 +41,12 @@ Differences differencesOf(const QImage& a, const QImage& b) {
 }
 
 void compare(const Drawing& drawing, Statistics& statistics) {
-    QImage rendered(drawing.size, QImage::Format_RGB32);
-    QImage image(drawing.size, QImage::Format_RGB32);
-    for (QImage* each : {&rendered, &image})
-        each->fill(Qt::white);
-    QPainter onImage(&image);
-    onImage.drawImage(0, 0, drawing.image);
-    onImage.end();
-    QPainter painter(&rendered);
-    painter.setRenderHint(QPainter::Antialiasing);
-    paintFilled(painter, drawing);
-    painter.end();
-    const Differences counts = differencesOf(rendered, image);
+    QImage picture(drawing.size, QImage::Format_ARGB32_Premultiplied);
+    if (picture.isNull())
+        throw std::bad_alloc();
+    picture.fill(Qt::transparent);
+    PicturePainter(picture, drawing, 1.0).paintFilled();
+    const Differences counts = differencesFromImage(picture, drawing);
     const qint64 pixels = qint64(drawing.size.width()) * drawing.size.height();
     double sum = 0.0;
     qint64 within = 0;

@@ -1,6 +1,6 @@
 #include "painting.h"
 
-#include "underlay.h"
+#include "filledareas.h"
 
 #include <QPainter>
 
@@ -55,19 +55,6 @@ QPainterPath toPainterPath(const Drawing& drawing, const Shape& shape) {
 
 namespace {
 
-void paintRegions(QPainter& painter, const Drawing& drawing) {
-    const Underlay underlay(drawing);
-    for (const qsizetype index : underlay.order()) {
-        QPainterPath path;
-        for (const std::vector<PathPiece>& ring : underlay.rings(index)) {
-            appendTo(path, ring, drawing.size.height());
-            path.closeSubpath();
-        }
-        path.setFillRule(Qt::WindingFill);
-        painter.fillPath(path, drawing.palette[drawing.shapes[index].color]);
-    }
-}
-
 void paintStroke(QPainter& painter, const Drawing& drawing, const Stroke& stroke) {
     QPainterPath path;
     const std::vector<PathPiece> pieces = drawing.paths.pieces(stroke.path);
@@ -90,11 +77,16 @@ void paintStroke(QPainter& painter, const Drawing& drawing, const Stroke& stroke
 } // namespace
 
 void paintFilled(QPainter& painter, const Drawing& drawing, bool cutOut) {
-    if (drawing.method == Method::Regions && !cutOut) {
-        paintRegions(painter, drawing);
-    } else {
-        for (const Shape& shape : drawing.shapes)
-            painter.fillPath(toPainterPath(drawing, shape), drawing.palette[shape.color]);
+    const FilledAreas areas(drawing, cutOut);
+    for (qsizetype i = 0; i < areas.size(); ++i) {
+        const FilledArea area = areas.at(i);
+        QPainterPath path;
+        for (const std::vector<PathPiece>& ring : area.rings) {
+            appendTo(path, ring, drawing.size.height());
+            path.closeSubpath();
+        }
+        path.setFillRule(area.rule);
+        painter.fillPath(path, area.color);
     }
     for (const Stroke& stroke : drawing.strokes)
         paintStroke(painter, drawing, stroke);

@@ -13,5 +13,6 @@ QPainterPath toPainterPath(const Drawing& drawing, const Shape& shape);
 void appendTo(QPainterPath& path, std::span<const PathPiece> pieces, int imageHeight);
 
 /// Paints the shapes filled with their colours, then the strokes; one unit is a pixel. Regions
-/// reach under one another so that no seams show, unless they are to be cut out.
-void paintFilled(QPainter& painter, const Drawing& drawing, bool cutOut = false);
+/// reach under one another so that no seams show, unless they are to be cut out. For pages, whose
+/// painter keeps paths; PicturePainter paints pixels.
+void paintFilled(QPainter& painter, const Drawing& drawing, bool cutOut);

@@ -2,12 +2,11 @@
 
 #include "../quietstderr.h"
 #include "../settingtable.h"
-#include "painting.h"
+#include "picture.h"
 #include "visible.h"
 
 #include <QBuffer>
 #include <QImageWriter>
-#include <QPainter>
 #include <QtEndian>
 
 #include <algorithm>
@@ -16,37 +15,6 @@
 #include <stdexcept>
 
 namespace {
-
-constexpr double FadedOpacity = 0.35; ///< of the image below an overlay
-constexpr double LineWidth = 1.2;     ///< of an overlay, in pixels of the picture
-constexpr double NodeSide = 3.0;      ///< likewise
-constexpr double NodeShare = 1.6;     ///< how much larger the places are where paths meet
-
-void paintOverlay(QPainter& painter, const Drawing& drawing, double scale) {
-    painter.fillRect(QRect(QPoint(0, 0), drawing.size), Qt::white);
-    painter.setOpacity(FadedOpacity);
-    painter.drawImage(0, 0, drawing.image);
-    painter.setOpacity(1.0);
-    const double side = NodeSide / scale;
-    const int height = drawing.size.height();
-    const auto mark = [&](QPointF point, double width, const QColor& color) {
-        const QPointF node(point.x(), height - point.y());
-        painter.fillRect(QRectF(node.x() - width / 2.0, node.y() - width / 2.0, width, width),
-                         color);
-    };
-    for (qsizetype i = 0; i < drawing.paths.size(); ++i) {
-        QPainterPath path;
-        const std::vector<PathPiece> pieces = drawing.paths.pieces(i);
-        appendTo(path, pieces, height);
-        if (drawing.method == Method::Outlines)
-            path.closeSubpath();
-        painter.strokePath(path, QPen(QColor(200, 0, 60), LineWidth / scale));
-        for (const PathPiece& piece : pieces)
-            mark(piece.to, side, QColor(0, 70, 200));
-    }
-    for (const QPointF& node : drawing.nodes)
-        mark(node, NodeShare * side, QColor(0, 130, 60));
-}
 
 /// The picture with straight alpha, worked out in whole numbers. Qt's own conversion takes the
 /// processor's approximate reciprocals, which are not the same on all of them.
@@ -88,15 +56,12 @@ void PngWriter::write(const Drawing& drawing, QIODevice& device) const {
         throw std::runtime_error("the picture would be too large; choose a smaller " +
                                  settingName("scale").toStdString());
     picture.fill(Qt::transparent);
-    QPainter painter(&picture);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setRenderHint(QPainter::SmoothPixmapTransform, options.scale < 1.0);
-    painter.scale(options.scale, options.scale);
+    const Drawing visible = options.overlay ? drawing : visibleParts(drawing, options);
+    PicturePainter painter(picture, visible, options.scale);
     if (options.overlay)
-        paintOverlay(painter, drawing, options.scale);
+        painter.paintOverlay();
     else
-        paintFilled(painter, visibleParts(drawing, options), options.cutOut);
-    painter.end();
+        painter.paintFilled(options.cutOut);
     picture = withStraightAlpha(picture);
     if (drawing.pixelMillimetres) {
         const int dots =
