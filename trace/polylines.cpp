@@ -58,45 +58,46 @@ void PolylineOutput::add(int layer, const TracedPath& path) {
         builder.append(segment);
         progress.advance(SegmentWork);
     }
-    if (static_cast<std::size_t>(keys.size()) % BlockSize == 0)
-        blocks.emplace_back().reserve(BlockSize);
-    blocks.back().push_back(builder.take());
-    layers.append(layer);
     const double key = width * first.y1 + first.x1;
-    inOrder = inOrder && (keys.isEmpty() || keys.constLast() < key);
-    keys.append(key);
+    if (count % BlockSize == 0)
+        blocks.emplace_back().reserve(BlockSize);
+    blocks.back().push_back({builder.take(), key, layer});
+    inOrder = inOrder && (count == 0 || lastKey < key);
+    lastKey = key;
+    ++count;
 }
 
 void PolylineOutput::finish() {
     // A path scan delivers its outlines in this order already; others may not.
     if (inOrder)
         return;
-    const auto keyOf = [this](std::size_t i) { return keys.at(static_cast<qsizetype>(i)); };
-    const auto layerOf = [this](std::size_t i) { return layers.at(static_cast<qsizetype>(i)); };
-    std::vector<std::size_t> all(static_cast<std::size_t>(keys.size()));
+    std::vector<std::size_t> all(count);
     std::iota(all.begin(), all.end(), std::size_t(0));
-    std::stable_sort(all.begin(), all.end(), [&](std::size_t a, std::size_t b) {
-        return keyOf(a) != keyOf(b) ? keyOf(a) < keyOf(b) : layerOf(a) < layerOf(b);
+    std::stable_sort(all.begin(), all.end(), [this](std::size_t a, std::size_t b) {
+        const Outline& first = outlineAt(a);
+        const Outline& second = outlineAt(b);
+        return first.key != second.key ? first.key < second.key : first.layer < second.layer;
     });
-    QList<int> sortedLayers;
-    for (std::size_t i = 0; i < all.size(); ++i) {
-        if (i + 1 < all.size() && !(keyOf(all[i]) < keyOf(all[i + 1])))
-            continue;
-        order.push_back(all[i]);
-        sortedLayers.append(layerOf(all[i]));
+    for (std::size_t i = 0; i < count; ++i) {
+        if (i + 1 == count || outlineAt(all[i]).key < outlineAt(all[i + 1]).key)
+            order.push_back(all[i]);
     }
-    layers.swap(sortedLayers);
 }
 
 QList<OvPolyline> PolylineOutput::takePolylines() {
     QList<OvPolyline> polylines;
-    polylines.reserve(keys.size());
+    polylines.reserve(static_cast<qsizetype>(inOrder ? count : order.size()));
+    takenLayers.reserve(polylines.capacity());
+    const auto take = [&](Outline& outline) {
+        polylines.append(std::move(outline.polyline));
+        takenLayers.append(outline.layer);
+    };
     for (const std::size_t index : order)
-        polylines.append(std::move(polylineAt(index)));
+        take(outlineAt(index));
     for (auto& block : blocks) {
-        if (order.empty()) {
-            for (OvPolyline& polyline : block)
-                polylines.append(std::move(polyline));
+        if (inOrder) {
+            for (Outline& outline : block)
+                take(outline);
         }
         progress.advance(static_cast<std::int64_t>(block.size()));
         block = {};
