@@ -265,29 +265,30 @@ void chainUp(std::vector<Stroke>& strokes, std::size_t first, bool closed) {
 
 } // namespace
 
-Measure measureNoise(const std::vector<std::vector<StrokePoint>>& profiles, bool twoLevels) {
+Measure measureNoise(const std::vector<std::vector<StrokePoint>>& profiles, const Raster& raster) {
     // The middle of three points 3 pixels apart leaves the other two by sqrt(3/2) sigma.
-    constexpr std::size_t Apart = 3;
+    const std::size_t apart = 3 * static_cast<std::size_t>(raster.scale);
     std::vector<double> residuals;
     std::size_t level = 0;
     std::size_t bumps = 0;
     for (const std::vector<StrokePoint>& points : profiles)
-        for (std::size_t i = Apart; i + Apart < points.size(); ++i) {
-            const StrokePoint& a = points[i - Apart];
-            const StrokePoint& b = points[i + Apart];
+        for (std::size_t i = apart; i + apart < points.size(); ++i) {
+            const StrokePoint& a = points[i - apart];
+            const StrokePoint& b = points[i + apart];
             if (a.beside || b.beside || points[i].beside)
                 continue;
             const Point along = unit(b.at - a.at);
             residuals.push_back(std::abs(cross(along, points[i].at - middle(a.at, b.at))));
             if (std::min(std::abs(along.x), std::abs(along.y)) < LevelSlope) {
                 ++level;
-                bumps += residuals.back() > Bump ? 1U : 0U;
+                bumps += residuals.back() > raster.scale * Bump ? 1U : 0U;
             }
         }
     // 0.6745 sigma is the median of the absolute values of normal noise.
     const double sigma = medianOf(residuals) / (0.6745 * 1.2247);
-    return {std::max(sigma, twoLevels ? 0.25 : 0.06), twoLevels,
-            twoLevels && static_cast<double>(bumps) > RaggedShare * static_cast<double>(level)};
+    return {std::max(sigma, raster.scale * (raster.twoLevels ? 0.25 : 0.06)), raster.twoLevels,
+            raster.twoLevels &&
+                static_cast<double>(bumps) > RaggedShare * static_cast<double>(level)};
 }
 
 std::vector<Stroke> fitStrokes(const Skeleton& skeleton, const Profiles& profiles,

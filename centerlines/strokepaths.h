@@ -19,9 +19,15 @@ struct Measure {
     bool ragged = false;
 };
 
-/// The deviation of the points of all chains from their neighbours. With `twoLevels` (no greys) it
-/// is at least what the rounding of both edges to whole pixels makes.
-Measure measureNoise(const std::vector<std::vector<StrokePoint>>& profiles, bool twoLevels);
+/// What the ink was measured from.
+struct Raster {
+    bool twoLevels = false; ///< the image has no greys
+    int scale = 1;          ///< pixels of the ink over those of the image
+};
+
+/// The deviation of the points of all chains from their neighbours. Without greys it is at least
+/// what the rounding of both edges to whole pixels of the image makes.
+Measure measureNoise(const std::vector<std::vector<StrokePoint>>& profiles, const Raster& raster);
 
 /// Lines, arcs and circles of the skeleton: chains that go on straight through a node are
 /// followed as one path, which is then cut into as few shapes as the noise allows.

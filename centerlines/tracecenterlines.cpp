@@ -4,6 +4,7 @@
 #include "centerlineoutput.h"
 #include "dashes.h"
 #include "distance.h"
+#include "doubling.h"
 #include "hatching.h"
 #include "inklevels.h"
 #include "inkmask.h"
@@ -51,22 +52,20 @@ void dropDirt(std::vector<Stroke>& strokes, double strokeWidth) {
             stroke.dropped = true;
 }
 
-OvCenterlines traceInk(const QImage& image, InkLevels ink, const CenterlineOptions& options,
-                       Pace& pace) {
-    const bool twoLevels = isTwoLevels(ink);
+/// What the ink holds; nothing where it is only noise, which `noise` then says.
+Found findStrokes(InkLevels ink, const CenterlineOptions& options, const Raster& raster,
+                  bool& noise, Pace& pace) {
+    const bool twoLevels = raster.twoLevels;
     const double megapixels = static_cast<double>(ink.levels.size()) / 1e6;
     pace.stage(0.2);
     InkMask mask = inkMask(ink, options.threshold, pace);
     InkComponents components = findComponents(mask, InkMask::Ink, pace);
     despeckle(components, options.speckArea, mask, ink);
-    OvCenterlines result;
-    result.width = ink.width;
-    result.height = ink.height;
-    if (static_cast<double>(components.components.size()) >
-        MostComponentsPerMegapixel * std::max(megapixels, 0.05)) {
-        result.message = QStringLiteral("The image holds no lines, only noise.");
-        return result;
-    }
+    Found found;
+    noise = static_cast<double>(components.components.size()) >
+            MostComponentsPerMegapixel * std::max(megapixels, 0.05);
+    if (noise)
+        return found;
     pace.stage(0.35);
     std::vector<std::uint8_t> distance = distanceToPaper(mask, pace);
     const std::uint8_t ridge = medianRidge(mask, distance, pace);
@@ -75,14 +74,14 @@ OvCenterlines traceInk(const QImage& image, InkLevels ink, const CenterlineOptio
     markSolids(mask, distance, components, ridge, {}, pace);
     markText(mask, components, options.textSize * strokeWidth, strokeWidth, pace);
     pace.stage(0.6);
-    std::vector<Stroke> bars =
-        takeShortBars(mask, ink, components, 4.0 * strokeWidth + 4.0, twoLevels ? 0.25 : 0.1, pace);
+    std::vector<Stroke> bars = takeShortBars(mask, ink, components, 4.0 * strokeWidth + 4.0,
+                                             raster.scale * (twoLevels ? 0.25 : 0.1), pace);
     const std::vector<std::size_t> thinned = thin(mask, pace);
     const Skeleton skeleton = buildSkeleton(mask, thinned, distance, pace);
     pace.stage(0.7);
     const std::vector<std::vector<StrokePoint>> profiles =
         strokeProfiles(ink, mask, distance, skeleton, pace);
-    const Measure measure = measureNoise(profiles, twoLevels);
+    const Measure measure = measureNoise(profiles, raster);
     pace.stage(0.8);
     std::vector<Stroke> strokes = fitStrokes(skeleton, profiles, measure, pace);
     pace.stage(0.9);
@@ -93,7 +92,6 @@ OvCenterlines traceInk(const QImage& image, InkLevels ink, const CenterlineOptio
     joinDashes(strokes, ink, measure, pace);
     dropDirt(strokes, strokeWidth);
     makeTangent(strokes, measure);
-    Found found;
     found.nodes = joinEnds(strokes, ink, measure, pace);
     dropImpossible(strokes, ink.width, ink.height);
     markHatching(strokes);
@@ -106,8 +104,28 @@ OvCenterlines traceInk(const QImage& image, InkLevels ink, const CenterlineOptio
     found.areas.insert(found.areas.end(), std::make_move_iterator(text.begin()),
                        std::make_move_iterator(text.end()));
     found.widths = classifyWidths(strokes);
-    found.colors = findColors(image, ink, strokes, found.areas);
     found.strokes = std::move(strokes);
+    return found;
+}
+
+OvCenterlines traceInk(const QImage& image, const InkLevels& ink, CenterlineOptions options,
+                       Pace& pace) {
+    OvCenterlines result;
+    result.width = ink.width;
+    result.height = ink.height;
+    bool noise = false;
+    const bool twice = isNarrow(ink, options.threshold, pace);
+    if (twice)
+        options.speckArea *= 4;
+    const Raster raster{isTwoLevels(ink), twice ? 2 : 1};
+    Found found = findStrokes(twice ? doubled(ink, pace) : ink, options, raster, noise, pace);
+    if (noise) {
+        result.message = QStringLiteral("The image holds no lines, only noise.");
+        return result;
+    }
+    if (twice)
+        halve(found);
+    found.colors = findColors(image, ink, found.strokes, found.areas);
     writeCenterlines(found, result);
     pace.stage(1.0);
     return result;
