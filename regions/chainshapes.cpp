@@ -1,5 +1,6 @@
 #include "chainshapes.h"
 
+#include "chaincheck.h"
 #include "edgeplaces.h"
 
 #include "shapes/joining.h"
@@ -25,8 +26,8 @@ class ChainFitter {
 public:
     ChainFitter(const PixelView& image, const LabelImage& labels, const CrackMap& cracks,
                 const FitOptions& options)
-        : width(image.width), height(image.height), places(image, labels, {}), cracks(cracks),
-          options(options) {
+        : width(image.width), height(image.height), places(image, labels, {labels.noise}),
+          cracks(cracks), options(options) {
     }
 
     std::optional<ShapedChains> run(const std::function<bool(double)>& report) {
@@ -127,18 +128,39 @@ private:
             start = shapes.junctions[static_cast<std::size_t>(chain.from)];
             end = shapes.junctions[static_cast<std::size_t>(chain.to)];
         }
-        const FittedChain& f = fitted[i];
-        std::vector<Piece> pieces;
-        if (!f.model.carriers.empty())
-            pieces = joinChain(f.model, f.samples, options, start, end);
+        const std::vector<Sample>& samples = fitted[i].samples;
+        std::vector<Piece> pieces = joined(chain, fitted[i].model, samples, start, end);
+        if (pieces.empty()) {
+            const std::vector<Sample> tight = tightened(samples);
+            pieces = joined(chain, segmentChain(tight, chain.from < 0, options), tight, start, end);
+        }
         if (pieces.empty())
-            pieces = polygonThrough(f.samples, chain.from < 0, start, end);
+            pieces = polygonThrough(samples, chain.from < 0, start, end);
         // Both junctions and all samples in one place: the boundary still has its start and end.
         if (pieces.empty()) {
-            const Point only = start ? *start : f.samples.front().at;
+            const Point only = start ? *start : samples.front().at;
             pieces.push_back(linePiece(only, only));
         }
         shapes.pieces.insert(shapes.pieces.end(), pieces.begin(), pieces.end());
+    }
+    /// The curve of a model; nothing when it does not follow the samples.
+    std::vector<Piece> joined(const CrackChain& chain, const ChainModel& model,
+                              const std::vector<Sample>& samples, std::optional<Point> start,
+                              std::optional<Point> end) const {
+        if (model.carriers.empty())
+            return {};
+        std::vector<Piece> pieces = joinChain(model, samples, options, start, end);
+        if (!pieces.empty() && !followsSamples(pieces, samples, chain.from < 0))
+            pieces.clear();
+        return pieces;
+    }
+    /// All places as if each were known to a part of a pixel: the doubtful ones, too.
+    static std::vector<Sample> tightened(const std::vector<Sample>& samples) {
+        constexpr double PartOfPixel = 0.2;
+        std::vector<Sample> tight;
+        for (const Sample& sample : samples)
+            tight.push_back({sample.at, PartOfPixel, false});
+        return tight;
     }
     /// Along the image's rim: straight lines, corners where those of the image are.
     void joinRim(const CrackChain& chain) {

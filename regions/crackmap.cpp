@@ -156,11 +156,33 @@ private:
     /// Calls visit for every corner at which pixels differ.
     template <typename Visit> void forEachCorner(const Visit& visit) {
         for (int y = 0; y <= grid.height; ++y) {
-            for (int x = 0; x <= grid.width; ++x) {
-                if (isCrack({x, y}, Step::Right) || isCrack({x, y}, Step::Down) ||
-                    isCrack({x, y}, Step::Left) || isCrack({x, y}, Step::Up))
-                    visit(GridPoint{x, y});
-            }
+            visitCorner({0, y}, visit);
+            if (y == 0 || y == grid.height)
+                visitRim(y, visit);
+            else
+                visitBetween(y, visit);
+            visitCorner({grid.width, y}, visit);
+        }
+    }
+    template <typename Visit> void visitCorner(GridPoint p, const Visit& visit) const {
+        if (std::any_of(Steps.begin(), Steps.end(), [&](Step step) { return isCrack(p, step); }))
+            visit(p);
+    }
+    template <typename Visit> void visitRim(int y, const Visit& visit) const {
+        for (int x = 1; x < grid.width; ++x)
+            visitCorner({x, y}, visit);
+    }
+    /// Between two rows, where most corners lie within an area.
+    template <typename Visit> void visitBetween(int y, const Visit& visit) const {
+        const std::int32_t* below =
+            grid.ids.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(grid.width);
+        const std::int32_t* above = below - grid.width;
+        std::int32_t before = above[0];
+        for (int x = 1; x < grid.width; ++x) {
+            const bool plain = above[x] == before && below[x] == before && below[x - 1] == before;
+            before = above[x];
+            if (!plain)
+                visit(GridPoint{x, y});
         }
     }
 

@@ -73,6 +73,22 @@ private:
     double lastAcross = 0.0;
 };
 
+/// Where places are doubtful one after the other, they are still all that is known of the edge.
+void trustLongRuns(std::vector<Sample>& samples) {
+    // Beside a corner, about two on each side are doubtful.
+    constexpr std::size_t Shortest = 5;
+    for (std::size_t i = 0; i < samples.size();) {
+        std::size_t end = i;
+        while (end < samples.size() && samples[end].loose)
+            ++end;
+        if (end - i >= Shortest) {
+            for (std::size_t k = i; k < end; ++k)
+                samples[k] = {samples[k].at, std::max(samples[k].sigma, RoundedSigma), false};
+        }
+        i = end + 1;
+    }
+}
+
 } // namespace
 
 std::vector<Sample> EdgePlaces::placesOf(const CrackMap& cracks, const CrackChain& chain) const {
@@ -99,6 +115,7 @@ std::vector<Sample> EdgePlaces::placesOf(const CrackMap& cracks, const CrackChai
         for (Sample& sample : samples)
             sample.sigma = std::max(sample.sigma, RoundedSigma);
     }
+    trustLongRuns(samples);
     return samples;
 }
 

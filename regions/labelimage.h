@@ -33,6 +33,10 @@ struct LabelImage {
     /// for groups of similar ones.
     std::size_t plainColors = 0;
     std::vector<std::uint16_t> labels;
+    /// How far a channel of a pixel that one colour covers whole may be from that colour.
+    int noise = 0;
+    /// Pixels that neither have a colour of the first ones nor are mixes of those nearby.
+    std::size_t strangePixels = 0;
 
     /// Most colours that a palette may have.
     static constexpr std::size_t MostColors = 65535;

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdlib>
 
 namespace ovtrace {
 
@@ -22,6 +23,12 @@ inline MixColor mixColor(QRgb color) {
     const double alpha = qAlpha(color);
     const double share = alpha / 255.0;
     return {{qRed(color) * share, qGreen(color) * share, qBlue(color) * share, alpha}};
+}
+
+/// The difference of two colours in the channel where it is largest: 0 to 255.
+inline int farthestChannel(QRgb a, QRgb b) {
+    return std::max(std::max(std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b))),
+                    std::max(std::abs(qBlue(a) - qBlue(b)), std::abs(qAlpha(a) - qAlpha(b))));
 }
 
 /// The way from one colour to another, along which pixels that the two share lie.
@@ -48,9 +55,10 @@ public:
             sum += (color[i] - origin[i]) * direction[i];
         return sum / square;
     }
-    /// How far `color` is, in its worst channel, from the mix of the two that is nearest to it.
-    double residual(const MixColor& color) const {
-        const double t = std::clamp(rawPosition(color), 0.0, 1.0);
+    /// How far `color` is, in its worst channel, from the mix of the two that is nearest to it;
+    /// `overshoot` is how far beyond the two colours a mix may lie, as a share: sharpened edges do.
+    double residual(const MixColor& color, double overshoot = 0.0) const {
+        const double t = std::clamp(rawPosition(color), -overshoot, 1.0 + overshoot);
         double worst = 0.0;
         for (std::size_t i = 0; i < 4; ++i)
             worst = std::max(worst, std::fabs(color[i] - origin[i] - t * direction[i]));

@@ -52,12 +52,46 @@ constexpr std::array<Offset, 24> Around{{{0, -1},  {-1, 0}, {1, 0},   {0, 1},  {
                                          {-1, -2}, {1, -2}, {-2, -1}, {2, -1}, {-2, 1},  {2, 1},
                                          {-1, 2},  {1, 2},  {-2, -2}, {2, -2}, {-2, 2},  {2, 2}}};
 
+/// Which palette colour a pixel in a plain area has: exactly or, with noise, the nearest within it.
+class KnownColors {
+public:
+    KnownColors(const std::vector<QRgb>& palette, int noise) : palette(palette), noise(noise) {
+        for (const QRgb color : palette)
+            places.add(color);
+    }
+    std::uint16_t labelOf(QRgb color) const {
+        const std::size_t found = places.find(color);
+        if (found < palette.size())
+            return static_cast<std::uint16_t>(found);
+        return noise > 0 ? nearest(color) : Unknown;
+    }
+
+private:
+    std::uint16_t nearest(QRgb color) const {
+        std::uint16_t best = Unknown;
+        int least = noise;
+        for (std::size_t k = 0; k < palette.size(); ++k) {
+            const int apart = farthestChannel(color, palette[k]);
+            if (apart > least || (apart == least && best != Unknown))
+                continue;
+            least = apart;
+            best = static_cast<std::uint16_t>(k);
+        }
+        return best;
+    }
+
+    const std::vector<QRgb>& palette;
+    int noise;
+    ColorCounts places;
+};
+
 class PixelLabeller {
 public:
     PixelLabeller(const PixelView& image, std::vector<QRgb> palette, const MixOptions& options)
         : image(image), options(options) {
         labels.width = image.width;
         labels.height = image.height;
+        labels.noise = options.noise;
         labels.palette = std::move(palette);
         labels.labels.resize(static_cast<std::size_t>(image.width) *
                              static_cast<std::size_t>(image.height));
@@ -69,10 +103,13 @@ public:
         labelKnown();
         for (Mix& mix : mixes)
             explain(mix);
+        if (lonely.size() < labels.labels.size() / 2)
+            explainWide();
         explainLonely();
         if (options.mayAddColors)
             addLineColors();
         labels.plainColors = labels.palette.size();
+        labels.strangePixels = lonely.size();
         labelStrange();
         for (const Mix& mix : mixes)
             labels.row(mix.y)[mix.x] = mix.label();
@@ -82,24 +119,37 @@ public:
 
 private:
     void labelKnown() {
-        ColorCounts places;
-        for (const QRgb color : labels.palette)
-            places.add(color);
+        const KnownColors known(labels.palette, options.noise);
         for (int y = 0; y < image.height; ++y) {
             const QRgb* row = image.row(y);
             std::uint16_t* out = labels.row(y);
+            for (int x = 0; x < image.width; ++x)
+                out[x] = x > 0 && row[x] == row[x - 1] ? out[x - 1] : known.labelOf(row[x]);
+        }
+        if (options.noise > 0)
+            forgetLoneOnes();
+        for (int y = 0; y < image.height; ++y) {
+            const std::uint16_t* row = labels.row(y);
             for (int x = 0; x < image.width; ++x) {
-                if (x > 0 && row[x] == row[x - 1]) {
-                    out[x] = out[x - 1];
-                } else {
-                    const std::size_t found = places.find(row[x]);
-                    out[x] =
-                        found < labels.palette.size() ? static_cast<std::uint16_t>(found) : Unknown;
-                }
-                if (out[x] == Unknown)
+                if (row[x] == Unknown)
                     mixes.push_back({x, y});
             }
         }
+    }
+    /// A mix may be near to a third colour by chance, but hardly a block of them.
+    void forgetLoneOnes() {
+        std::vector<std::uint16_t> kept(labels.labels.size(), Unknown);
+        const auto width = static_cast<std::size_t>(labels.width);
+        for (int y = 0; y + 1 < labels.height; ++y) {
+            const std::uint16_t* row = labels.row(y);
+            std::uint16_t* out = kept.data() + static_cast<std::size_t>(y) * width;
+            for (std::size_t x = 0; x + 1 < width; ++x) {
+                const std::uint16_t label = row[x];
+                if (label == row[x + 1] && label == row[x + width] && label == row[x + width + 1])
+                    out[x] = out[x + 1] = out[x + width] = out[x + width + 1] = label;
+            }
+        }
+        labels.labels = std::move(kept);
     }
 
     std::uint16_t labelAt(int x, int y) const {
@@ -120,13 +170,16 @@ private:
 
     /// Two colours around the mix, of those that explain it the nearest.
     void explain(Mix& mix) {
+        if (!explainBy(mix, neighboursOf(mix.x, mix.y)))
+            lonely.push_back(static_cast<std::size_t>(&mix - mixes.data()));
+    }
+    bool explainBy(Mix& mix, const Neighbours& around) {
         const MixColor color = mixColor(image.at(mix.x, mix.y));
-        const Neighbours around = neighboursOf(mix.x, mix.y);
         double best = options.tolerance;
         for (int j = 1; j < around.count; ++j) {
             for (int i = 0; i < j; ++i) {
                 const ColorAxis way = axis(around[i], around[j]);
-                const double residual = way.residual(color);
+                const double residual = way.residual(color, options.overshoot);
                 // Farther colours must explain it clearly better.
                 if (residual > best || (mix.b != Unknown && residual * 2.0 > best))
                     continue;
@@ -138,8 +191,29 @@ private:
         }
         if (mix.b == Unknown && around.count >= 3)
             explainByThree(mix, color, around);
-        if (mix.b == Unknown)
-            lonely.push_back(static_cast<std::size_t>(&mix - mixes.data()));
+        return mix.b != Unknown;
+    }
+
+    /// In the middle of wide edges the colours on both sides are farther away.
+    void explainWide() {
+        std::erase_if(lonely, [this](std::size_t i) {
+            return explainBy(mixes[i], wideNeighboursOf(mixes[i].x, mixes[i].y));
+        });
+    }
+    /// The first known pixels in eight directions, the nearest first.
+    Neighbours wideNeighboursOf(int x, int y) const {
+        constexpr int Widest = 8;
+        Neighbours found;
+        std::array<bool, 8> ended{};
+        for (int step = 1; step <= Widest; ++step) {
+            for (std::size_t i = 0; i < 8; ++i) {
+                const std::uint16_t label =
+                    ended[i] ? Unknown : labelAt(x + step * Around[i].x, y + step * Around[i].y);
+                ended[i] = ended[i] || label != Unknown;
+                found.add(label);
+            }
+        }
+        return found;
     }
 
     /// Three colours around the mix; the two that have the largest shares are kept.
@@ -222,7 +296,8 @@ private:
         // Where most pixels are strange they are no lines but a photograph.
         constexpr std::size_t MostTried = 1024;
         constexpr int FewestPixels = 3;
-        if (lonely.size() > labels.labels.size() / 8)
+        const std::size_t most = options.noise > 0 ? 2 : 8;
+        if (lonely.size() > labels.labels.size() / most)
             return;
         constexpr int MostAdded = 16;
         for (int added = 0;
@@ -232,7 +307,7 @@ private:
             ColorCounts ridges;
             for (std::size_t i = 0; i < lonely.size(); i += stride) {
                 const Mix& mix = mixes[lonely[i]];
-                const Neighbours around = neighboursOf(mix.x, mix.y);
+                const Neighbours around = groundsOf(mix);
                 if (around.count > 0)
                     ridges.add(ridgeAround(mix, around[0]));
             }
@@ -257,12 +332,12 @@ private:
             int explained = 0;
             for (std::size_t i = 0; i < lonely.size(); i += stride) {
                 const Mix& mix = mixes[lonely[i]];
-                const Neighbours around = neighboursOf(mix.x, mix.y);
+                const Neighbours around = groundsOf(mix);
                 if (around.count == 0)
                     continue;
                 const ColorAxis way(labels.palette[around[0]], entry.color);
                 const MixColor color = mixColor(image.at(mix.x, mix.y));
-                explained += int(way.residual(color) <= options.tolerance);
+                explained += int(way.residual(color, options.overshoot) <= options.tolerance);
             }
             if (explained > most) {
                 most = explained;
@@ -276,13 +351,26 @@ private:
     void labelStrange() {
         // Stray pixels are not worth a colour.
         constexpr std::size_t Stray = 200;
-        if (options.mayAddColors && lonely.size() > labels.labels.size() / Stray &&
+        if (options.mayAddColors && options.noise == 0 &&
+            lonely.size() > labels.labels.size() / Stray &&
             labels.palette.size() < options.mostColors)
             addGroups();
         for (const std::size_t i : lonely) {
             Mix& mix = mixes[i];
-            mix.a = mix.b = nearest(mixColor(image.at(mix.x, mix.y)));
+            mix.a = mix.b =
+                options.noise > 0 ? nearestAround(mix) : nearest(mixColor(image.at(mix.x, mix.y)));
         }
+    }
+    /// Noise is a disturbance of the colours nearby.
+    std::uint16_t nearestAround(const Mix& mix) const {
+        const MixColor color = mixColor(image.at(mix.x, mix.y));
+        const Neighbours around = wideNeighboursOf(mix.x, mix.y);
+        std::uint16_t best = around.count > 0 ? around[0] : nearest(color);
+        for (int i = 1; i < around.count; ++i) {
+            if (distance(color, colors[around[i]]) < distance(color, colors[best]))
+                best = around[i];
+        }
+        return best;
     }
     void addGroups() {
         // Colours that differ in the last three bits of the channels are counted as one.
@@ -325,9 +413,14 @@ private:
         return sum;
     }
 
+    /// The known colours near by, or farther away where edges are wide.
+    Neighbours groundsOf(const Mix& mix) const {
+        const Neighbours near = neighboursOf(mix.x, mix.y);
+        return near.count > 0 || options.noise == 0 ? near : wideNeighboursOf(mix.x, mix.y);
+    }
     bool explainByFar(Mix& mix) const {
         const MixColor color = mixColor(image.at(mix.x, mix.y));
-        const Neighbours around = neighboursOf(mix.x, mix.y);
+        const Neighbours around = groundsOf(mix);
         for (int i = 0; i < around.count && mix.b == Unknown; ++i)
             explainFrom(mix, color, around[i]);
         return mix.b != Unknown;
@@ -376,8 +469,10 @@ private:
         const ColorAxis way = axis(mix.a, mix.b);
         auto least = static_cast<double>(mix.t);
         double most = least;
-        for (int i = 0; i < 8; ++i) {
-            const Offset offset = Around[static_cast<std::size_t>(i)];
+        // Blurred edges are wider.
+        const std::size_t reach = options.noise > 0 ? Around.size() : 8;
+        for (std::size_t i = 0; i < reach; ++i) {
+            const Offset offset = Around[i];
             const int x = mix.x + offset.x;
             const int y = mix.y + offset.y;
             if (x < 0 || y < 0 || x >= image.width || y >= image.height)
@@ -389,7 +484,16 @@ private:
             least = std::min(least, t);
             most = std::max(most, t);
         }
-        return static_cast<double>(mix.t) > (least + most) / 2.0 ? mix.b : mix.a;
+        return static_cast<double>(mix.t) > middleOf(way, least, most) ? mix.b : mix.a;
+    }
+    /// The share from which on a pixel belongs to the second colour, of those from `least` to
+    /// `most` around it. What noise may have made is no line.
+    double middleOf(const ColorAxis& way, double least, double most) const {
+        constexpr double Clear = 3.0;
+        const double doubt = Clear * options.noise * way.step();
+        if (most < doubt || least > 1.0 - doubt)
+            return 0.5;
+        return (least + most) / 2.0;
     }
 
     const PixelView& image;

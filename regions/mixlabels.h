@@ -6,6 +6,8 @@ namespace ovtrace {
 
 /// How mixed pixels are told from pixels of a colour of their own.
 struct MixOptions {
+    /// How far a channel of a pixel in a plain area may be from the area's colour.
+    int noise = 0;
     /// How far a channel of a mix may be from its place between the colours that it is made of:
     /// roundings of some paintings one over the other, or the image's noise.
     double tolerance = 6.0;
@@ -13,6 +15,8 @@ struct MixOptions {
     std::size_t mostColors = 64;
     /// Whether what the palette does not explain may bring colours of its own.
     bool mayAddColors = true;
+    /// The share of a colour's contrast by which a mix may lie beyond it: sharpened edges do.
+    double overshoot = 0.0;
 };
 
 /// Gives each pixel the colour of `palette` (not empty) that it has, or the one that covers it most
@@ -20,6 +24,9 @@ struct MixOptions {
 ///
 /// Lines narrower than a pixel keep their colour: a pixel that is the ridge of a line belongs to it
 /// when it is covered by more than half of what the ridge is covered there.
+///
+/// In images with noise a pixel has a palette colour when it is near to it in a block of two by two
+/// that are.
 ///
 /// What neither is of a palette colour nor a mix brings colours of its own: those of lines first,
 /// then, where it is much (gradients, photographs), groups of similar colours. They come after

@@ -19,10 +19,7 @@ constexpr double PixelSigma = 0.29;
 constexpr double DrawnSigma = 0.005;
 
 bool isPure(QRgb color, QRgb palette, int noise) {
-    return color == palette || (noise > 0 && std::abs(qRed(color) - qRed(palette)) <= noise &&
-                                std::abs(qGreen(color) - qGreen(palette)) <= noise &&
-                                std::abs(qBlue(color) - qBlue(palette)) <= noise &&
-                                std::abs(qAlpha(color) - qAlpha(palette)) <= noise);
+    return color == palette || (noise > 0 && farthestChannel(color, palette) <= noise);
 }
 
 /// A walk from the crack to the pure colour of one side.
@@ -50,7 +47,8 @@ public:
         const Side before = walk(-1);
         const Side after = walk(1);
         if (before.end == Side::End::Pure && after.end == Side::End::Pure)
-            return twoColors(before.last + 1, after.last);
+            return noise > 0 ? noisy(before.last, after.last)
+                             : twoColors(before.last + 1, after.last);
         if (before.end == Side::End::Pure && after.end == Side::End::Line)
             return lineBeyond(before.last, after.last, 1);
         if (before.end == Side::End::Line && after.end == Side::End::Pure)
@@ -94,6 +92,26 @@ private:
         place.sigma = uncertainty(end - begin);
         place.sharp = begin == end;
         spoil(place, worst);
+        return place;
+    }
+    /// The same with noise between the pixels `begin` and `end` that seem pure: these may hold a
+    /// little of the other colour, and so may the ones behind them.
+    EdgePlace noisy(int begin, int end) const {
+        const auto reaches = [this](int k, std::uint16_t label) {
+            return line.contains(k) && line.label(k) == label;
+        };
+        begin -= int(reaches(begin - 1, first));
+        end += int(reaches(end + 1, second));
+        constexpr double Overshoot = 0.25;
+        EdgePlace place;
+        double covered = 0.0;
+        for (int k = begin; k <= end; ++k)
+            covered +=
+                std::clamp(axis.rawPosition(mixColor(line.color(k))), -Overshoot, 1.0 + Overshoot);
+        place.at = end + 1 - covered;
+        // The noise is a bound that few pixels reach: two standard deviations.
+        place.sigma =
+            std::sqrt(double(end - begin + 1)) * std::max(axis.step() * noise / 2.0, DrawnSigma);
         return place;
     }
     /// A third colour in the run leaves open which of the two sides it took its share from.

@@ -1,13 +1,11 @@
 #include "traceregions.h"
 
 #include "chainshapes.h"
-#include "clusters.h"
 #include "crackmap.h"
+#include "findlabels.h"
 #include "labelimage.h"
 #include "mapassembly.h"
-#include "mixlabels.h"
 #include "outlines.h"
-#include "purecolors.h"
 #include "regiongrid.h"
 #include "regionoptions.h"
 #include "specks.h"
@@ -74,29 +72,11 @@ PixelView viewOf(const QImage& image) {
             image.height()};
 }
 
-/// Every pixel's colour: of those given, or of those found.
-LabelImage findLabels(const PixelView& pixels, const QList<QRgb>& given,
-                      const RegionOptions& settings) {
-    MixOptions mixing;
-    mixing.mayAddColors = given.isEmpty();
-    mixing.mostColors = settings.mostColors;
-    std::vector<QRgb> colors(given.begin(), given.end());
-    if (colors.empty()) {
-        const ColorCounts all = countColors(pixels, 2);
-        // Pixels that are drawn one by one, and those of two colours, are never mixes.
-        const bool exact = settings.exactPixels || all.entries().size() <= 2;
-        colors = leadingColors(exact ? countColors(pixels, mixing.mostColors * 4)
-                                     : findPureColors(pixels).blocks,
-                               mixing.mostColors);
-    }
-    if (colors.empty())
-        colors.push_back(pixels.at(0, 0));
-    return labelPixels(pixels, std::move(colors), mixing);
-}
-
 /// Square pixels: photographs have noise, drawings have details.
 double usualSpeck(const LabelImage& labels) {
-    return labels.plainColors < labels.palette.size() ? 12.0 : 0.0;
+    if (labels.plainColors == labels.palette.size() && labels.noise == 0)
+        return 0.0;
+    return labels.plainColors == 0 || labels.noise > 0 ? 5.0 : 12.0;
 }
 
 /// Reports what is done of a trace.
@@ -124,7 +104,7 @@ ovtrace::RegionMap OvTraceRegions::trace(const QImage& image) const {
     Stages stages(progress);
     const QImage plain = plainImage(image);
     const PixelView pixels = viewOf(plain);
-    LabelImage labels = findLabels(pixels, palette, settings);
+    LabelImage labels = findLabels(pixels, {palette.begin(), palette.end()}, settings);
     if (!stages.done(0.3))
         return {};
     RegionGrid grid = findRegions(pixels, labels);

@@ -108,6 +108,11 @@ private:
         return foot;
     }
 
+    /// The distance between the ends of what a carrier was fitted to.
+    [[nodiscard]] double chord(const Carrier& carrier) const {
+        return distance(chain_.at(carrier.first), chain_.at(carrier.last));
+    }
+
     /// The meeting of two carriers that is near the break: a corner is cut over about a pixel, and
     /// lies farther out the sharper it is.
     [[nodiscard]] std::optional<Point> meeting(const Carrier& a, const Carrier& b, Point place,
@@ -123,7 +128,9 @@ private:
         if (dot(u, v) < 0.0 && sine < doubt)
             return std::nullopt;
         const double tip = forward > 0.0 ? sine / forward : farthest;
-        const double limit = 1.0 + width / 2.0 + std::min(tip, farthest);
+        // Sides that are short themselves do not lead far.
+        const double reach = std::min(farthest, std::min(chord(a), chord(b)) / 2.0);
+        const double limit = 1.0 + width / 2.0 + std::min(tip, reach);
         std::optional<Point> best;
         for (const Point& candidate : meetings(a, b))
             if (distance(candidate, place) < (best ? distance(*best, place) : limit))
@@ -172,12 +179,10 @@ private:
     void append(const Carrier& carrier, Point from, Point to, std::vector<Piece>& pieces) const {
         if (from == to)
             return;
-        const Point chord = chain_.at(carrier.last) - chain_.at(carrier.first);
         const bool short_ = !carrier.isLine() &&
                             std::abs(bulgeAround(from, to, carrier.at, carrier.turn)) > 1.0 &&
                             std::abs(bulgeAround(chain_.at(carrier.first), chain_.at(carrier.last),
-                                                 carrier.at, carrier.turn)) < 0.5 &&
-                            dot(chord, to - from) < 0.0;
+                                                 carrier.at, carrier.turn)) < 0.5;
         if (short_)
             pieces.push_back(linePiece(from, to));
         else

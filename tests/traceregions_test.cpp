@@ -1,6 +1,7 @@
 // Maps of whole images: plain forms whose truth is known, and what holds for any image.
 
 #include "support/coverage.h"
+#include "support/pixelview.h"
 
 #include <traceprogress.h>
 #include <traceregions.h>
@@ -319,6 +320,49 @@ TEST(TraceRegions, SpecksBecomePartOfTheirNeighbour) {
     const RegionMap map = traced(image, {{"speck", 2.0}});
     EXPECT_EQ(map.regions.size(), 2U);
     expectWellFormed(map, 400.0);
+}
+
+TEST(TraceRegions, NoisyDrawingHasTheAreasOfTheCleanOne) {
+    QImage image = ground(90, 60, White);
+    paint(image, Red, [](double x, double y) { return std::hypot(x - 25, y - 30) < 17.4; });
+    paint(image, Blue, [](double x, double y) { return x > 55.3 && x < 81.8 && y > 9 && y < 48; });
+    addNoise(image, 6, 2);
+    const RegionMap map = traced(image);
+    ASSERT_EQ(map.regions.size(), 3U);
+    constexpr double Pi = 3.14159265358979;
+    EXPECT_NEAR(map.regions[1].area, 26.5 * 39.0, 4.0);
+    EXPECT_NEAR(map.regions[2].area, Pi * 17.4 * 17.4, 4.0);
+    expectWellFormed(map, 5400.0);
+}
+
+TEST(TraceRegions, SmoothImageHasFewAreas) {
+    QImage image = ground(160, 120, White);
+    for (int y = 0; y < 120; ++y) {
+        for (int x = 0; x < 160; ++x)
+            image.setPixel(x, y, qRgb(x, 80 + y, 255 - x));
+    }
+    paint(image, Red, [](double x, double y) { return std::hypot(x - 60, y - 60) < 20.0; });
+    addNoise(image, 9, 8);
+    const RegionMap map = traced(image);
+    EXPECT_GE(map.regions.size(), 10U);
+    EXPECT_LE(map.regions.size(), 400U);
+    expectWellFormed(map, 160.0 * 120.0);
+}
+
+TEST(TraceRegions, BlurredEdgesStayInTheirPlaces) {
+    QImage image = ground(60, 40, White);
+    // A step blurred over eight pixels.
+    for (int y = 0; y < 40; ++y) {
+        for (int x = 0; x < 60; ++x) {
+            const double t = std::clamp((x - 26.3) / 8.0, 0.0, 1.0);
+            const int value = static_cast<int>(255.0 * (1.0 - t * t * (3.0 - 2.0 * t)) + 0.5);
+            image.setPixel(x, y, qRgb(value, value, value));
+        }
+    }
+    const RegionMap map = traced(image);
+    ASSERT_EQ(map.regions.size(), 2U);
+    // Pixel centres are half a pixel from their column's number.
+    EXPECT_NEAR(map.regions[0].area, 40.0 * (26.3 + 4.0 + 0.5), 40.0 * 0.05);
 }
 
 TEST(TraceRegions, StoppedTraceGivesAnEmptyMap) {
