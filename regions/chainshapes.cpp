@@ -134,8 +134,11 @@ private:
             const std::vector<Sample> tight = tightened(samples);
             pieces = joined(chain, segmentChain(tight, chain.from < 0, options), tight, start, end);
         }
+        // Nearer to their own edges between pixels than to any other.
+        constexpr double Half = 0.45;
         if (pieces.empty())
-            pieces = polygonThrough(samples, chain.from < 0, start, end);
+            pieces =
+                polygonThrough(places.placesOf(cracks, chain, Half), chain.from < 0, start, end);
         // Both junctions and all samples in one place: the boundary still has its start and end.
         if (pieces.empty()) {
             const Point only = start ? *start : samples.front().at;

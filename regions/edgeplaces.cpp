@@ -91,7 +91,8 @@ void trustLongRuns(std::vector<Sample>& samples) {
 
 } // namespace
 
-std::vector<Sample> EdgePlaces::placesOf(const CrackMap& cracks, const CrackChain& chain) const {
+std::vector<Sample> EdgePlaces::placesOf(const CrackMap& cracks, const CrackChain& chain,
+                                         double most) const {
     std::vector<Sample> samples;
     const ChainSteps steps(cracks, chain);
     SharpnessCount sharpness;
@@ -107,7 +108,8 @@ std::vector<Sample> EdgePlaces::placesOf(const CrackMap& cracks, const CrackChai
         const int y = std::min(here.y, p.y);
         const PixelLine line(image, labels, x, y, horizontal ? 0 : 1, horizontal ? 1 : 0);
         const EdgePlace place = findEdge(line, options.noise);
-        const Point at = horizontal ? Point{x + 0.5, y + place.at} : Point{x + place.at, y + 0.5};
+        const double off = std::clamp(place.at, -most, most);
+        const Point at = horizontal ? Point{x + 0.5, y + off} : Point{x + off, y + 0.5};
         samples.push_back({at, place.sigma, place.loose});
         sharpness.add(place, horizontal, horizontal ? at.y : at.x);
     }

@@ -22,13 +22,18 @@ struct PlaceOptions {
 /// column: exact for straight edges, off by the curvature / 24 for others (height functions).
 class EdgePlaces {
 public:
+    static constexpr double Anywhere = 1e9;
+
     EdgePlaces(const PixelView& image, const LabelImage& labels, const PlaceOptions& options)
         : image(image), labels(labels), options(options) {
     }
 
     /// The places along a chain, in its order: one for each row that it crosses where it is steep,
-    /// one for each column where it is flat. Neither side is beyond the image.
-    std::vector<Sample> placesOf(const CrackMap& cracks, const CrackChain& chain) const;
+    /// one for each column where it is flat. Neither side is beyond the image. None is farther than
+    /// `most` pixels from its edge between pixels; those of different chains never pass each other
+    /// when that is less than a half.
+    std::vector<Sample> placesOf(const CrackMap& cracks, const CrackChain& chain,
+                                 double most = Anywhere) const;
 
 private:
     const PixelView& image;
