@@ -15,6 +15,10 @@ constexpr double LongestDash = 28.0;
 /// Gap over the longer of the dashes beside it.
 constexpr double GapOfDash = 1.4;
 constexpr std::size_t FewestDashes = 3;
+/// Share of the samples of a row that may lie off its line.
+constexpr double FewStrays = 0.06;
+/// Longest part of a row that a filled area or a stroke which it crosses may hide, in pixels.
+constexpr double LongestCover = 120.0;
 
 /// A dash in a row, and which of its ends comes first.
 struct Dash {
@@ -53,6 +57,9 @@ public:
         for (int i = 0; i < static_cast<int>(strokes.size()); ++i)
             while (!at(i).dropped && !at(i).dashes.empty() && takeOn(i))
                 pace.step(done, static_cast<double>(order.size()));
+        for (int i = 0; i < static_cast<int>(strokes.size()); ++i)
+            if (!at(i).dropped && !at(i).dashes.empty())
+                absorb(i);
     }
 
 private:
@@ -82,16 +89,20 @@ private:
         lengths[static_cast<std::size_t>(i)] = lengthOf(stroke);
     }
 
-    /// Adds to a dashed stroke what goes on beyond a crossing that hid a gap or a dot: another
-    /// dashed stroke or a single dash within a period and a half.
+    /// Adds to a dashed stroke what goes on beyond a crossing that hid a gap or a dot, or beyond a
+    /// filled area: another dashed stroke or a single dash, with at most a period and a half of
+    /// paper between.
     bool takeOn(int i) {
         double period = 0.0;
         for (const double part : at(i).dashes)
             period += part;
         for (int e = 0; e < 2; ++e) {
-            const Point from = at(i).ends[static_cast<std::size_t>(e)].at;
-            const Point direction = outwardAt(at(i), e);
-            for (const int j : candidates(from, direction, 1.5 * period))
+            std::vector<int> found = candidatesAlong(i, e, LongestCover + 1.5 * period);
+            // The nearest first: what is taken lies between the row and the next one.
+            std::stable_sort(found.begin(), found.end(), [&](int a, int b) {
+                return nearestAway(i, e, a) < nearestAway(i, e, b);
+            });
+            for (const int j : found)
                 if (j != i && !at(j).dropped && !at(j).closed &&
                     (isDash(j) || !at(j).dashes.empty()) && isLike(at(i), at(j)) &&
                     takeIn(i, e, j, period))
@@ -100,27 +111,89 @@ private:
         return false;
     }
 
+    std::vector<int> candidatesAlong(int i, int e, double most) {
+        std::vector<int> all;
+        std::vector<int> near;
+        for (double d = 0.0; d <= most; d += 12.0) {
+            grid.near(beyond(at(i), e, d), 12.0, near);
+            all.insert(all.end(), near.begin(), near.end());
+        }
+        std::sort(all.begin(), all.end());
+        all.erase(std::unique(all.begin(), all.end()), all.end());
+        return all;
+    }
+
+    /// Pixels of paper along the stroke's carrier from its end for `distance` pixels.
+    double paperAlong(int i, int e, double distance) {
+        double paper = 0.0;
+        for (double d = 0.5; d < distance; d += 1.0) {
+            const Point p = beyond(at(i), e, d);
+            paper += ink.sample(p.x, p.y) < 0.35 ? 1.0 : 0.0;
+        }
+        return paper;
+    }
+
     bool takeIn(int i, int e, int j, double period) {
-        const Point from = at(i).ends[static_cast<std::size_t>(e)].at;
-        const Point direction = outwardAt(at(i), e);
+        const Stroke& row = at(i);
         const bool dashed = !at(j).dashes.empty();
         for (int f = 0; f < 2; ++f) {
-            const Point to = at(j).ends[static_cast<std::size_t>(f)].at;
-            const double along = dot(to - from, direction);
-            const double aside = std::abs(signedDistance(at(i).carrier, to));
-            if (along < -2.0 || along > (dashed ? 1.5 : 1.1) * period ||
-                aside > 0.3 * at(i).width + 0.5 || (!dashed && !continues(direction, j, f)))
+            const Point near = at(j).ends[static_cast<std::size_t>(f)].at;
+            const Point far = at(j).ends[static_cast<std::size_t>(1 - f)].at;
+            const double along = awayFrom(row, e, near);
+            const double slack = 0.3 * row.width + 0.5;
+            if (along < -2.0 || awayFrom(row, e, far) < along ||
+                std::abs(signedDistance(row.carrier, near)) > slack ||
+                std::abs(signedDistance(row.carrier, far)) > slack + 0.1 * length(j))
                 continue;
-            Dash first{i, 1 - e};
-            Dash second{j, f};
+            const double paper = paperAlong(i, e, along);
+            if (paper > (dashed ? 1.5 : 1.1) * period || along - paper > LongestCover)
+                continue;
             const std::vector<double> pattern =
-                dashed && lengthOf(at(j)) > lengthOf(at(i)) ? at(j).dashes : at(i).dashes;
-            if (join({first, second})) {
+                dashed && lengthOf(at(j)) > lengthOf(row) ? at(j).dashes : row.dashes;
+            if (join({{i, 1 - e}, {j, f}})) {
                 at(i).dashes = pattern;
+                lengths[static_cast<std::size_t>(i)] = lengthOf(at(i));
                 return true;
             }
         }
         return false;
+    }
+
+    double nearestAway(int i, int e, int j) {
+        return std::min(awayFrom(at(i), e, at(j).start()), awayFrom(at(i), e, at(j).finish()));
+    }
+
+    /// How far beyond the end of a stroke a place lies, along it; far off where it lies on the
+    /// other side of an arc.
+    static double awayFrom(const Stroke& stroke, int e, Point p) {
+        const double place = placeAlong(stroke, p);
+        if (stroke.carrier.isLine())
+            return e == 0 ? -place : place - lengthOf(stroke);
+        const double round = 2.0 * 3.14159265358979323846 * stroke.carrier.radius;
+        return e == 0 ? (place > 2.0 ? round - place : -place) : place - lengthOf(stroke);
+    }
+
+    /// Dashes and dots within the row, which a crossing kept from joining, are parts of it.
+    void absorb(int i) {
+        const Stroke& row = at(i);
+        std::vector<int> near;
+        const double longest = *std::max_element(row.dashes.begin(), row.dashes.end());
+        for (const Point& p : pointsAlong(row, 12.0)) {
+            grid.near(p, 12.0, near);
+            for (const int j : near) {
+                const bool dashed = !at(j).dropped && !at(j).dashes.empty();
+                if (j == i || (!dashed && (!isDash(j) || length(j) > longest + 2.0)) ||
+                    !isLike(row, at(j)))
+                    continue;
+                const double slack = 0.3 * row.width + 0.5;
+                const bool within = std::ranges::all_of(at(j).ends, [&](const StrokeEnd& end) {
+                    return std::abs(signedDistance(row.carrier, end.at)) < slack &&
+                           covers(row, end.at, 0.0);
+                });
+                if (within)
+                    drop(j);
+            }
+        }
     }
 
     bool isDash(int i) {
@@ -279,11 +352,21 @@ private:
         at(i).dropped = true;
     }
 
+    /// Whether the samples lie along the carrier: but for a few, which are another stroke's.
     bool keeps(const Carrier& carrier, const std::vector<Sample>& samples) const {
         const double allowed = 3.0 * measure.sigma + 0.4;
-        return std::all_of(samples.begin(), samples.end(), [&](const Sample& s) {
-            return s.loose || std::abs(signedDistance(carrier, s.at)) <= allowed;
-        });
+        std::size_t counted = 0;
+        std::size_t off = 0;
+        for (const Sample& s : samples) {
+            if (s.loose)
+                continue;
+            const double d = std::abs(signedDistance(carrier, s.at));
+            if (d > 3.0 * allowed)
+                return false;
+            ++counted;
+            off += d > allowed ? 1 : 0;
+        }
+        return static_cast<double>(off) <= FewStrays * static_cast<double>(counted);
     }
 
     double widthOf(const std::vector<Dash>& row) {

@@ -11,6 +11,9 @@ namespace {
 
 /// Share of the rectangle of its own moments that a bar fills at least; letters fill less.
 constexpr double BarFill = 0.85;
+/// Length over width of a bent bar at least, and its share of that rectangle.
+constexpr double Slender = 4.0;
+constexpr double BentFill = 0.65;
 /// Gap between neighbours over the size of the greater one.
 constexpr double GapOfSize = 0.45;
 
@@ -66,7 +69,13 @@ Spread spreadOf(const InkComponents& all, const InkComponent& component) {
 bool isBar(const Spread& s, int area) {
     // A rectangle a by b has the variances a^2/12 and b^2/12.
     const double sides = 12.0 * std::sqrt(std::max(s.xx * s.yy - s.xy * s.xy, 0.0));
-    return area >= BarFill * sides;
+    if (area >= BarFill * sides)
+        return true;
+    // A dash of an arc is a little bent: long, narrow and nearly full.
+    const double half = (s.xx - s.yy) / 2.0;
+    const double root = std::sqrt(half * half + s.xy * s.xy);
+    const double mean = (s.xx + s.yy) / 2.0;
+    return mean + root > Slender * Slender * (mean - root) && area >= BentFill * sides;
 }
 
 bool isRing(const InkComponents& all, const InkComponent& component, const Spread& s,
