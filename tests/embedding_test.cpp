@@ -6,8 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <thread>
-
 // What docs/embedding.md says of the result.
 
 namespace {
@@ -68,28 +66,4 @@ TEST(Embedding, OutlinesOfNoAreaOccur) {
             flat += doubleArea(outline) == 0.0 ? 1 : 0;
     }
     EXPECT_GT(flat, 0);
-}
-
-TEST(Embedding, TracesThatDrawNothingRepeatInAnyNumberOfThreads) {
-    const QImage image = rings();
-    const auto trace = [&](QList<QList<char>>& palette, qsizetype& count) {
-        OvTraceBitmap tracer;
-        tracer.setOption(QStringLiteral("monochrome"), 0.0);
-        tracer.setOption(QStringLiteral("mincolorratio"), 0.0);
-        count = tracer.trace(image).size();
-        palette = tracer.getPalette();
-    };
-    QList<QList<char>> first;
-    QList<QList<char>> second;
-    QList<QList<char>> alone;
-    qsizetype counts[3] = {};
-    std::thread one([&] { trace(first, counts[0]); });
-    std::thread two([&] { trace(second, counts[1]); });
-    one.join();
-    two.join();
-    OvTraceBitmap::seedRandom(77);
-    trace(alone, counts[2]);
-    EXPECT_EQ(first, alone);
-    EXPECT_EQ(second, alone);
-    EXPECT_EQ(counts[0], counts[2]);
 }

@@ -11,11 +11,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <atomic>
 #include <ctime>
 #include <functional>
 #include <stdexcept>
-#include <thread>
 #include <vector>
 
 using namespace ovtrace;
@@ -217,35 +215,4 @@ TEST(StageProgress, AsksOftenEnough) {
 #else
     GTEST_SKIP() << "times mean something in optimised programs alone";
 #endif
-}
-
-TEST(StageProgress, AWindowCancelsTheTraceOfAWorker) {
-    // What a window does: it reads how far the worker is, and says when it shall stop.
-    class Link : public OvTraceProgress {
-    public:
-        bool report(double fraction) override {
-            reached = fraction;
-            ++reports;
-            return !cancelled;
-        }
-        std::atomic<double> reached{-1.0};
-        std::atomic<int> reports{0};
-        std::atomic<bool> cancelled{false};
-    };
-    const QImage image = noise(1500, 1500, 200);
-    for (const int patience : {0, 1, 4, 9}) {
-        Link link;
-        OvTraceBitmap tracer;
-        setColorOptions(tracer);
-        tracer.setProgress(&link);
-        QList<OvPolyline> polylines;
-        std::thread worker([&] { polylines = tracer.trace(image); });
-        while (link.reports < patience)
-            std::this_thread::yield();
-        link.cancelled = true;
-        worker.join();
-        EXPECT_TRUE(polylines.isEmpty());
-        EXPECT_TRUE(tracer.getPalette().isEmpty());
-        EXPECT_LT(link.reached, 1.0);
-    }
 }
