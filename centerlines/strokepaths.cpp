@@ -213,18 +213,22 @@ bool keepsTo(const Carrier& carrier, const std::vector<Sample>& samples, double 
     return inRun == 0 || std::abs(run) <= allowed * inRun;
 }
 
-/// An arc that a line explains as well is a line: the waves of a scan are no arcs.
-void straighten(Stroke& stroke, double sigma) {
-    if (stroke.carrier.isLine() || stroke.closed)
-        return;
+void toLine(Stroke& stroke) {
     Carrier line = lineCarrier(stroke.carrier.support, stroke.start(), stroke.finish());
-    if (!keepsTo(line, stroke.samples, sigma + 0.1))
-        return;
     line.first = stroke.carrier.first;
     line.last = stroke.carrier.last;
     stroke.carrier = line;
     stroke.ends[0].at = projected(line, stroke.start());
     stroke.ends[1].at = projected(line, stroke.finish());
+}
+
+/// An arc that a line explains as well is a line: the waves of a scan are no arcs.
+void straighten(Stroke& stroke, double sigma) {
+    if (stroke.carrier.isLine() || stroke.closed)
+        return;
+    const Carrier line = lineCarrier(stroke.carrier.support, stroke.start(), stroke.finish());
+    if (keepsTo(line, stroke.samples, sigma + 0.1))
+        toLine(stroke);
 }
 
 Stroke strokeOf(const Carrier& carrier, const std::vector<StrokePoint>& points,
@@ -328,6 +332,22 @@ std::vector<Stroke> fitStrokes(const Skeleton& skeleton, const Profiles& profile
                   static_cast<double>(skeleton.pixels.size()));
     }
     return strokes;
+}
+
+bool straightenFlat(std::vector<Stroke>& strokes, const Measure& measure) {
+    // Slow waves are several times what neighbours leave.
+    const double most = 0.35 + 1.5 * measure.sigma;
+    bool any = false;
+    for (Stroke& stroke : strokes) {
+        if (stroke.dropped || stroke.closed || stroke.carrier.isLine())
+            continue;
+        const double length = lengthOf(stroke);
+        if (length * length > 8.0 * most * stroke.carrier.radius || !(length > 0.0))
+            continue;
+        toLine(stroke);
+        any = true;
+    }
+    return any;
 }
 
 } // namespace ovtrace

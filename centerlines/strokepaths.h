@@ -35,4 +35,8 @@ std::vector<Stroke> fitStrokes(const Skeleton& skeleton,
                                const std::vector<std::vector<StrokePoint>>& profiles,
                                const Measure& measure, Pace& pace);
 
+/// Makes lines of arcs that bend by no more than the waves of a scan do, once all that belongs to
+/// them has been joined. Returns whether there were any.
+bool straightenFlat(std::vector<Stroke>& strokes, const Measure& measure);
+
 } // namespace ovtrace

@@ -86,6 +86,8 @@ Found findStrokes(InkLevels ink, const CenterlineOptions& options, const Raster&
     std::vector<Stroke> strokes = fitStrokes(skeleton, profiles, measure, pace);
     pace.stage(0.9);
     mergeStrokes(strokes, ink, measure, pace);
+    if (straightenFlat(strokes, measure))
+        mergeStrokes(strokes, ink, measure, pace);
     dropExplained(strokes, pace);
     strokes.insert(strokes.end(), std::make_move_iterator(bars.begin()),
                    std::make_move_iterator(bars.end()));
