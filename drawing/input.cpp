@@ -16,7 +16,10 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
+
+#include <prepareimage.h>
 
 namespace {
 
@@ -183,6 +186,25 @@ QImage onBackground(const QImage& image, const QColor& background) {
     return result;
 }
 
+/// Prepares the image as asked for. What was turned lies as before in the world.
+void prepare(InputImage& input, const EngineValues& values) {
+    OvPrepareImage preparer;
+    for (auto value = values.begin(); value != values.end(); ++value)
+        preparer.setOption(value.key(), value.value());
+    const QSizeF before = input.image.size();
+    const OvPreparedImage prepared = preparer.prepare(input.image);
+    input.image = prepared.image;
+    if (!input.place.world || prepared.slope == 0.0)
+        return;
+    const double cosine = 1.0 / std::sqrt(1.0 + prepared.slope * prepared.slope);
+    const double sine = prepared.slope * cosine;
+    // About the middle, with y up.
+    QTransform turn =
+        QTransform::fromTranslate(-input.image.width() / 2.0, -input.image.height() / 2.0);
+    turn *= QTransform(cosine, -sine, sine, cosine, before.width() / 2.0, before.height() / 2.0);
+    input.place.world = turn * *input.place.world;
+}
+
 } // namespace
 
 QStringList readableFormats() {
@@ -256,5 +278,7 @@ InputImage readInput(const QString& fileName, const InputRequest& request) {
         input.place.world = worldTransform(*world, request.crop.topLeft(), input.image.size());
     if (request.background)
         input.image = onBackground(input.image, *request.background);
+    if (!request.preparation.isEmpty())
+        prepare(input, request.preparation);
     return input;
 }

@@ -66,6 +66,28 @@ SizeRequest sizeRequest(const JobSettings& job) {
     return size;
 }
 
+namespace {
+
+EngineValues preparationValues(const JobSettings& job) {
+    constexpr double AutoThreshold = -2.0;
+    constexpr double LocalThreshold = -3.0;
+    EngineValues values;
+    for (const char* key : {"whiten", "deskew"}) {
+        if (job.isOn(key))
+            values[key] = 1.0;
+    }
+    const QVariant threshold = job.value("threshold");
+    if (threshold == "auto")
+        values["threshold"] = AutoThreshold;
+    else if (threshold == "local")
+        values["threshold"] = LocalThreshold;
+    else if (threshold.isValid())
+        values["threshold"] = threshold.toDouble();
+    return values;
+}
+
+} // namespace
+
 InputRequest inputRequest(const JobSettings& job) {
     InputRequest input;
     input.page = static_cast<int>(job.number("page"));
@@ -73,6 +95,7 @@ InputRequest inputRequest(const JobSettings& job) {
         input.crop = parseRectangle(job.text("crop")).value_or(QRect());
     if (job.isGiven("background"))
         input.background = parseColor(job.text("background"));
+    input.preparation = preparationValues(job);
     input.largestPixels = static_cast<qint64>(job.number("max-pixels"));
     const bool usesWorld = !whyUnused(*findSetting("world"), job);
     input.world = usesWorld ? parseWorld(job.text("world")) : std::nullopt;

@@ -81,6 +81,32 @@ QList<Setting> inputRows() {
     };
 }
 
+QList<Setting> preparationRows() {
+    return {
+        {.key = "whiten",
+         .flag = "whiten",
+         .label = "Whiten paper",
+         .meaning = "Make yellowed paper and uneven light white first",
+         .group = SettingGroup::Preparation},
+        {.key = "deskew",
+         .flag = "deskew",
+         .label = "Straighten",
+         .meaning = "Turn the image so that its lines of text or of the drawing are level",
+         .group = SettingGroup::Preparation},
+        {.key = "threshold",
+         .flag = "threshold",
+         .type = SettingType::Number,
+         .high = 255,
+         .words = {"auto", "local"},
+         .label = "Threshold",
+         .meaning = "Make the image black and white first: black is what has a channel as dark as "
+                    "this, so that red lines are ink; auto finds the number, local finds one for "
+                    "each place, for uneven light",
+         .group = SettingGroup::Preparation,
+         .rank = SettingRank::Common},
+    };
+}
+
 QList<Setting> sizeRows() {
     const QStringList sized{"svg", "dxf", "pdf", "png", "geojson"};
     return {

@@ -9,5 +9,6 @@ QList<Setting> inputRows();
 QList<Setting> outlineRows();
 QList<Setting> regionRows();
 QList<Setting> centerlineRows();
+QList<Setting> preparationRows();
 QList<Setting> sizeRows();
 QList<Setting> outputRows();

@@ -42,7 +42,8 @@ struct InputRequest {
     int page = 1;
     QRect crop; ///< in pixels; null for all of the image
     std::optional<QColor> background;
-    bool isStrict = false; ///< whether a file that ends too early is an error
+    EngineValues preparation; ///< of what is done before tracing, by the keys of its options
+    bool isStrict = false;    ///< whether a file that ends too early is an error
     qint64 largestPixels = 400'000'000;
     std::optional<WorldNumbers> world; ///< where the image lies
     bool usesWorldFile = false;        ///< without `world`, the file beside the image says it

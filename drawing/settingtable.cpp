@@ -36,7 +36,8 @@ int editDistance(const QString& a, const QString& b) {
 
 const QList<Setting>& settingTable() {
     static const QList<Setting> table = methodRows() + outlineRows() + regionRows() +
-                                        centerlineRows() + inputRows() + sizeRows() + outputRows();
+                                        centerlineRows() + inputRows() + preparationRows() +
+                                        sizeRows() + outputRows();
     return table;
 }
 

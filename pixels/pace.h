@@ -6,7 +6,7 @@
 
 namespace ovtrace {
 
-/// Thrown by a Pace when the host wants no more; only OvTraceCenterlines::trace() catches it.
+/// Thrown by a Pace when the host wants no more; the public classes catch it.
 struct TraceCancelled {};
 
 /// Tells the host how far a trace has come, often enough and not more often.

@@ -1,5 +1,6 @@
 #include "inklevels.h"
 
+#include "otsu.h"
 #include "pace.h"
 #include "paper.h"
 
@@ -17,29 +18,10 @@ constexpr int RatioSteps = 512;
 /// Brightness as a fraction of the paper's at which ink is full: what the darker part of the dark
 /// pixels reaches. Thin strokes never do, so a low quantile and not a mean.
 int fullInkRatio(const std::array<std::uint32_t, RatioSteps + 1>& histogram) {
-    // The dark class by the greatest variance between two classes.
-    double total = 0.0;
-    double sum = 0.0;
-    for (int i = 0; i <= RatioSteps; ++i) {
-        total += histogram[static_cast<std::size_t>(i)];
-        sum += static_cast<double>(i) * histogram[static_cast<std::size_t>(i)];
-    }
-    double below = 0.0;
-    double sumBelow = 0.0;
-    double best = -1.0;
+    const int split = otsuSplit(histogram);
     double darkCount = 0.0;
-    for (int i = 0; i < RatioSteps; ++i) {
-        below += histogram[static_cast<std::size_t>(i)];
-        sumBelow += static_cast<double>(i) * histogram[static_cast<std::size_t>(i)];
-        if (below == 0.0 || below == total)
-            continue;
-        const double between = sumBelow / below - (sum - sumBelow) / (total - below);
-        const double variance = below * (total - below) * between * between;
-        if (variance > best) {
-            best = variance;
-            darkCount = below;
-        }
-    }
+    for (int i = 0; i <= split; ++i)
+        darkCount += histogram[static_cast<std::size_t>(i)];
     double seen = 0.0;
     for (int i = 0; i <= RatioSteps; ++i) {
         seen += histogram[static_cast<std::size_t>(i)];

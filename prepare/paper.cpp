@@ -14,8 +14,94 @@ namespace {
 /// any solid area that the paper is to be seen around.
 constexpr int Reach = 4;
 
+/// How much of the light the next cell has at least, in 256ths: lamps and folds fall off by less
+/// than a thirtieth every 16 pixels, the rims of solid areas at once.
+constexpr int LeftOfLight = 248;
+
 /// Rows that are converted at a time, so that no second copy of a large image is needed.
 constexpr int Strip = 32;
+
+/// The values beyond a line's end: where it falls towards the end it goes on falling.
+int beyond(const std::vector<int>& line, std::size_t end, std::size_t inside) {
+    return std::clamp(2 * line[end] - line[inside], 0, line[end]);
+}
+
+/// The greatest value within reach of each, then the least of those.
+void closeLine(std::vector<int>& line) {
+    constexpr std::size_t Around = 2 * Reach;
+    const std::size_t last = line.size() - 1;
+    std::vector<int> wide;
+    for (std::size_t i = Around; i > 0; --i)
+        wide.push_back(beyond(line, 0, std::min(i, last)));
+    wide.insert(wide.end(), line.begin(), line.end());
+    for (std::size_t i = 1; i <= Around; ++i)
+        wide.push_back(beyond(line, last, last - std::min(i, last)));
+    std::vector<int> greatest;
+    for (std::size_t i = 0; i + Around < wide.size(); ++i)
+        greatest.push_back(
+            *std::max_element(wide.begin() + static_cast<std::ptrdiff_t>(i),
+                              wide.begin() + static_cast<std::ptrdiff_t>(i) + Around + 1));
+    for (std::size_t i = 0; i < line.size(); ++i)
+        line[i] = *std::min_element(greatest.begin() + static_cast<std::ptrdiff_t>(i),
+                                    greatest.begin() + static_cast<std::ptrdiff_t>(i) + Around + 1);
+}
+
+/// Values of cells, row by row.
+struct CellGrid {
+    std::vector<std::uint8_t>& cells;
+    int columns;
+    int rows;
+
+    std::uint8_t& at(int cx, int cy) const {
+        return cells[static_cast<std::size_t>(cy) * static_cast<std::size_t>(columns) +
+                     static_cast<std::size_t>(cx)];
+    }
+
+    /// Makes dark spots lighter that are narrower than the reach along rows or along columns;
+    /// slopes stay as they are.
+    void close() const {
+        std::vector<int> line;
+        for (int cy = 0; cy < rows; ++cy) {
+            line.assign(&at(0, cy), &at(0, cy) + columns);
+            closeLine(line);
+            for (int cx = 0; cx < columns; ++cx)
+                at(cx, cy) = static_cast<std::uint8_t>(line[static_cast<std::size_t>(cx)]);
+        }
+        for (int cx = 0; cx < columns; ++cx) {
+            line.clear();
+            for (int cy = 0; cy < rows; ++cy)
+                line.push_back(at(cx, cy));
+            closeLine(line);
+            for (int cy = 0; cy < rows; ++cy)
+                at(cx, cy) = static_cast<std::uint8_t>(line[static_cast<std::size_t>(cy)]);
+        }
+    }
+
+    /// Takes what is darker than light can fall off for a solid area that the paper goes on under:
+    /// down and to the right, then back, each cell gets what its neighbours leave it.
+    void bridge() const {
+        const auto lift = [this](int cx, int cy, int fromX, int fromY) {
+            if (fromX < 0 || fromY < 0 || fromX >= columns || fromY >= rows)
+                return;
+            const int left = at(fromX, fromY) * LeftOfLight / 256;
+            at(cx, cy) = static_cast<std::uint8_t>(std::max<int>(at(cx, cy), left));
+        };
+        for (int cy = 0; cy < rows; ++cy) {
+            for (int cx = 0; cx < columns; ++cx) {
+                lift(cx, cy, cx - 1, cy);
+                for (int dx = -1; dx <= 1; ++dx)
+                    lift(cx, cy, cx + dx, cy - 1);
+            }
+        }
+        for (int cy = rows - 1; cy >= 0; --cy) {
+            for (int cx = columns - 1; cx >= 0; --cx) {
+                lift(cx, cy, cx + 1, cy);
+                for (int dx = -1; dx <= 1; ++dx)
+                    lift(cx, cy, cx + dx, cy + 1);
+            }
+        }
+    }
+};
 
 struct Channels {
     int least;
@@ -33,6 +119,8 @@ Channels channelsOf(QRgb pixel) {
     return {std::min({r, g, b}), std::max({r, g, b})};
 }
 
+} // namespace
+
 bool isDark(const QImage& image) {
     // Every 97th pixel tells what most of them are.
     std::uint64_t dark = 0;
@@ -47,8 +135,7 @@ bool isDark(const QImage& image) {
     return dark * 2 > all;
 }
 
-/// The value below which `part` of the counted ones lie.
-std::uint8_t quantile(const std::array<std::uint32_t, 256>& histogram, std::uint32_t rank) {
+std::uint8_t levelOfRank(const std::array<std::uint32_t, 256>& histogram, std::uint32_t rank) {
     std::uint32_t seen = 0;
     for (std::size_t i = 0; i < histogram.size(); ++i) {
         seen += histogram[i];
@@ -57,8 +144,6 @@ std::uint8_t quantile(const std::array<std::uint32_t, 256>& histogram, std::uint
     }
     return 255;
 }
-
-} // namespace
 
 Paper::Paper(int width, int height, std::vector<std::uint8_t> cells)
     : width(width), columns((width + Cell - 1) / Cell), rows((height + Cell - 1) / Cell),
@@ -111,7 +196,7 @@ InkLevels brightness(const QImage& image, Pace& pace) {
     return out;
 }
 
-Paper paperOf(const InkLevels& brightness, Pace& pace) {
+std::vector<std::uint8_t> cellMedians(const InkLevels& brightness, Pace& pace) {
     const int columns = (brightness.width + Paper::Cell - 1) / Paper::Cell;
     const int rows = (brightness.height + Paper::Cell - 1) / Paper::Cell;
     std::vector<std::uint8_t> medians(static_cast<std::size_t>(columns) *
@@ -129,10 +214,21 @@ Paper paperOf(const InkLevels& brightness, Pace& pace) {
                 for (int x = cx * Paper::Cell;
                      x < std::min((cx + 1) * Paper::Cell, brightness.width); ++x, ++count)
                     ++histogram[brightness.at(x, y)];
-            medians[cell(cx, cy)] = quantile(histogram, count / 2);
+            medians[cell(cx, cy)] = levelOfRank(histogram, count / 2);
         }
         pace.step(cy, 2.0 * rows);
     }
+    return medians;
+}
+
+Paper paperOf(const InkLevels& brightness, Pace& pace) {
+    const std::vector<std::uint8_t> medians = cellMedians(brightness, pace);
+    const int columns = (brightness.width + Paper::Cell - 1) / Paper::Cell;
+    const int rows = (brightness.height + Paper::Cell - 1) / Paper::Cell;
+    const auto cell = [columns](int cx, int cy) {
+        return static_cast<std::size_t>(cy) * static_cast<std::size_t>(columns) +
+               static_cast<std::size_t>(cx);
+    };
     // Cells that are mostly ink are the darker ones: the upper middle of the neighbourhood, not the
     // median, is paper wherever two fifths of it are.
     std::vector<std::uint8_t> smooth(medians.size());
@@ -144,11 +240,19 @@ Paper paperOf(const InkLevels& brightness, Pace& pace) {
                 for (int x = std::max(0, cx - Reach); x <= std::min(columns - 1, cx + Reach);
                      ++x, ++count)
                     ++histogram[medians[cell(x, y)]];
-            smooth[cell(cx, cy)] = quantile(histogram, count * 3 / 5);
+            smooth[cell(cx, cy)] = levelOfRank(histogram, count * 3 / 5);
         }
         pace.step(rows + cy, 2.0 * rows);
     }
     return {brightness.width, brightness.height, std::move(smooth)};
+}
+
+Paper evenPaper(int width, int height, std::vector<std::uint8_t> medians) {
+    const CellGrid grid{medians, (width + Paper::Cell - 1) / Paper::Cell,
+                        (height + Paper::Cell - 1) / Paper::Cell};
+    grid.close();
+    grid.bridge();
+    return {width, height, std::move(medians)};
 }
 
 } // namespace ovtrace

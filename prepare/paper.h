@@ -2,6 +2,7 @@
 
 #include "inklevels.h"
 
+#include <array>
 #include <cstdint>
 #include <vector>
 
@@ -31,7 +32,20 @@ private:
 /// transparent; upside down (255 is dark) where most of the image is dark.
 InkLevels brightness(const QImage& image, Pace& pace);
 
+/// Whether most of the pixels are dark, so that light is the ink.
+bool isDark(const QImage& image);
+
+/// The level of which `rank` counted pixels lie below, or in.
+std::uint8_t levelOfRank(const std::array<std::uint32_t, 256>& histogram, std::uint32_t rank);
+
+/// The median of each cell, row by row.
+std::vector<std::uint8_t> cellMedians(const InkLevels& brightness, Pace& pace);
+
 /// The paper: the median of each cell, then the median of the cells around it.
 Paper paperOf(const InkLevels& brightness, Pace& pace);
+
+/// The paper of an image of that size from the medians of its cells, for dividing by it: exact on
+/// slopes, going on under solid areas up to about 400 pixels from their rims.
+Paper evenPaper(int width, int height, std::vector<std::uint8_t> medians);
 
 } // namespace ovtrace

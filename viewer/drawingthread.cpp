@@ -62,9 +62,8 @@ JobSettings withoutGroups(JobSettings settings, const QList<SettingGroup>& group
 }
 
 bool readSameImage(const TraceJob& a, const TraceJob& b) {
-    const QList<SettingGroup> others{SettingGroup::Method, SettingGroup::Preparation,
-                                     SettingGroup::Tracing, SettingGroup::Size,
-                                     SettingGroup::Output};
+    const QList<SettingGroup> others{SettingGroup::Method, SettingGroup::Tracing,
+                                     SettingGroup::Size, SettingGroup::Output};
     return a.source.number == b.source.number &&
            withoutGroups(a.settings, others) == withoutGroups(b.settings, others);
 }
