@@ -272,8 +272,9 @@ TEST_F(Batch, TextHasTheSameLineEndsEverywhere) {
 }
 
 TEST_F(Batch, SettingsAreSavedAndRead) {
-    const QStringList options{"--mode", "bw",        "--threshold", "90",
-                              "--set",  "ltres=0.5", "--palette",   "#102030,#ffffff80"};
+    const QStringList options{"--mode",      "bw",        "--set",     "brightnessthreshold=90",
+                              "--set",       "ltres=0.5", "--palette", "#102030,#ffffff80",
+                              "--threshold", "local"};
     const auto direct = run(QStringList{sample("photo.png"), "-f", "json", "-o", "-",
                                         "--save-settings", path("s.json")} +
                             options);
@@ -313,7 +314,8 @@ TEST_F(Batch, NothingIsIgnored) {
         {{"-f", "pdf", "--outline"}, "--outline is for svg; the format is pdf"},
         {{"-f", "dxf", "--fill"}, "--fill is for svg; the format is dxf"},
         {{"--overlay"}, "--overlay is for png; the format is svg"},
-        {{"--threshold", "90"}, "--threshold is for bw and raw; the mode is color"},
+        {{"--set", "brightnessthreshold=90"},
+         "\"brightnessthreshold\" is for bw and raw; the mode is color"},
         {{"--set", "scale=2"}, "\"scale\" is for png; the format is svg"},
         {{"-f", "json", "--dpi", "300"}, "the format is json"},
         {{"-f", "pdf", "--margin", "3mm"}, "--margin needs --paper"},

@@ -107,3 +107,79 @@ TEST_F(Input, FurtherFormatsAreRead) {
     EXPECT_EQ(outlines(write("b.png", encoded(page(3), "webp"))), 4);
     EXPECT_EQ(outlines(write("b.tga", tiffFile(pages(1)))), 2);
 }
+
+namespace {
+
+/// A black frame on grey paper that gets darker to the right, turned by an angle in degrees.
+QImage shadedFrame(double angle) {
+    QImage image(500, 400, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(250, 200);
+    painter.rotate(angle);
+    painter.setPen(QPen(Qt::black, 6));
+    painter.drawRect(-160, -100, 320, 200);
+    painter.end();
+    for (int y = 0; y < 400; ++y) {
+        for (int x = 0; x < 500; ++x) {
+            const int level = qRed(image.pixel(x, y)) * (620 - x) / 620;
+            image.setPixel(x, y, qRgb(level, level, level));
+        }
+    }
+    return image;
+}
+
+/// The corners of the box round everything that is black in a GeoJSON file.
+QRectF blackBox(const QByteArray& json) {
+    QRectF box;
+    for (const QJsonValue feature : QJsonDocument::fromJson(json)["features"].toArray()) {
+        if (feature["properties"]["color"].toString() != "#000000")
+            continue;
+        for (const QJsonValue point : feature["geometry"]["coordinates"][0].toArray()) {
+            const QPointF place(point[0].toDouble(), point[1].toDouble());
+            box = box.isNull() ? QRectF(place, QSizeF(1e-9, 1e-9))
+                               : box.united(QRectF(place, QSizeF(1e-9, 1e-9)));
+        }
+    }
+    return box;
+}
+
+} // namespace
+
+TEST_F(Input, ShadowsAreTakenOutBeforeEveryMethod) {
+    const QString image = saveImage(shadedFrame(0.0), "frame.png");
+    for (const QString method : {"outlines", "regions", "centerlines"}) {
+        for (const QStringList& options :
+             {QStringList{"--threshold", "local"}, QStringList{"--whiten", "--threshold", "128"}}) {
+            const auto result =
+                run(QStringList{image, "--method", method, "-f", "json", "-o", "-"} + options);
+            ASSERT_EQ(result.status, 0) << result.errors.toStdString();
+            const QJsonObject drawing = QJsonDocument::fromJson(result.output).object();
+            const QJsonArray paths =
+                drawing[method == "outlines" ? "polylines" : "paths"].toArray();
+            EXPECT_LE(paths.size(), method == "outlines" ? 4 : 3) << method.toStdString();
+            EXPECT_GE(paths.size(), 1) << method.toStdString();
+        }
+    }
+    expectError(run({image, "--threshold", "grey"}), 2, "--threshold takes");
+}
+
+TEST_F(Input, WhatWasStraightenedLiesAsBeforeInTheWorld) {
+    const QString image = saveImage(shadedFrame(3.0), "askew.png");
+    const QStringList options{image, "--method", "regions", "--threshold",        "local",
+                              "-f",  "geojson",  "--world", "2,0,0,-2,1000,5000", "-o",
+                              "-"};
+    const QRectF before = blackBox(run(options).output);
+    const QRectF after = blackBox(run(options + QStringList{"--deskew"}).output);
+    // Two metres a pixel.
+    EXPECT_NEAR(after.left(), before.left(), 2.0);
+    EXPECT_NEAR(after.right(), before.right(), 2.0);
+    EXPECT_NEAR(after.top(), before.top(), 2.0);
+    EXPECT_NEAR(after.bottom(), before.bottom(), 2.0);
+    const auto level = run({image, "--method", "regions", "--threshold", "local", "--deskew", "-f",
+                            "geojson", "-o", "-"});
+    // By itself the frame is level: as wide and high as it was drawn.
+    EXPECT_NEAR(blackBox(level.output).width(), 326.0, 2.0);
+    EXPECT_NEAR(blackBox(level.output).height(), 206.0, 2.0);
+}
