@@ -81,7 +81,7 @@ EngineValues preparationValues(const JobSettings& job) {
         values["threshold"] = AutoThreshold;
     else if (threshold == "local")
         values["threshold"] = LocalThreshold;
-    else if (threshold.isValid())
+    else if (threshold != "none")
         values["threshold"] = threshold.toDouble();
     return values;
 }

@@ -29,7 +29,8 @@ void JobSettings::forgetTracing() {
     for (const Setting& setting : settingTable()) {
         const bool isMethod = qstrcmp(setting.key, "method") == 0;
         const bool isMode = qstrcmp(setting.key, "mode") == 0;
-        if (isMethod || isMode || setting.isTracerOption)
+        const bool isPreparation = setting.group == SettingGroup::Preparation;
+        if (isMethod || isMode || isPreparation || setting.isTracerOption)
             values.remove(setting.key);
     }
 }

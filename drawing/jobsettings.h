@@ -12,7 +12,8 @@ public:
     /// checked and kept in its canonical form. Throws UsageError, in which `name` (or the setting's
     /// name when it is empty) stands for the setting; an unknown key is an error too.
     ///
-    /// A "preset" takes the place of what was given for the method, its mode and its options.
+    /// A "preset" takes the place of what was given for the preparation, the method, its mode and
+    /// its options.
     void set(const QString& key, const QVariant& value, const QString& name = {});
 
     /// Forgets what was given.

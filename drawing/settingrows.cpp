@@ -10,7 +10,7 @@ QList<Setting> methodRows() {
          .flag = "method",
          .type = SettingType::Choice,
          .words = wordsOf(methodChoices()),
-         .usual = "outlines",
+         .usual = "regions",
          .label = "Method",
          .meaning = "What the image is turned into",
          .group = SettingGroup::Method,
@@ -97,7 +97,8 @@ QList<Setting> preparationRows() {
          .flag = "threshold",
          .type = SettingType::Number,
          .high = 255,
-         .words = {"auto", "local"},
+         .words = {"none", "auto", "local"},
+         .usual = "none",
          .label = "Threshold",
          .meaning = "Make the image black and white first: black is what has a channel as dark as "
                     "this, so that red lines are ink; auto finds the number, local finds one for "

@@ -20,7 +20,7 @@ using EngineValues = QMap<QString, double>;
 
 /// What decides about the result of one image.
 struct TraceSettings {
-    Method method = Method::Outlines;
+    Method method = Method::Regions;
     Mode mode = Mode::Color;
     EngineValues values; ///< over the tracer's own defaults, by the keys of its options
     QList<QColor> palette;

@@ -68,7 +68,7 @@ QByteArray settingsToJson(const JobSettings& job) {
         json["mode"] = wordOf(modeChoices(), trace.mode);
     for (const Setting& setting : otherSettings()) {
         const bool isSaid = json.contains(setting.key) || qstrcmp(setting.key, "preset") == 0;
-        if (job.isGiven(setting.key) && !isSaid && !whyUnused(setting, job))
+        if (job.isFixed(setting.key) && !isSaid && !whyUnused(setting, job))
             json[setting.key] = settingToJson(job.value(setting.key));
     }
     return QJsonDocument(json).toJson();

@@ -70,6 +70,10 @@ QString readersOf(const Setting& setting) {
 
 QStringList toArguments(const JobSettings& job) {
     QStringList words;
+    // A preset is read before all others.
+    JobSettings said;
+    if (job.isGiven("preset"))
+        said.set("preset", job.value("preset"));
     for (const Setting& setting : settingTable()) {
         if (!job.isGiven(setting.key) || whyUnused(setting, job))
             continue;
@@ -81,6 +85,8 @@ QStringList toArguments(const JobSettings& job) {
         // Whatever the rest says by itself need not be said; a method is said rather than guessed.
         if (!isPreset && !isMethod && without.value(setting.key) == value)
             continue;
+        if (!isPreset)
+            said.set(setting.key, value);
         const QString flag = QString("--") + setting.flag;
         if (value == true)
             words.append(flag);
@@ -89,5 +95,8 @@ QStringList toArguments(const JobSettings& job) {
         else
             words.append({flag, settingToText(value)});
     }
+    // A setting that told the method may be left out for being the usual one.
+    if (said.method() != job.method())
+        words = QStringList{"--method", wordOf(methodChoices(), job.method())} + words;
     return words;
 }

@@ -14,9 +14,12 @@ namespace {
 /// any solid area that the paper is to be seen around.
 constexpr int Reach = 4;
 
-/// How much of the light the next cell has at least, in 256ths: lamps and folds fall off by less
-/// than a thirtieth every 16 pixels, the rims of solid areas at once.
-constexpr int LeftOfLight = 248;
+/// How much of the light the next cell has at least, in 256ths. Lamps fall off over the image, by
+/// half at most over the third part of it; the rims of solid areas at once.
+int leftOfLight(int width, int height) {
+    constexpr int LostOverSide = 24; // pixels of the shorter side that each cell may lose
+    return 256 - std::clamp(256 * LostOverSide / std::min(width, height), 8, 32);
+}
 
 /// Rows that are converted at a time, so that no second copy of a large image is needed.
 constexpr int Strip = 32;
@@ -79,11 +82,11 @@ struct CellGrid {
 
     /// Takes what is darker than light can fall off for a solid area that the paper goes on under:
     /// down and to the right, then back, each cell gets what its neighbours leave it.
-    void bridge() const {
-        const auto lift = [this](int cx, int cy, int fromX, int fromY) {
+    void bridge(int leftOfLight) const {
+        const auto lift = [this, leftOfLight](int cx, int cy, int fromX, int fromY) {
             if (fromX < 0 || fromY < 0 || fromX >= columns || fromY >= rows)
                 return;
-            const int left = at(fromX, fromY) * LeftOfLight / 256;
+            const int left = at(fromX, fromY) * leftOfLight / 256;
             at(cx, cy) = static_cast<std::uint8_t>(std::max<int>(at(cx, cy), left));
         };
         for (int cy = 0; cy < rows; ++cy) {
@@ -251,7 +254,7 @@ Paper evenPaper(int width, int height, std::vector<std::uint8_t> medians) {
     const CellGrid grid{medians, (width + Paper::Cell - 1) / Paper::Cell,
                         (height + Paper::Cell - 1) / Paper::Cell};
     grid.close();
-    grid.bridge();
+    grid.bridge(leftOfLight(width, height));
     return {width, height, std::move(medians)};
 }
 

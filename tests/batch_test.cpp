@@ -97,7 +97,8 @@ TEST_F(Batch, StatisticsComeInTheOrderOfTheImages) {
     for (const QByteArray& line : result.output.trimmed().split('\n')) {
         const QJsonObject figures = QJsonDocument::fromJson(line).object();
         EXPECT_TRUE(figures["image"].toString().endsWith(QString("a00%1.png").arg(i++)));
-        EXPECT_EQ(figures["nodes"].toInt(), figures["lines"].toInt() + figures["curves"].toInt());
+        EXPECT_EQ(figures["nodes"].toInt(),
+                  figures["lines"].toInt() + figures["arcs"].toInt() + figures["curves"].toInt());
         EXPECT_GT(figures["peakMemory"].toDouble(), 1e6);
         EXPECT_GE(figures["meanDifference"].toDouble(), 0.0);
     }
@@ -110,7 +111,8 @@ TEST_F(Batch, FitIsZeroForAResultThatIsTheImage) {
     // The outline along the border slants by half a pixel; less than a pixel of a hundred sees it.
     QImage image(1000, 1000, QImage::Format_RGB32);
     image.fill(QColor(10, 200, 30));
-    const auto result = run({saveImage(image, "plain.png"), "--stats", "json"});
+    const auto result =
+        run({saveImage(image, "plain.png"), "--stats", "json", "--method", "outlines"});
     const QJsonObject figures = QJsonDocument::fromJson(result.output).object();
     EXPECT_LT(figures["meanDifference"].toDouble(), 2.0);
     EXPECT_EQ(figures["difference99"].toInt(), 0) << result.output.toStdString();
@@ -294,12 +296,14 @@ TEST_F(Batch, SettingsAreSavedAndRead) {
 
 TEST_F(Batch, ValuesAreCheckedAndTheRangeNamed) {
     const QString image = sample("logo.png");
-    expectError(run({image, "--colors", "0"}), 2, "from 1 to 65536");
+    expectError(run({image, "--colors", "0"}), 2, "from 1 to 4096");
+    expectError(run({image, "--method", "outlines", "--colors", "0"}), 2, "from 1 to 65536");
     expectError(run({image, "--blur", "nan"}), 2, "from 0 to 5");
     expectError(run({image, "--set", "mincolorratio=2"}), 2, "from 0 to 1");
     expectError(run({image, "--jobs", "0"}), 2, "--jobs takes");
     expectError(run({image, "--stats", "json", "-o", "-"}), 2, "cannot both go");
-    expectError(run({image, "--preset", "cat"}), 2, "photo, logo, lineart, scan, pixelart");
+    expectError(run({image, "--preset", "cat"}), 2,
+                "logo, drawing, plan, scan, map, pixelart, photo");
     expectError(run({image, "--width", "12"}), 2, "with its unit");
     expectError(run({image, "--width", "1in", "--dpi", "30"}), 2, "give one of");
     expectError(run({image, "-f", "dxf", "--units", "mm"}), 2, "--units needs");

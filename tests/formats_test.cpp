@@ -20,6 +20,12 @@ namespace {
 
 const QStringList Samples{"logo.png", "drawing.png", "text.png", "photo.png"};
 
+/// The arguments that trace outlines of few, flat colours.
+QStringList flat(const QString& image) {
+    return {image,    "--method", "outlines", "--colors", "16",         "--set", "mincolorratio=0",
+            "--blur", "0",        "--cycles", "8",        "--min-path", "12"};
+}
+
 class Formats : public ProgramTest {
 protected:
     QByteArray traced(const QStringList& arguments) const {
@@ -28,7 +34,8 @@ protected:
         return result.output;
     }
     static QJsonArray outlines(const QStringList& arguments) {
-        const auto result = run(arguments + QStringList{"-f", "json", "-o", "-"});
+        const auto result =
+            run(arguments + QStringList{"--method", "outlines", "-f", "json", "-o", "-"});
         return QJsonDocument::fromJson(result.output).object()["polylines"].toArray();
     }
 };
@@ -162,7 +169,7 @@ TEST_F(Formats, DxfIsSoundInEveryVersionAndForm) {
         {"R2000", {"arcs", "lines", "spline", "quadratic"}},
         {"R2010", {"arcs", "lines", "spline", "quadratic"}}};
     for (const QString& name : Samples) {
-        const QStringList image{sample(name), "--colors", "6"};
+        const QStringList image{sample(name), "--method", "outlines", "--colors", "6"};
         const QStringList picture = image + QStringList{"--dpi", "254"};
         const QJsonArray expected = outlines(image);
         int lines = 0;
@@ -203,7 +210,7 @@ TEST_F(Formats, DxfIsSoundInEveryVersionAndForm) {
 }
 
 TEST_F(Formats, CubicSplinesAreTheCurves) {
-    const QStringList picture{sample("logo.png"), "--preset", "logo"};
+    const QStringList picture = flat(sample("logo.png"));
     const QByteArray dxf = traced(picture + QStringList{"-f", "dxf", "--dxf-curves", "spline"});
     QList<QPointF> points;
     QList<double> knots;
@@ -258,7 +265,7 @@ TEST_F(Formats, CubicSplinesAreTheCurves) {
 }
 
 TEST_F(Formats, DxfSaysItsUnits) {
-    const QStringList picture{sample("logo.png"), "-f", "dxf"};
+    const QStringList picture{sample("logo.png"), "--method", "outlines", "-f", "dxf"};
     const auto value = [&](const QStringList& size, const QByteArray& name) {
         const auto header = section(groupsOf(traced(picture + size)), "HEADER");
         for (qsizetype i = 0; i + 1 < header.size(); ++i) {
@@ -300,7 +307,7 @@ TEST_F(Formats, SvgHasTheSizeThatWasAskedFor) {
 }
 
 TEST_F(Formats, SvgStylesAndPrecision) {
-    const QStringList picture{sample("logo.png"), "--preset", "logo", "-f", "svg"};
+    const QStringList picture = flat(sample("logo.png")) + QStringList{"-f", "svg"};
     const QByteArray filled = traced(picture);
     EXPECT_TRUE(filled.contains("<title>logo</title>"));
     EXPECT_FALSE(filled.contains("stroke"));
@@ -329,7 +336,8 @@ TEST_F(Formats, SvgGroupsLayersOnlyWhenTheOrderOfPaintingStays) {
     painter.fillRect(25, 5, 10, 10, Qt::blue);
     painter.fillRect(45, 5, 10, 10, Qt::red);
     painter.end();
-    const QStringList options{"--blur", "0", "--palette", "#ffffff,#ff0000,#0000ff", "-f", "svg"};
+    const QStringList options{
+        "--method", "outlines", "--blur", "0", "--palette", "#ffffff,#ff0000,#0000ff", "-f", "svg"};
     const QByteArray grouped = traced(QStringList{saveImage(apart, "apart.png")} + options);
     EXPECT_EQ(grouped.count("<g id=\"color-"), 3) << grouped.toStdString();
     EXPECT_TRUE(grouped.contains("<g id=\"color-1-ff0000\" fill=\"#ff0000\">"));
@@ -348,7 +356,7 @@ TEST_F(Formats, SvgGroupsLayersOnlyWhenTheOrderOfPaintingStays) {
 TEST_F(Formats, WorldFilesPutDxfAndGeoJsonIntoTheirCoordinates) {
     ASSERT_TRUE(QFile::copy(sample("logo.png"), path("plan.png")));
     writeFile(path("plan.pgw"), "2\n0\n0\n-2\n500001\n5800719\n");
-    const QStringList picture{path("plan.png"), "--preset", "logo"};
+    const QStringList picture = flat(path("plan.png"));
     // The image is 480 x 360 pixels of 2 metres, its lower left corner at 500000, 5800000.
     const auto header = section(groupsOf(traced(picture + QStringList{"-f", "dxf"})), "HEADER");
     const QPointF least = headerPoint(header, "$EXTMIN");
@@ -361,7 +369,7 @@ TEST_F(Formats, WorldFilesPutDxfAndGeoJsonIntoTheirCoordinates) {
     EXPECT_EQ(traced(picture + QStringList{"-f", "geojson", "--crs", "EPSG:25832", "--world",
                                            "2,0,0,-2,500001,5800719"}),
               map);
-    const QByteArray pixels = traced({sample("logo.png"), "--preset", "logo", "-f", "geojson"});
+    const QByteArray pixels = traced(flat(sample("logo.png")) + QStringList{"-f", "geojson"});
     EXPECT_EQ(traced(picture + QStringList{"-f", "geojson", "--world", "none"}), pixels);
     expectError(run({sample("logo.png"), "-f", "geojson", "-o", path("x"), "--crs", "EPSG:1"}), 1,
                 "logo.png: has no world file");
@@ -371,15 +379,16 @@ TEST_F(Formats, WorldFilesPutDxfAndGeoJsonIntoTheirCoordinates) {
 }
 
 TEST_F(Formats, GeoJsonIsMadeOfClosedRings) {
-    const QJsonObject json = QJsonDocument::fromJson(traced({sample("logo.png"), "--preset", "logo",
-                                                             "-f", "geojson", "--dpi", "254"}))
-                                 .object();
+    const QJsonObject json =
+        QJsonDocument::fromJson(
+            traced(flat(sample("logo.png")) + QStringList{"-f", "geojson", "--dpi", "254"}))
+            .object();
     EXPECT_EQ(json["type"].toString(), "FeatureCollection");
     EXPECT_TRUE(json["crs"].isNull());
     EXPECT_EQ(json["units"].toString(), "mm");
     const QJsonArray features = json["features"].toArray();
     // Outlines that run out and back along the same line have no area: they are no polygons.
-    EXPECT_LE(features.size(), outlines({sample("logo.png"), "--preset", "logo"}).size());
+    EXPECT_LE(features.size(), outlines(flat(sample("logo.png"))).size());
     EXPECT_GT(features.size(), 30);
     for (const QJsonValue feature : features) {
         EXPECT_TRUE(feature["properties"]["color"].toString().startsWith('#'));
@@ -397,7 +406,7 @@ TEST_F(Formats, GeoJsonIsMadeOfClosedRings) {
 }
 
 TEST_F(Formats, PngHasItsScaleAndOverlay) {
-    const QStringList picture{sample("logo.png"), "--preset", "logo", "-f", "png"};
+    const QStringList picture = flat(sample("logo.png")) + QStringList{"-f", "png"};
     const QImage plain = QImage::fromData(traced(picture + QStringList{"--dpi", "254"}));
     EXPECT_EQ(plain.size(), QSize(480, 360));
     EXPECT_EQ(plain.dotsPerMeterX(), 10000);
@@ -425,7 +434,7 @@ TEST_F(Formats, OtherRenderersShowTheSamePicture) {
         GTEST_SKIP() << "needs rsvg-convert and pdftoppm";
     for (const QString& name : Samples) {
         SCOPED_TRACE(name.toStdString());
-        const QStringList picture{sample(name), "--preset", "photo"};
+        const QStringList picture = flat(sample(name));
         QImage own = QImage::fromData(traced(picture + QStringList{"-f", "png"}));
         ASSERT_EQ(run(picture + QStringList{"-o", path("a.svg")}).status, 0);
         ASSERT_EQ(runProgram(rsvg, {path("a.svg"), "-o", path("svg.png")}).status, 0);

@@ -30,8 +30,8 @@ QJsonObject json(const QByteArray& line) {
 
 TEST_F(Ovtrace, WritesJsonOfTheStatedForm) {
     const QString image = saveImage(blackSquareOnWhite(QImage::Format_RGB32), "square.png");
-    const ProgramResult result = run({image, "-f", "json", "-o", "-", "--set", "blurradius=0",
-                                      "--palette", "#000000,#ffffff80"});
+    const ProgramResult result = run({image, "-f", "json", "-o", "-", "--method", "outlines",
+                                      "--set", "blurradius=0", "--palette", "#000000,#ffffff80"});
     ASSERT_EQ(result.status, 0) << result.errors.toStdString();
     EXPECT_TRUE(result.errors.isEmpty()) << result.errors.toStdString();
     EXPECT_EQ(result.output.count('\n'), 1) << "one object on one line";
@@ -141,7 +141,8 @@ TEST_F(Ovtrace, RawLeavesImageAndDefaultsAlone) {
 TEST_F(Ovtrace, SetComesAfterTheMode) {
     const ProgramResult result =
         run({sample("logo.png"), "--mode", "bw", "--set", "monochrome=0", "-f", "json", "-o", "-"});
-    EXPECT_EQ(result.output, run({sample("logo.png"), "-f", "json", "-o", "-"}).output);
+    EXPECT_EQ(result.output,
+              run({sample("logo.png"), "--method", "outlines", "-f", "json", "-o", "-"}).output);
 }
 
 TEST_F(Ovtrace, UsageErrors) {
@@ -229,7 +230,7 @@ TEST_F(Ovtrace, ReadsImagesBeyondTheUsualAllocationLimit) {
     const QString name = saveImage(image.convertToFormat(QImage::Format_RGB32), "large.png");
     const ProgramResult result = run({name, "-f", "json", "-o", "-"});
     ASSERT_EQ(result.status, 0) << result.errors.toStdString();
-    EXPECT_GE(json(result.output)["polylines"].toArray().size(), 2);
+    EXPECT_GE(json(result.output)["paths"].toArray().size(), 2);
 }
 
 TEST_F(Ovtrace, ExplainsItself) {

@@ -129,21 +129,23 @@ TEST(SettingValue, NumbersStayInTheirRange) {
 
 TEST(JobSettings, GivenComesBeforePresetBeforeUsual) {
     JobSettings job;
-    EXPECT_EQ(job.number("numberofcolors"), 16.0);
-    job.set("numberofcolors", 5);
+    EXPECT_EQ(job.number("colors"), 64.0);
+    job.set("colors", 5);
+    job.set("threshold", "auto");
     job.set("preset", "photo");
-    EXPECT_EQ(job.number("numberofcolors"), 32.0) << "a preset takes the place of what was given";
-    job.set("numberofcolors", "7");
-    EXPECT_EQ(job.number("numberofcolors"), 7.0);
-    job.reset("numberofcolors");
-    EXPECT_EQ(job.number("numberofcolors"), 32.0);
+    EXPECT_EQ(job.number("colors"), 32.0) << "a preset takes the place of what was given";
+    EXPECT_EQ(job.text("threshold"), "none") << "what is done before tracing, too";
+    job.set("colors", "7");
+    EXPECT_EQ(job.number("colors"), 7.0);
+    job.reset("colors");
+    EXPECT_EQ(job.number("colors"), 32.0);
     job.reset("preset");
     EXPECT_EQ(job, JobSettings());
 }
 
 TEST(JobSettings, ModeAndTheTracersOptionsAgree) {
-    const JobSettings color;
-    EXPECT_EQ(traceSettings(color).values["monochrome"], 0.0);
+    const JobSettings color = jobOf({{"method", "outlines"}});
+    EXPECT_EQ(traceSettings(color).values.value("monochrome", -1.0), 0.0);
     const JobSettings bw = jobOf({{"mode", "bw"}});
     EXPECT_EQ(traceSettings(bw).values["monochrome"], 1.0);
     EXPECT_EQ(traceSettings(bw).values["usebrightness"], 1.0);
@@ -162,13 +164,44 @@ TEST(JobSettings, RefusesWhatIsNoSetting) {
     EXPECT_EQ(job, JobSettings());
 }
 
+TEST(JobSettings, AnOptionOfOneMethodAloneChoosesIt) {
+    EXPECT_EQ(JobSettings().method(), Method::Regions);
+    EXPECT_EQ(jobOf({{"mode", "bw"}}).method(), Method::Outlines);
+    EXPECT_EQ(jobOf({{"ltres", 2}}).method(), Method::Outlines);
+    EXPECT_EQ(jobOf({{"textsize", 9}}).method(), Method::Centerlines);
+    EXPECT_EQ(jobOf({{"palette", "red"}}).method(), Method::Regions) << "not the only one";
+    EXPECT_EQ(jobOf({{"method", "regions"}, {"ltres", 2}}).method(), Method::Regions);
+    JobSettings plan = jobOf({{"preset", "plan"}});
+    plan.set("ltres", 2);
+    EXPECT_EQ(plan.method(), Method::Centerlines) << "of the preset";
+    EXPECT_EQ(why("ltres", plan), "is for outlines; the method is centerlines");
+}
+
+TEST(JobRequests, WhatIsDoneBeforeTracing) {
+    EXPECT_TRUE(inputRequest(JobSettings()).preparation.isEmpty());
+    EXPECT_EQ(inputRequest(jobOf({{"threshold", "AUTO"}})).preparation,
+              EngineValues({{"threshold", -2.0}}));
+    EXPECT_EQ(
+        inputRequest(jobOf({{"threshold", 90}, {"whiten", true}, {"deskew", true}})).preparation,
+        EngineValues({{"threshold", 90.0}, {"whiten", 1.0}, {"deskew", 1.0}}));
+    JobSettings scan = jobOf({{"preset", "scan"}});
+    EXPECT_EQ(inputRequest(scan).preparation, EngineValues({{"threshold", -3.0}}));
+    EXPECT_EQ(inputRequest(settingsFromJson(settingsToJson(scan), "scan.json")).preparation,
+              EngineValues({{"threshold", -3.0}}))
+        << "a file keeps what the preset says";
+    scan.set("threshold", "none");
+    EXPECT_TRUE(inputRequest(scan).preparation.isEmpty());
+}
+
 TEST(SettingUse, SaysWhoReadsASetting) {
     EXPECT_EQ(why("scale", jobOf({{"format", "dxf"}})), "is for png; the format is dxf");
     EXPECT_EQ(why("outline", jobOf({{"format", "pdf"}})), "is for svg; the format is pdf");
     EXPECT_EQ(why("overlay", JobSettings()), "is for png; the format is svg");
     EXPECT_EQ(why("dpi", jobOf({{"format", "json"}})),
               "is for svg, dxf, pdf, png and geojson; the format is json");
-    EXPECT_EQ(why("brightnessthreshold", JobSettings()), "is for bw and raw; the mode is color");
+    EXPECT_EQ(why("brightnessthreshold", JobSettings()), "is for outlines; the method is regions");
+    EXPECT_EQ(why("brightnessthreshold", jobOf({{"method", "outlines"}})),
+              "is for bw and raw; the mode is color");
     EXPECT_EQ(why("scale", jobOf({{"format", "png"}})), "");
     EXPECT_EQ(why("brightnessthreshold", jobOf({{"mode", "bw"}})), "");
 }
@@ -180,19 +213,22 @@ TEST(SettingUse, SettingsThatDependOnOthers) {
     EXPECT_EQ(why("deviation", jobOf({{"format", "geojson"}, {"dxf-curves", "spline"}})), "");
     EXPECT_EQ(why("close-seams", jobOf({{"outline", true}})), "has no effect with \"Strokes\"");
     EXPECT_EQ(why("close-seams", JobSettings()), "");
-    EXPECT_EQ(why("numberofcolors", jobOf({{"palette", "red"}})), "has no effect with \"Palette\"");
+    EXPECT_EQ(why("numberofcolors", jobOf({{"palette", "red"}, {"method", "outlines"}})),
+              "has no effect with \"Palette\"");
 }
 
 TEST(SettingUse, ArgumentsAreAsShortAsTheyCanBe) {
     EXPECT_TRUE(toArguments(JobSettings()).isEmpty());
-    EXPECT_TRUE(toArguments(jobOf({{"numberofcolors", 16}})).isEmpty()) << "the usual value";
+    EXPECT_TRUE(toArguments(jobOf({{"colors", 64}})).isEmpty()) << "the usual value";
+    EXPECT_EQ(toArguments(jobOf({{"numberofcolors", 16}})), QStringList({"--method", "outlines"}))
+        << "the usual value, but not of the usual method";
     EXPECT_EQ(toArguments(jobOf({{"format", "png"}, {"overlay", true}, {"scale", 2.5}})),
               QStringList({"--format", "png", "--scale", "2.5", "--overlay"}));
     JobSettings job = jobOf({{"preset", "photo"}});
-    job.set("numberofcolors", 32);
-    job.set("blurdelta", 7);
+    job.set("colors", 32);
+    job.set("cubics", 0);
     job.set("overlay", true);
-    EXPECT_EQ(toArguments(job), QStringList({"--preset", "photo", "--set", "blurdelta=7"}))
+    EXPECT_EQ(toArguments(job), QStringList({"--preset", "photo", "--set", "cubics=0"}))
         << "what the preset says, and what the format does not read, is left out";
 }
 

@@ -152,8 +152,9 @@ QByteArray helpText() {
     constexpr int Indent = 27;
     constexpr int Columns = 80;
     QString help = "Usage: ovtrace [OPTION]... IMAGE...\n"
-                   "Traces image files, folders of them, or the standard input (-): turns their "
-                   "colour\nregions into outlines of lines and curves.\n";
+                   "Traces image files, folders of them, or the standard input (-): turns them "
+                   "into\ndrawings of areas that share their boundaries, of centre lines, or of "
+                   "outlines.\n";
     for (const OptionSection& section : optionSections()) {
         help += '\n' + section.title + ":\n";
         for (const OptionEntry& entry : section.entries) {
@@ -173,11 +174,12 @@ QByteArray manualPage() {
     QString page;
     QTextStream out(&page);
     out << ".TH OVTRACE 1 \"\" \"ovtrace " OVTRACE_VERSION "\" \"User commands\"\n"
-           ".SH NAME\novtrace \\- trace images: turn colour regions into outlines\n"
+           ".SH NAME\novtrace \\- trace images: turn them into drawings\n"
            ".SH SYNOPSIS\n.B ovtrace\n[\\fIOPTION\\fR]... \\fIIMAGE\\fR...\n"
            ".SH DESCRIPTION\nTraces image files, folders of them, or the standard input (\\-): "
            "turns "
-           "their colour regions into outlines of lines and quadratic curves.\n"
+           "them into drawings of areas that share their boundaries, of centre lines, or of "
+           "outlines.\n"
            ".SH OPTIONS\n";
     for (const OptionSection& section : optionSections()) {
         out << ".SS " << section.title << '\n';
@@ -201,9 +203,9 @@ QByteArray manualPage() {
     for (const Preset& preset : presets())
         out << ".TP\n\\fB" << preset.name << "\\fR\n" << troff(preset.meaning) << '\n';
     out << ".SH EXIT STATUS\n0: all well. 1: a file could not be read or written. 2: the command "
-           "line was wrong. 3: nothing was traced; the result is a valid file without outlines.\n"
+           "line was wrong. 3: nothing was traced; the result is a valid file without shapes.\n"
            ".SH EXAMPLES\n.nf\novtrace logo.png \\-o logo.svg \\-\\-preset logo\n"
-           "ovtrace plan.png \\-o plan.dxf \\-\\-preset scan \\-\\-dpi 300\n"
+           "ovtrace plan.png \\-o plan.dxf \\-\\-preset plan \\-\\-dpi 300\n"
            "ovtrace photos \\-\\-output\\-dir traced \\-j 2\n.fi\n";
     out.flush();
     return page.toUtf8();

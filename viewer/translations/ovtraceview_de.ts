@@ -713,6 +713,30 @@
         <translation>Schwelle</translation>
     </message>
     <message>
+        <source>Lightness threshold</source>
+        <translation>Helligkeitsschwelle</translation>
+    </message>
+    <message>
+        <source>Whiten paper</source>
+        <translation>Papier weißen</translation>
+    </message>
+    <message>
+        <source>Make yellowed paper and uneven light white first</source>
+        <translation>Vergilbtes Papier und ungleichmäßiges Licht zuerst weiß machen</translation>
+    </message>
+    <message>
+        <source>Straighten</source>
+        <translation>Geraderichten</translation>
+    </message>
+    <message>
+        <source>Turn the image so that its lines of text or of the drawing are level</source>
+        <translation>Das Bild drehen, bis seine Textzeilen oder die Linien der Zeichnung waagrecht sind</translation>
+    </message>
+    <message>
+        <source>Make the image black and white first: black is what has a channel as dark as this, so that red lines are ink; auto finds the number, local finds one for each place, for uneven light</source>
+        <translation>Das Bild zuerst schwarzweiß machen: schwarz wird, was einen so dunklen Kanal hat, also sind auch rote Linien Tinte; auto findet die Zahl, local eine für jede Stelle, bei ungleichmäßigem Licht</translation>
+    </message>
+    <message>
         <source>The lightness that a white pixel must exceed, in black and white</source>
         <translation>Die Helligkeit, über der ein Pixel weiß wird</translation>
     </message>
@@ -882,10 +906,6 @@
     <message>
         <source>logo</source>
         <translation>Logo</translation>
-    </message>
-    <message>
-        <source>lineart</source>
-        <translation>Strichzeichnung</translation>
     </message>
     <message>
         <source>drawing</source>
