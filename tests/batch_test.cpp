@@ -97,8 +97,9 @@ TEST_F(Batch, StatisticsComeInTheOrderOfTheImages) {
     for (const QByteArray& line : result.output.trimmed().split('\n')) {
         const QJsonObject figures = QJsonDocument::fromJson(line).object();
         EXPECT_TRUE(figures["image"].toString().endsWith(QString("a00%1.png").arg(i++)));
-        EXPECT_EQ(figures["nodes"].toInt(),
-                  figures["lines"].toInt() + figures["arcs"].toInt() + figures["curves"].toInt());
+        EXPECT_EQ(figures["nodes"].toInt(), figures["lines"].toInt() + figures["arcs"].toInt() +
+                                                figures["circles"].toInt() +
+                                                figures["curves"].toInt());
         EXPECT_GT(figures["peakMemory"].toDouble(), 1e6);
         EXPECT_GE(figures["meanDifference"].toDouble(), 0.0);
     }
