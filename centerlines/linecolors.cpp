@@ -32,12 +32,16 @@ QRgb colorOf(std::vector<Pixel>& pixels) {
     return qRgb(sum[0] / count, sum[1] / count, sum[2] / count);
 }
 
-bool isAlike(QRgb a, QRgb b) {
+/// Width in pixels below which no pixel of a stroke is without paper.
+constexpr double Narrow = 2.0;
+
+/// Whether two colours are of one pen; `mixed` where one of them may be half paper.
+bool isAlike(QRgb a, QRgb b, bool mixed) {
     const std::array differences{qRed(a) - qRed(b), qGreen(a) - qGreen(b), qBlue(a) - qBlue(b)};
     const auto [least, greatest] = std::minmax_element(differences.begin(), differences.end());
     // Lighter and darker strokes of one hue are one pen: what counts is that channels differ alike.
-    return *greatest - *least < Alike && std::abs(*greatest) < 2 * Alike &&
-           std::abs(*least) < 2 * Alike;
+    return *greatest - *least < Alike &&
+           (mixed || (std::abs(*greatest) < 2 * Alike && std::abs(*least) < 2 * Alike));
 }
 
 Pixel pixelAt(const QImage& image, const InkLevels& ink, Point p) {
@@ -52,9 +56,9 @@ LineColors findColors(const QImage& image, const InkLevels& ink, const std::vect
                       const std::vector<InkArea>& areas) {
     LineColors result;
     std::vector<double> used;
-    const auto classOf = [&](QRgb color, double weight) {
+    const auto classOf = [&](QRgb color, double weight, bool mixed) {
         std::size_t k = 0;
-        while (k < result.colors.size() && !isAlike(result.colors[k], color))
+        while (k < result.colors.size() && !isAlike(result.colors[k], color, mixed))
             ++k;
         if (k == result.colors.size()) {
             result.colors.push_back(color);
@@ -68,12 +72,14 @@ LineColors findColors(const QImage& image, const InkLevels& ink, const std::vect
         if (!stroke.dropped)
             for (const Point& p : pointsAlong(stroke, 3.0))
                 pixels.push_back(pixelAt(image, ink, p));
-        result.ofStroke.push_back(
-            stroke.dropped ? 0 : classOf(colorOf(pixels), static_cast<double>(pixels.size())));
+        result.ofStroke.push_back(stroke.dropped
+                                      ? 0
+                                      : classOf(colorOf(pixels), static_cast<double>(pixels.size()),
+                                                stroke.width < Narrow));
     }
     for (const InkArea& area : areas) {
         std::vector<Pixel> pixels{pixelAt(image, ink, area.inside)};
-        result.ofArea.push_back(classOf(colorOf(pixels), 1.0));
+        result.ofArea.push_back(classOf(colorOf(pixels), 1.0, area.kind == InkMask::Text));
     }
     if (result.colors.empty())
         result.colors.push_back(qRgb(0, 0, 0));

@@ -25,6 +25,8 @@ constexpr double RaggedWidth = 4.5;
 /// Uncertainty of an edge of one end in pixels, with greys and without.
 constexpr double GreyEdge = 0.1;
 constexpr double TwoLevelEdge = 0.35;
+/// Share of the rounding below which blur has hidden it.
+constexpr double LeastVisible = 0.12;
 /// Standard deviations that decide.
 constexpr double Sure = 1.5;
 
@@ -93,7 +95,10 @@ PenCap penCapOf(const std::vector<CapSample>& samples, const Measure& measure) {
         if (ragged && sample.width < RaggedWidth)
             continue;
         const double blur = measure.twoLevels ? TwoLevelBlur : blurOf(sample.width, sample.peak);
-        const double full = HalfCircle * (ragged ? 1.0 : visible(sample.width, blur));
+        const double seen = ragged ? 1.0 : visible(sample.width, blur);
+        if (seen < LeastVisible)
+            continue;
+        const double full = HalfCircle * seen;
         const double weight = sample.width * sample.width / (edge * edge);
         known += weight * full * full;
         sum += weight * full * std::clamp(sample.rounding, -HalfCircle, 2.0 * HalfCircle);

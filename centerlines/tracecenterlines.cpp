@@ -69,7 +69,8 @@ Found findStrokes(InkLevels ink, const CenterlineOptions& options, const Raster&
     pace.stage(0.35);
     std::vector<std::uint8_t> distance = distanceToPaper(mask, pace);
     const std::uint8_t ridge = medianRidge(mask, distance, pace);
-    const double strokeWidth = 2.0 * halfWidthAt(ridge);
+    // The depth of one pixel is that of strokes of one and of two.
+    const double strokeWidth = std::max(2.0 * halfWidthAt(ridge), 2.0);
     pace.stage(0.45);
     markSolids(mask, distance, components, ridge, {}, pace);
     markText(mask, components, options.textSize * strokeWidth, strokeWidth, pace);

@@ -98,6 +98,16 @@ TEST(TraceCenterlines, CuspsOfArcsAreNodes) {
         EXPECT_NEAR(node.y, 52.0, 0.6);
 }
 
+TEST(TraceCenterlines, ThinStrokesOfOnePenHaveOneColour) {
+    Sheet sheet(200, 120);
+    sheet.line(20.0, 20.0, 180.0, 20.0, 4.0);
+    sheet.line(20.0, 60.0, 180.0, 60.0, 1.0); // half of each of two rows
+    sheet.line(20.0, 90.0, 180.0, 92.0, 1.0);
+    const OvCenterlines result = OvTraceCenterlines().trace(sheet.image);
+    ASSERT_EQ(result.strokes.size(), 3);
+    EXPECT_EQ(result.colors.size(), 1);
+}
+
 TEST(TraceCenterlines, CornersShareTheirNodes) {
     Sheet sheet(200, 200);
     sheet.line(40.5, 39.0, 40.5, 161.0, 3.0);
