@@ -37,8 +37,12 @@ def check_coverage(program, image, problems):
     features = json.loads(trace(program, image, "--method", "regions", "-f", "geojson"))["features"]
     edges, total = Counter(), 0.0
     for feature in features:
-        rings = [[tuple(p) for p in ring] for ring in feature["geometry"]["coordinates"]]
-        for number, ring in enumerate(rings):
+        polygons = feature["geometry"]["coordinates"]
+        if feature["geometry"]["type"] == "Polygon":
+            polygons = [polygons]
+        rings = [(number, [tuple(p) for p in ring]) for polygon in polygons
+                 for number, ring in enumerate(polygon)]
+        for number, ring in rings:
             if ring[0] != ring[-1] or len(ring) < 4:
                 problems.append(f"{image}: a ring of {len(ring)} corners, or not closed")
             if (area(ring) > 0) != (number == 0):

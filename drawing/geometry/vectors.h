@@ -19,3 +19,8 @@ inline double cross(QPointF a, QPointF b) {
 inline double dot(QPointF a, QPointF b) {
     return a.x() * b.x() + a.y() * b.y();
 }
+
+/// Whether two points are the same to the last bit; Qt's operator finds those alike that are close.
+inline bool isSame(QPointF a, QPointF b) {
+    return a.x() == b.x() && a.y() == b.y();
+}
