@@ -113,8 +113,20 @@ std::vector<Point> placesAlong(std::span<const Piece> pieces) {
     return places;
 }
 
+/// Where a curve is led to its junctions, which others place.
+struct Ends {
+    Point first;
+    Point last;
+    bool closed;
+
+    bool areNear(Point place) const {
+        constexpr double Reach = 2.5; // pixels
+        return !closed && (distance(place, first) < Reach || distance(place, last) < Reach);
+    }
+};
+
 /// Whether what leads away from the trail is no more than a tip.
-bool leadsNowhereElse(const std::vector<Point>& places, Trail polygon) {
+bool leadsNowhereElse(const std::vector<Point>& places, Trail polygon, const Ends& ends) {
     // Square pixels: as much as the labels of pixels covered by less than half leave out.
     constexpr double LargestTip = 2.0;
     constexpr double FarthestTip = 8.0;
@@ -122,7 +134,7 @@ bool leadsNowhereElse(const std::vector<Point>& places, Trail polygon) {
     bool away = false;
     Point left;
     for (std::size_t i = 0; i < places.size(); ++i) {
-        if (polygon.isNear(places[i])) {
+        if (ends.areNear(places[i]) || polygon.isNear(places[i])) {
             away = false;
             continue;
         }
@@ -140,12 +152,12 @@ bool leadsNowhereElse(const std::vector<Point>& places, Trail polygon) {
 }
 
 /// Whether every part of the polygon has a place of the curve near by.
-bool leavesNothingOut(const std::vector<Point>& polygon, Trail places) {
+bool leavesNothingOut(const std::vector<Point>& polygon, Trail places, const Ends& ends) {
     // In half pixels: beside a corner of the curve the polygon may run inside it.
     constexpr int MostMissed = 3;
     int missed = 0;
     for (const Point point : polygon) {
-        missed = places.isNear(point) ? 0 : missed + 1;
+        missed = ends.areNear(point) || places.isNear(point) ? 0 : missed + 1;
         if (missed > MostMissed)
             return false;
     }
@@ -164,8 +176,9 @@ bool followsSamples(std::span<const Piece> pieces, std::span<const Sample> sampl
     }
     const std::vector<Point> places = placesAlong(pieces);
     const double usual = usualDistance(samples);
-    return leadsNowhereElse(places, Trail(polygon, usual)) &&
-           leavesNothingOut(polygon, Trail(places, usual));
+    const Ends ends{pieces.front().from, pieces.back().to, closed};
+    return leadsNowhereElse(places, Trail(polygon, usual), ends) &&
+           leavesNothingOut(polygon, Trail(places, usual), ends);
 }
 
 } // namespace ovtrace

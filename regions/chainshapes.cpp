@@ -2,6 +2,7 @@
 
 #include "chaincheck.h"
 #include "edgeplaces.h"
+#include "ringcheck.h"
 
 #include "shapes/joining.h"
 #include "shapes/junctions.h"
@@ -20,6 +21,8 @@ Point toPoint(GridPoint p) {
 struct FittedChain {
     std::vector<Sample> samples;
     ChainModel model;
+    std::vector<Piece> pieces;
+    bool isPlain = false; ///< no curve, but the polygon that keeps to its side of the pixels
 };
 
 class ChainFitter {
@@ -42,9 +45,12 @@ public:
                 return std::nullopt;
         }
         placeJunctions();
-        for (std::size_t i = 0; i < cracks.chains.size(); ++i) {
-            shapes.starts.push_back(shapes.pieces.size());
+        for (std::size_t i = 0; i < cracks.chains.size(); ++i)
             join(i);
+        mendRings();
+        for (FittedChain& chain : fitted) {
+            shapes.starts.push_back(shapes.pieces.size());
+            shapes.pieces.insert(shapes.pieces.end(), chain.pieces.begin(), chain.pieces.end());
         }
         shapes.starts.push_back(shapes.pieces.size());
         return std::move(shapes);
@@ -119,7 +125,7 @@ private:
     void join(std::size_t i) {
         const CrackChain& chain = cracks.chains[i];
         if (isRim(chain)) {
-            joinRim(chain);
+            joinRim(i);
             return;
         }
         std::optional<Point> start;
@@ -128,24 +134,82 @@ private:
             start = shapes.junctions[static_cast<std::size_t>(chain.from)];
             end = shapes.junctions[static_cast<std::size_t>(chain.to)];
         }
-        const std::vector<Sample>& samples = fitted[i].samples;
-        std::vector<Piece> pieces = joined(chain, fitted[i].model, samples, start, end);
-        if (pieces.empty()) {
-            const std::vector<Sample> tight = tightened(samples);
-            pieces = joined(chain, segmentChain(tight, chain.from < 0, options), tight, start, end);
+        FittedChain& f = fitted[i];
+        f.pieces.clear();
+        if (!f.isPlain)
+            f.pieces = joined(chain, f.model, f.samples, start, end);
+        if (f.pieces.empty() && !f.isPlain) {
+            const std::vector<Sample> tight = tightened(f.samples);
+            f.pieces =
+                joined(chain, segmentChain(tight, chain.from < 0, options), tight, start, end);
         }
         // Nearer to their own edges between pixels than to any other.
         constexpr double Half = 0.45;
-        if (pieces.empty())
-            pieces =
+        if (f.pieces.empty())
+            f.pieces =
                 polygonThrough(places.placesOf(cracks, chain, Half), chain.from < 0, start, end);
-        // Both junctions and all samples in one place: the boundary still has its start and end.
-        if (pieces.empty()) {
-            const Point only = start ? *start : samples.front().at;
-            pieces.push_back(linePiece(only, only));
+        // Both junctions and all samples in one place: the boundary still has its start and
+        // end.
+        if (f.pieces.empty()) {
+            const Point only = start ? *start : f.samples.front().at;
+            f.pieces.push_back(linePiece(only, only));
         }
-        shapes.pieces.insert(shapes.pieces.end(), pieces.begin(), pieces.end());
     }
+
+    /// Areas of a few pixels may be lost where curves do not see each other: the boundaries of
+    /// such become polygons, and their junctions go back to the corners of the pixels.
+    void mendRings() {
+        constexpr int Rounds = 4;
+        for (int round = 0; round < Rounds; ++round) {
+            std::vector<bool> moved(cracks.junctions.size(), false);
+            bool any = false;
+            for (const CrackRing& ring : cracks.rings) {
+                if (!isSound(ring))
+                    any = makePlain(ring, moved) || any;
+            }
+            if (!any)
+                return;
+            for (std::size_t i = 0; i < cracks.chains.size(); ++i) {
+                const CrackChain& chain = cracks.chains[i];
+                if (fitted[i].isPlain ||
+                    (chain.from >= 0 && (moved[static_cast<std::size_t>(chain.from)] ||
+                                         moved[static_cast<std::size_t>(chain.to)])))
+                    join(i);
+            }
+        }
+    }
+    bool isSound(const CrackRing& ring) const {
+        std::vector<Point> points;
+        for (std::size_t i = 0; i < ring.passCount; ++i) {
+            const ChainPass pass = cracks.passes[ring.firstPass + i];
+            const std::vector<Piece>& pieces = fitted[pass.chain].pieces;
+            if (points.empty())
+                points.push_back(pass.reversed ? pieces.back().to : pieces.front().from);
+            for (std::size_t k = 0; k < pieces.size(); ++k)
+                appendPoints(pieces[pass.reversed ? pieces.size() - 1 - k : k], pass.reversed,
+                             points);
+        }
+        return isSoundRing(points, static_cast<double>(ring.area));
+    }
+    /// Returns whether that changes anything.
+    bool makePlain(const CrackRing& ring, std::vector<bool>& moved) {
+        bool any = false;
+        for (std::size_t i = 0; i < ring.passCount; ++i) {
+            const std::uint32_t index = cracks.passes[ring.firstPass + i].chain;
+            const CrackChain& chain = cracks.chains[index];
+            any = any || !fitted[index].isPlain;
+            fitted[index].isPlain = true;
+            for (const std::int32_t junction : {chain.from, chain.to}) {
+                if (junction < 0)
+                    continue;
+                const auto place = static_cast<std::size_t>(junction);
+                shapes.junctions[place] = toPoint(cracks.junctions[place]);
+                moved[place] = true;
+            }
+        }
+        return any;
+    }
+
     /// The curve of a model; nothing when it does not follow the samples.
     std::vector<Piece> joined(const CrackChain& chain, const ChainModel& model,
                               const std::vector<Sample>& samples, std::optional<Point> start,
@@ -157,6 +221,17 @@ private:
             pieces.clear();
         return pieces;
     }
+    /// Without those that are no farther than a pixel from a junction, and so may lie behind it.
+    static std::vector<Sample> withoutEnds(const std::vector<Sample>& samples,
+                                           std::optional<Point> start, std::optional<Point> end) {
+        std::vector<Sample> kept;
+        for (const Sample& sample : samples) {
+            if ((!start || distance(sample.at, *start) > 1.0) &&
+                (!end || distance(sample.at, *end) > 1.0))
+                kept.push_back(sample);
+        }
+        return kept;
+    }
     /// All places as if each were known to a part of a pixel: the doubtful ones, too.
     static std::vector<Sample> tightened(const std::vector<Sample>& samples) {
         constexpr double PartOfPixel = 0.2;
@@ -166,20 +241,23 @@ private:
         return tight;
     }
     /// Along the image's rim: straight lines, corners where those of the image are.
-    void joinRim(const CrackChain& chain) {
+    void joinRim(std::size_t i) {
+        const CrackChain& chain = cracks.chains[i];
+        std::vector<Piece>& pieces = fitted[i].pieces;
+        pieces.clear();
         Point from = chain.from >= 0 ? shapes.junctions[static_cast<std::size_t>(chain.from)]
                                      : toPoint(chain.start);
         GridPoint p = chain.start;
-        for (std::size_t i = 0; i < chain.stepCount; ++i) {
-            const Step step = cracks.steps[chain.firstStep + i];
+        for (std::size_t k = 0; k < chain.stepCount; ++k) {
+            const Step step = cracks.steps[chain.firstStep + k];
             p = p + step;
-            const bool last = i + 1 == chain.stepCount;
-            if (!last && cracks.steps[chain.firstStep + i + 1] == step)
+            const bool last = k + 1 == chain.stepCount;
+            if (!last && cracks.steps[chain.firstStep + k + 1] == step)
                 continue;
             const Point to = last && chain.to >= 0
                                  ? shapes.junctions[static_cast<std::size_t>(chain.to)]
                                  : toPoint(p);
-            shapes.pieces.push_back(linePiece(from, to));
+            pieces.push_back(linePiece(from, to));
             from = to;
         }
     }
