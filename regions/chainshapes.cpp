@@ -156,58 +156,73 @@ private:
         }
     }
 
-    /// Areas of a few pixels may be lost where curves do not see each other: the boundaries of
-    /// such become polygons, and their junctions go back to the corners of the pixels.
+    /// Curves do not see each other: the boundaries of areas that turn over or cross themselves
+    /// become polygons, and their junctions go back to the corners of the pixels.
     void mendRings() {
         constexpr int Rounds = 4;
         for (int round = 0; round < Rounds; ++round) {
-            std::vector<bool> moved(cracks.junctions.size(), false);
-            bool any = false;
-            for (const CrackRing& ring : cracks.rings) {
-                if (!isSound(ring))
-                    any = makePlain(ring, moved) || any;
-            }
-            if (!any)
+            moved.assign(cracks.junctions.size(), false);
+            if (!makeUnsoundPlain())
                 return;
             for (std::size_t i = 0; i < cracks.chains.size(); ++i) {
-                const CrackChain& chain = cracks.chains[i];
-                if (fitted[i].isPlain ||
-                    (chain.from >= 0 && (moved[static_cast<std::size_t>(chain.from)] ||
-                                         moved[static_cast<std::size_t>(chain.to)])))
+                if (fitted[i].isPlain || isMoved(cracks.chains[i].from) ||
+                    isMoved(cracks.chains[i].to))
                     join(i);
             }
         }
     }
-    bool isSound(const CrackRing& ring) const {
-        std::vector<Point> points;
-        for (std::size_t i = 0; i < ring.passCount; ++i) {
-            const ChainPass pass = cracks.passes[ring.firstPass + i];
-            const std::vector<Piece>& pieces = fitted[pass.chain].pieces;
-            if (points.empty())
-                points.push_back(pass.reversed ? pieces.back().to : pieces.front().from);
-            for (std::size_t k = 0; k < pieces.size(); ++k)
-                appendPoints(pieces[pass.reversed ? pieces.size() - 1 - k : k], pass.reversed,
-                             points);
-        }
-        return isSoundRing(points, static_cast<double>(ring.area));
+    bool isMoved(std::int32_t junction) const {
+        return junction >= 0 && moved[static_cast<std::size_t>(junction)];
     }
-    /// Returns whether that changes anything.
-    bool makePlain(const CrackRing& ring, std::vector<bool>& moved) {
+    /// Returns whether there are any.
+    bool makeUnsoundPlain() {
         bool any = false;
-        for (std::size_t i = 0; i < ring.passCount; ++i) {
-            const std::uint32_t index = cracks.passes[ring.firstPass + i].chain;
-            const CrackChain& chain = cracks.chains[index];
-            any = any || !fitted[index].isPlain;
-            fitted[index].isPlain = true;
-            for (const std::int32_t junction : {chain.from, chain.to}) {
-                if (junction < 0)
+        for (std::size_t i = 0; i < cracks.rings.size();) {
+            const std::int32_t region = cracks.rings[i].region;
+            std::vector<Chord> chords;
+            for (; i < cracks.rings.size() && cracks.rings[i].region == region; ++i) {
+                const std::size_t before = chords.size();
+                appendRing(cracks.rings[i], chords);
+                if (hasAreaOf(std::span(chords).subspan(before), double(cracks.rings[i].area)))
                     continue;
-                const auto place = static_cast<std::size_t>(junction);
-                shapes.junctions[place] = toPoint(cracks.junctions[place]);
-                moved[place] = true;
+                for (std::size_t k = before; k < chords.size(); ++k)
+                    any = makePlain(chords[k].boundary) || any;
+            }
+            for (const auto& [one, other] : findCrossings(std::move(chords))) {
+                for (const std::uint32_t chain : {one, other})
+                    any = (isShort(chain) && makePlain(chain)) || any;
             }
         }
         return any;
+    }
+    /// A long boundary is worth more as a curve than a crossing of some hundredths of a pixel
+    /// costs.
+    bool isShort(std::uint32_t chain) const {
+        constexpr std::size_t Short = 96;
+        return cracks.chains[chain].stepCount <= Short;
+    }
+    void appendRing(const CrackRing& ring, std::vector<Chord>& chords) const {
+        for (std::size_t i = 0; i < ring.passCount; ++i) {
+            const ChainPass pass = cracks.passes[ring.firstPass + i];
+            const std::vector<Piece>& pieces = fitted[pass.chain].pieces;
+            for (std::size_t k = 0; k < pieces.size(); ++k)
+                appendChords(pieces[pass.reversed ? pieces.size() - 1 - k : k], pass.reversed,
+                             pass.chain, chords);
+        }
+    }
+    /// Returns whether that changes anything.
+    bool makePlain(std::uint32_t index) {
+        const CrackChain& chain = cracks.chains[index];
+        const bool changes = !fitted[index].isPlain;
+        fitted[index].isPlain = true;
+        for (const std::int32_t junction : {chain.from, chain.to}) {
+            if (junction < 0)
+                continue;
+            const auto place = static_cast<std::size_t>(junction);
+            shapes.junctions[place] = toPoint(cracks.junctions[place]);
+            moved[place] = true;
+        }
+        return changes;
     }
 
     /// The curve of a model; nothing when it does not follow the samples.
@@ -268,6 +283,7 @@ private:
     const CrackMap& cracks;
     const FitOptions& options;
     std::vector<FittedChain> fitted;
+    std::vector<bool> moved; ///< the junctions that were put back in this round
     ShapedChains shapes;
 };
 

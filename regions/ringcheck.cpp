@@ -3,67 +3,72 @@
 #include "shapes/piece.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace ovtrace {
 namespace {
 
-/// Above 0 when a ring runs counter-clockwise as one sees it, y being down.
-double areaOf(std::span<const Point> polygon) {
-    double area = 0.0;
-    for (std::size_t i = 1; i < polygon.size(); ++i)
-        area -= cross(polygon[i - 1] - polygon[0], polygon[i] - polygon[0]) / 2.0;
-    return area;
+double leastX(const Chord& chord) {
+    return std::min(chord.from.x, chord.to.x);
+}
+double greatestX(const Chord& chord) {
+    return std::max(chord.from.x, chord.to.x);
 }
 
-bool areApart(double a, double b, double c, double d) {
-    return std::max(a, b) < std::min(c, d) || std::max(c, d) < std::min(a, b);
-}
-
-/// Whether the inner parts of two segments cross.
-bool areCrossing(Point a, Point b, Point c, Point d) {
-    if (areApart(a.x, b.x, c.x, d.x) || areApart(a.y, b.y, c.y, d.y))
+/// Whether the inner parts of two chords cross.
+bool areCrossing(const Chord& p, const Chord& q) {
+    if (std::max(p.from.y, p.to.y) < std::min(q.from.y, q.to.y) ||
+        std::max(q.from.y, q.to.y) < std::min(p.from.y, p.to.y))
         return false;
-    const double first = cross(b - a, c - a);
-    const double second = cross(b - a, d - a);
-    const double third = cross(d - c, a - c);
-    const double fourth = cross(d - c, b - c);
-    return first * second < 0.0 && third * fourth < 0.0;
-}
-
-bool crossesItself(std::span<const Point> polygon) {
-    for (std::size_t i = 1; i < polygon.size(); ++i) {
-        for (std::size_t k = i + 2; k < polygon.size(); ++k) {
-            if (areCrossing(polygon[i - 1], polygon[i], polygon[k - 1], polygon[k]))
-                return true;
-        }
-    }
-    return false;
+    const Point along = p.to - p.from;
+    if (cross(along, q.from - p.from) * cross(along, q.to - p.from) >= 0.0)
+        return false;
+    const Point across = q.to - q.from;
+    return cross(across, p.from - q.from) * cross(across, p.to - q.from) < 0.0;
 }
 
 } // namespace
 
-void appendPoints(const Piece& piece, bool reversed, std::vector<Point>& points) {
-    constexpr int Chords = 6;
-    const int count = piece.kind == PieceKind::Line ? 1 : Chords;
-    for (int i = 1; i < count; ++i) {
+void appendChords(const Piece& piece, bool reversed, std::uint32_t boundary,
+                  std::vector<Chord>& chords) {
+    constexpr int OfCurve = 6;
+    const int count = piece.kind == PieceKind::Line ? 1 : OfCurve;
+    Point from = reversed ? piece.to : piece.from;
+    for (int i = 1; i <= count; ++i) {
         const double t = double(i) / count;
-        points.push_back(pointAt(piece, reversed ? 1.0 - t : t));
+        const Point end = reversed ? piece.from : piece.to;
+        const Point to = i == count ? end : pointAt(piece, reversed ? 1.0 - t : t);
+        chords.push_back({from, to, boundary});
+        from = to;
     }
-    points.push_back(reversed ? piece.from : piece.to);
 }
 
-bool isSoundRing(std::span<const Point> polygon, double pixels) {
-    // Lines that cover a tenth of their pixels, or arcs of which six chords show little.
+bool hasAreaOf(std::span<const Chord> ring, double pixels) {
+    // Lines that cover a tenth of their pixels, or curves of which six chords show little.
     constexpr double Least = 0.1;
     constexpr double Most = 4.0;
-    const double share = areaOf(polygon) / pixels;
-    if (!(share >= Least && share <= Most))
-        return false;
-    // Where an area is many pixels wide, what its curves are uncertain by does not make them cross.
-    constexpr double Small = 64.0;
-    constexpr std::size_t Few = 100;
-    return std::fabs(pixels) > Small || polygon.size() > Few || !crossesItself(polygon);
+    const Point origin = ring.front().from;
+    double area = 0.0;
+    for (const Chord& chord : ring)
+        area -= cross(chord.from - origin, chord.to - origin) / 2.0;
+    const double share = area / pixels;
+    return share >= Least && share <= Most;
+}
+
+std::vector<std::pair<std::uint32_t, std::uint32_t>> findCrossings(std::vector<Chord> chords) {
+    // Those that overlap in x: chords are short.
+    std::stable_sort(chords.begin(), chords.end(),
+                     [](const Chord& p, const Chord& q) { return leastX(p) < leastX(q); });
+    std::vector<std::pair<std::uint32_t, std::uint32_t>> found;
+    std::vector<const Chord*> open;
+    for (const Chord& chord : chords) {
+        std::erase_if(open, [&](const Chord* other) { return greatestX(*other) < leastX(chord); });
+        for (const Chord* other : open) {
+            if (areCrossing(*other, chord))
+                found.emplace_back(other->boundary, chord.boundary);
+        }
+        open.push_back(&chord);
+    }
+    return found;
 }
 
 } // namespace ovtrace

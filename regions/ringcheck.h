@@ -2,18 +2,30 @@
 
 #include "shapes/piecerecord.h"
 
+#include <cstdint>
 #include <span>
+#include <utility>
 #include <vector>
 
 namespace ovtrace {
 
-/// Appends the points of a piece without the first one, reversed if it is walked backwards: the end
-/// of a line, points of which the last is the end for curves.
-void appendPoints(const Piece& piece, bool reversed, std::vector<Point>& points);
+/// A straight part of the rim of an area, and the boundary that it belongs to.
+struct Chord {
+    Point from;
+    Point to;
+    std::uint32_t boundary = 0;
+};
 
-/// Whether a closed polygon (the last point is the first one) may stand for a ring of so many
-/// square pixels, less than 0 for holes: it runs round about as many, outer rings counter-clockwise
-/// as one sees them. Small polygons must not cross themselves either.
-bool isSoundRing(std::span<const Point> polygon, double pixels);
+/// Appends a piece as chords, in the direction in which it is walked: one for a line, some for
+/// curves.
+void appendChords(const Piece& piece, bool reversed, std::uint32_t boundary,
+                  std::vector<Chord>& chords);
+
+/// Whether the closed run of chords may stand for a ring of so many square pixels, less than 0 for
+/// holes: it runs round about as many, outer rings counter-clockwise as one sees them.
+bool hasAreaOf(std::span<const Chord> ring, double pixels);
+
+/// The boundaries of chords that cross each other, in pairs. Ends that touch do not cross.
+std::vector<std::pair<std::uint32_t, std::uint32_t>> findCrossings(std::vector<Chord> chords);
 
 } // namespace ovtrace

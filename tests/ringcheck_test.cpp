@@ -1,4 +1,4 @@
-// Whether polygons may stand for rings.
+// Whether curves may stand for the rings of areas.
 
 #include <ringcheck.h>
 
@@ -13,44 +13,71 @@ namespace {
 
 using namespace ovtrace;
 
+std::vector<Chord> closed(const std::vector<Point>& points) {
+    std::vector<Chord> chords;
+    for (std::size_t i = 0; i < points.size(); ++i)
+        chords.push_back(
+            {points[i], points[(i + 1) % points.size()], static_cast<std::uint32_t>(i)});
+    return chords;
+}
+
 // Counter-clockwise as one sees it: y is down.
-const std::vector<Point> Square{{0, 0}, {0, 3}, {3, 3}, {3, 0}, {0, 0}};
+const std::vector<Point> Square{{0, 0}, {0, 3}, {3, 3}, {3, 0}};
 
 TEST(RingCheck, OuterRingsTurnOneWayAndHolesTheOther) {
-    EXPECT_TRUE(isSoundRing(Square, 9.0));
-    EXPECT_FALSE(isSoundRing(Square, -9.0));
+    EXPECT_TRUE(hasAreaOf(closed(Square), 9.0));
+    EXPECT_FALSE(hasAreaOf(closed(Square), -9.0));
     std::vector<Point> hole = Square;
     std::reverse(hole.begin(), hole.end());
-    EXPECT_TRUE(isSoundRing(hole, -9.0));
-    EXPECT_FALSE(isSoundRing(hole, 9.0));
+    EXPECT_TRUE(hasAreaOf(closed(hole), -9.0));
+    EXPECT_FALSE(hasAreaOf(closed(hole), 9.0));
 }
 
 TEST(RingCheck, AreaHasToBeAboutThatOfThePixels) {
-    EXPECT_FALSE(isSoundRing(Square, 100.0));
-    EXPECT_FALSE(isSoundRing(Square, 2.0));
-    EXPECT_FALSE(isSoundRing(std::vector<Point>{{0, 0}, {3, 3}, {0, 0}}, 4.0));
+    EXPECT_FALSE(hasAreaOf(closed(Square), 100.0));
+    EXPECT_FALSE(hasAreaOf(closed(Square), 2.0));
+    EXPECT_FALSE(hasAreaOf(closed({{0, 0}, {3, 3}}), 4.0));
 }
 
-TEST(RingCheck, SmallRingsMustNotCrossThemselves) {
-    const std::vector<Point> crossing{{0, 0}, {0, 4}, {4, 4}, {1, 3}, {1, 5}, {4, 0}, {0, 0}};
-    EXPECT_FALSE(isSoundRing(crossing, 12.0));
-    EXPECT_TRUE(isSoundRing(crossing, 90.0));
+TEST(RingCheck, CrossingsNameTheirBoundaries) {
+    EXPECT_TRUE(findCrossings(closed(Square)).empty());
+    // The first side and the third.
+    const auto found = findCrossings(closed({{0, 0}, {4, 4}, {4, 0}, {0, 4}}));
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_EQ(std::min(found[0].first, found[0].second), 0U);
+    EXPECT_EQ(std::max(found[0].first, found[0].second), 2U);
 }
 
-TEST(RingCheck, PointsOfAPieceEndWhereTheWalkEnds) {
+TEST(RingCheck, EndsThatTouchDoNotCross) {
+    EXPECT_TRUE(findCrossings(closed({{0, 0}, {2, 2}, {4, 4}, {4, 0}, {2, 2}, {0, 4}})).empty());
+}
+
+TEST(RingCheck, CrossingsAreThoseOfEveryPair) {
+    // A comb of verticals and a line through all of them.
+    std::vector<Chord> chords{{{-1, 5}, {50, 5.5}, 1000}};
+    for (std::uint32_t i = 0; i < 40; ++i)
+        chords.push_back({{double(i), i % 2 == 0 ? 0.0 : 6.0}, {i + 0.3, 10}, i});
+    EXPECT_EQ(findCrossings(chords).size(), 20U);
+}
+
+TEST(RingCheck, ChordsOfAPieceFollowItsWalk) {
     const Piece arc = arcPiece({0, 0}, {2, 0}, 1.0);
-    std::vector<Point> forth;
-    appendPoints(arc, false, forth);
-    std::vector<Point> back;
-    appendPoints(arc, true, back);
-    ASSERT_EQ(forth.size(), back.size());
-    EXPECT_EQ(forth.back(), (Point{2, 0}));
-    EXPECT_EQ(back.back(), (Point{0, 0}));
-    for (const Point point : forth)
-        EXPECT_NEAR(distance(point, {1, 0}), 1.0, 1e-9);
-    std::vector<Point> line;
-    appendPoints(linePiece({0, 0}, {2, 0}), false, line);
-    EXPECT_EQ(line, std::vector<Point>(1, Point{2, 0}));
+    for (const bool reversed : {false, true}) {
+        std::vector<Chord> chords;
+        appendChords(arc, reversed, 7, chords);
+        EXPECT_EQ(chords.front().from, reversed ? arc.to : arc.from);
+        EXPECT_EQ(chords.back().to, reversed ? arc.from : arc.to);
+        for (std::size_t i = 0; i < chords.size(); ++i) {
+            EXPECT_NEAR(distance(chords[i].to, {1, 0}), 1.0, 1e-9);
+            EXPECT_EQ(chords[i].boundary, 7U);
+            if (i > 0) {
+                EXPECT_EQ(chords[i].from, chords[i - 1].to);
+            }
+        }
+    }
+    std::vector<Chord> line;
+    appendChords(linePiece({0, 0}, {2, 0}), false, 1, line);
+    EXPECT_EQ(line.size(), 1U);
 }
 
 } // namespace
