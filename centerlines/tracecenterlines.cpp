@@ -1,5 +1,6 @@
 #include "tracecenterlines.h"
 
+#include "arrowheads.h"
 #include "centerlineoptions.h"
 #include "centerlineoutput.h"
 #include "dashes.h"
@@ -99,6 +100,9 @@ Found findStrokes(InkLevels ink, const CenterlineOptions& options, const Raster&
     dropImpossible(strokes, ink.width, ink.height);
     markHatching(strokes);
     found.areas = outlineAreas(ink, mask, InkMask::Solid, pace);
+    std::vector<InkArea> heads = findArrowHeads(ink, mask, strokes);
+    found.areas.insert(found.areas.end(), std::make_move_iterator(heads.begin()),
+                       std::make_move_iterator(heads.end()));
     // The heart of a star and the blunt meeting of narrow angles look like filled areas.
     std::erase_if(found.areas, [&](const InkArea& area) {
         return liesInStrokes(area.rings.front(), strokes, 1.0);

@@ -1,0 +1,167 @@
+#include "arrowheads.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+namespace ovtrace {
+namespace {
+
+/// Steps along and across a line, in pixels.
+constexpr double Step = 0.5;
+/// Longest head in widths of its line, and in pixels beyond that.
+constexpr double LongestOfWidth = 12.0;
+constexpr double LongestBeyond = 8.0;
+/// A head is wider than its line by this factor and by these pixels, and at most so many times.
+constexpr double WiderThanLine = 2.2;
+constexpr double WiderBeyond = 1.5;
+constexpr double WidestOfLine = 12.0;
+/// Ink that is inside.
+constexpr double Inside = 0.5;
+
+/// The ink to both sides of a line at one place.
+struct Across {
+    double left = 0.0;
+    double right = 0.0;
+
+    double width() const {
+        return left + right;
+    }
+};
+
+class HeadFinder {
+public:
+    HeadFinder(const InkLevels& ink, const Stroke& line, int end)
+        : ink(ink), line(line), end(end), across(turnedQuarter(line.carrier.direction)),
+          widest(WidestOfLine * line.width + WiderBeyond) {
+    }
+
+    std::optional<InkArea> find() {
+        const double most = std::min(LongestOfWidth * line.width + LongestBeyond,
+                                     lengthOf(line) - 2.0 * line.width);
+        for (double d = 0.0; d <= most + 2.0 * line.width; d += Step)
+            profile.push_back(acrossAt(d));
+        const double base = baseOf(most);
+        if (base <= 0.0 || !isWedge(base))
+            return std::nullopt;
+        return triangle(base);
+    }
+
+private:
+    const Across& at(double d) const {
+        const auto k = static_cast<std::size_t>(std::max(d, 0.0) / Step + 0.5);
+        return profile[std::min(k, profile.size() - 1)];
+    }
+
+    Point placeAt(double d) const {
+        return beyond(line, end, -d);
+    }
+
+    Across acrossAt(double d) const {
+        const Point middle = placeAt(d);
+        const auto reach = [&](Point direction) {
+            double r = 0.0;
+            while (r < widest) {
+                const Point p = middle + direction * (r + Step);
+                if (ink.sample(p.x, p.y) < Inside)
+                    break;
+                r += Step;
+            }
+            return r;
+        };
+        return {reach(-across), reach(across)};
+    }
+
+    /// Where the widest place is after which the line is by itself again; 0 for none.
+    double baseOf(double most) const {
+        double best = 0.0;
+        double width = WiderThanLine * line.width + WiderBeyond;
+        for (double d = 3.0; d <= most; d += Step)
+            if (at(d).width() >= width) {
+                width = at(d).width();
+                best = d;
+            }
+        if (best <= 0.0 || width > widest)
+            return 0.0;
+        // The back of a head is straight: the width falls within little more than blur.
+        const double half = (width + line.width) / 2.0;
+        double d = best;
+        while (d < best + 3.0 && at(d).width() > half)
+            d += Step;
+        const bool alone = at(d + 2.0).width() <= 1.5 * line.width + 1.0 &&
+                           at(d + 1.5 * line.width).width() <= 1.5 * line.width + 1.0;
+        return alone ? d : 0.0;
+    }
+
+    /// Whether the width grows evenly from the tip to the base, on both sides alike.
+    bool isWedge(double base) const {
+        const double width = 2.0 * slope(base) * base;
+        if (base < 0.8 * width || base > 4.0 * width)
+            return false;
+        for (const double part : {0.35, 0.5, 0.65, 0.8}) {
+            const Across& a = at(part * base);
+            if (std::abs(a.width() - std::max(part * width, line.width)) > 0.15 * width + 1.5 ||
+                std::abs(a.left - a.right) > 0.25 * width + 1.0)
+                return false;
+        }
+        return true;
+    }
+
+    /// Half the width over the distance from the tip.
+    double slope(double base) const {
+        double sum = 0.0;
+        double squares = 0.0;
+        for (double d = 0.4 * base; d <= 0.9 * base; d += Step) {
+            sum += d * at(d).width() / 2.0;
+            squares += d * d;
+        }
+        return squares > 0.0 ? sum / squares : 0.0;
+    }
+
+    InkArea triangle(double base) const {
+        const Point tip = placeAt(0.0);
+        const Point back = placeAt(base);
+        const Point side = across * (slope(base) * base);
+        InkArea head;
+        head.kind = InkMask::Solid;
+        std::vector<Point> ring{tip, back - side, back + side};
+        // Clockwise with y down, as outlines of areas are.
+        if (cross(ring[1] - ring[0], ring[2] - ring[0]) > 0.0)
+            std::swap(ring[1], ring[2]);
+        head.rings.push_back(ring);
+        head.inside = placeAt(0.7 * base);
+        return head;
+    }
+
+    const InkLevels& ink;
+    const Stroke& line;
+    int end;
+    Point across;
+    double widest;
+    std::vector<Across> profile;
+};
+
+bool isSolid(const InkMask& mask, const InkLevels& ink, Point p) {
+    const int x = std::clamp(static_cast<int>(p.x), 0, ink.width - 1);
+    const int y = std::clamp(static_cast<int>(p.y), 0, ink.height - 1);
+    return mask.values[mask.indexOf(x, y)] == InkMask::Solid;
+}
+
+} // namespace
+
+std::vector<InkArea> findArrowHeads(const InkLevels& ink, const InkMask& mask,
+                                    const std::vector<Stroke>& strokes) {
+    std::vector<InkArea> heads;
+    for (const Stroke& stroke : strokes)
+        for (int end = 0; end < 2; ++end) {
+            if (stroke.dropped || stroke.closed || !stroke.carrier.isLine() ||
+                !stroke.dashes.empty() || stroke.ends[static_cast<std::size_t>(end)].solid)
+                continue;
+            const auto head = HeadFinder(ink, stroke, end).find();
+            if (head && !isSolid(mask, ink, head->inside))
+                heads.push_back(*head);
+        }
+    return heads;
+}
+
+} // namespace ovtrace
