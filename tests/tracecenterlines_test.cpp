@@ -142,6 +142,20 @@ TEST(TraceCenterlines, FilledAreaIsAnOutline) {
     EXPECT_EQ(result.areas[0].kind, OvCenterlineArea::Kind::Solid);
 }
 
+TEST(TraceCenterlines, LettersOfTheLinesPenHaveItsColour) {
+    // Stems two pixels wide between the pixels: paper is in most of them.
+    Sheet sheet(400, 300);
+    for (const double y : {40.3, 260.7})
+        sheet.line(20, y, 380, y, 3.0);
+    for (int letter = 0; letter < 12; ++letter) {
+        const double x = 60.0 + 20.4 * letter;
+        sheet.line(x, 140, x, 160, 2.0);
+        sheet.line(x, 140, x + 8, 140, 2.0);
+        sheet.line(x, 150, x + 7, 150, 2.0);
+    }
+    EXPECT_EQ(OvTraceCenterlines().trace(sheet.image).colors.size(), 1);
+}
+
 TEST(TraceCenterlines, RowOfDashesIsOneStroke) {
     Sheet sheet(300, 100);
     for (int k = 0; k < 9; ++k)
