@@ -57,6 +57,9 @@ public:
     }
 
 private:
+    /// Samples of a part that is worth a curve of its own.
+    static constexpr std::size_t LongPart = 12;
+
     /// Whether a chain runs along the image's rim.
     bool isRim(const CrackChain& chain) const {
         const Step step = cracks.steps[chain.firstStep];
@@ -137,23 +140,47 @@ private:
         FittedChain& f = fitted[i];
         f.pieces.clear();
         if (!f.isPlain)
-            f.pieces = joined(chain, f.model, f.samples, start, end);
+            f.pieces = joined(chain.from < 0, f.model, f.samples, start, end);
         if (f.pieces.empty() && !f.isPlain) {
             const std::vector<Sample> tight = tightened(f.samples);
-            f.pieces =
-                joined(chain, segmentChain(tight, chain.from < 0, options), tight, start, end);
+            f.pieces = joined(chain.from < 0, segmentChain(tight, chain.from < 0, options), tight,
+                              start, end);
         }
         // Nearer to their own edges between pixels than to any other.
         constexpr double Half = 0.45;
-        if (f.pieces.empty())
-            f.pieces =
-                polygonThrough(places.placesOf(cracks, chain, Half), chain.from < 0, start, end);
+        if (f.pieces.empty()) {
+            const std::vector<Sample> near = places.placesOf(cracks, chain, Half);
+            if (!f.isPlain && near.size() > LongPart)
+                joinParts(f.samples, near, start.value_or(near.front().at),
+                          end.value_or(near.front().at), f.pieces);
+            else
+                f.pieces = polygonThrough(near, chain.from < 0, start, end);
+        }
         // Both junctions and all samples in one place: the boundary still has its start and
         // end.
         if (f.pieces.empty()) {
             const Point only = start ? *start : f.samples.front().at;
             f.pieces.push_back(linePiece(only, only));
         }
+    }
+
+    /// Joins a chain half by half where its whole curve does not follow the samples, so that the
+    /// places which no curve follows are a polygon and the others are not. `near` holds the same
+    /// samples beside their edges between pixels.
+    void joinParts(std::span<const Sample> samples, std::span<const Sample> near, Point start,
+                   Point end, std::vector<Piece>& pieces) const {
+        const std::vector<Sample> own(samples.begin(), samples.end());
+        std::vector<Piece> part = joined(false, segmentChain(own, false, options), own, start, end);
+        if (part.empty() && samples.size() <= LongPart)
+            part = polygonThrough(near, false, start, end);
+        if (!part.empty()) {
+            pieces.insert(pieces.end(), part.begin(), part.end());
+            return;
+        }
+        const std::size_t half = samples.size() / 2;
+        const Point middle = near[half].at;
+        joinParts(samples.first(half), near.first(half), start, middle, pieces);
+        joinParts(samples.subspan(half + 1), near.subspan(half + 1), middle, end, pieces);
     }
 
     /// Curves do not see each other: the boundaries of areas that turn over or cross themselves
@@ -226,26 +253,15 @@ private:
     }
 
     /// The curve of a model; nothing when it does not follow the samples.
-    std::vector<Piece> joined(const CrackChain& chain, const ChainModel& model,
+    std::vector<Piece> joined(bool closed, const ChainModel& model,
                               const std::vector<Sample>& samples, std::optional<Point> start,
                               std::optional<Point> end) const {
         if (model.carriers.empty())
             return {};
         std::vector<Piece> pieces = joinChain(model, samples, options, start, end);
-        if (!pieces.empty() && !followsSamples(pieces, samples, chain.from < 0))
+        if (!pieces.empty() && !followsSamples(pieces, samples, closed))
             pieces.clear();
         return pieces;
-    }
-    /// Without those that are no farther than a pixel from a junction, and so may lie behind it.
-    static std::vector<Sample> withoutEnds(const std::vector<Sample>& samples,
-                                           std::optional<Point> start, std::optional<Point> end) {
-        std::vector<Sample> kept;
-        for (const Sample& sample : samples) {
-            if ((!start || distance(sample.at, *start) > 1.0) &&
-                (!end || distance(sample.at, *end) > 1.0))
-                kept.push_back(sample);
-        }
-        return kept;
     }
     /// All places as if each were known to a part of a pixel: the doubtful ones, too.
     static std::vector<Sample> tightened(const std::vector<Sample>& samples) {

@@ -385,4 +385,20 @@ TEST(TraceRegions, StoppedTraceGivesAnEmptyMap) {
     EXPECT_EQ(tracer.trace(ground(20, 20, Red)).regions.size(), 1U);
 }
 
+TEST(TraceRegions, WhatNoCurveFollowsIsAPolygonInItsOwnPlaceAlone) {
+    QImage page(QStringLiteral(OVTRACE_SAMPLES "/text.png"));
+    ASSERT_FALSE(page.isNull());
+    page = page.convertToFormat(QImage::Format_Grayscale8);
+    for (int y = 0; y < page.height(); ++y) {
+        uchar* row = page.scanLine(y);
+        for (int x = 0; x < page.width(); ++x)
+            row[x] = row[x] > 100 ? 255 : 0;
+    }
+    const RegionMap curves = OvTraceRegions().trace(page);
+    OvTraceRegions exact;
+    exact.setOption("fit", 0);
+    // Letters of few pixels have places that no curve follows, in most of their boundaries.
+    EXPECT_LT(curves.pieces.size() * 3, exact.trace(page).pieces.size() * 2);
+}
+
 } // namespace
