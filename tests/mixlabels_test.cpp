@@ -1,0 +1,102 @@
+// The colours of mixed pixels.
+
+#include "support/coverage.h"
+#include "support/pixelview.h"
+
+#include <mixlabels.h>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace ovtrace;
+using coverage::ground;
+using coverage::paint;
+
+constexpr QRgb White = 0xffffffffU;
+constexpr QRgb Black = 0xff000000U;
+constexpr QRgb Grey = 0xff808080U;
+constexpr QRgb Red = 0xffe31a1cU;
+
+QRgb colorAt(const LabelImage& labels, int x, int y) {
+    return labels.palette[labels.at(x, y)];
+}
+
+TEST(MixLabels, MixBelongsToWhatCoversItMost) {
+    for (const double edge : {5.2, 5.4, 5.6, 5.8}) {
+        QImage image = ground(12, 8, White);
+        paint(image, Red, [edge](double x, double) { return x < edge; });
+        const LabelImage labels = labelPixels(viewOf(image), {White, Red}, {});
+        EXPECT_EQ(colorAt(labels, 4, 3), Red);
+        EXPECT_EQ(colorAt(labels, 5, 3), edge > 5.5 ? Red : White);
+        EXPECT_EQ(colorAt(labels, 6, 3), White);
+        EXPECT_EQ(labels.strangePixels, 0U);
+        EXPECT_EQ(labels.plainColors, 2U);
+    }
+}
+
+TEST(MixLabels, MixIsNotTheThirdColourThatItLooksLike) {
+    QImage image = ground(14, 10, White);
+    paint(image, Black, [](double x, double) { return x < 5.55; });
+    // The mixes are grey to within the roundings, but no grey is near.
+    const LabelImage labels = labelPixels(viewOf(image), {White, Black, qRgb(116, 116, 116)}, {});
+    for (int y = 0; y < 10; ++y)
+        EXPECT_NE(colorAt(labels, 5, y), qRgb(116, 116, 116));
+}
+
+TEST(MixLabels, LineThinnerThanAPixelIsKept) {
+    QImage image = ground(20, 12, White);
+    paint(image, Black, [](double x, double) { return x < 3.0; });
+    paint(image, Black, [](double x, double) { return x > 10.3 && x < 10.7; });
+    const LabelImage labels = labelPixels(viewOf(image), {White, Black}, {});
+    for (int y = 0; y < 12; ++y) {
+        EXPECT_EQ(colorAt(labels, 10, y), Black);
+        EXPECT_EQ(colorAt(labels, 9, y), White);
+        EXPECT_EQ(colorAt(labels, 11, y), White);
+    }
+}
+
+TEST(MixLabels, LineOfAnUnknownColourBringsIt) {
+    QImage image = ground(20, 12, White);
+    paint(image, Red, [](double x, double) { return x > 10.1 && x < 10.9; });
+    const LabelImage labels = labelPixels(viewOf(image), {White}, {});
+    ASSERT_EQ(labels.palette.size(), 2U);
+    EXPECT_EQ(labels.plainColors, 2U);
+    MixOptions fixed;
+    fixed.mayAddColors = false;
+    EXPECT_EQ(labelPixels(viewOf(image), {White}, fixed).palette.size(), 1U);
+}
+
+TEST(MixLabels, NoiseNeitherHidesAreasNorMakesThem) {
+    QImage image = ground(40, 30, White);
+    paint(image, Grey, [](double x, double y) { return x > 9.4 && x < 25.7 && y > 8 && y < 20; });
+    addNoise(image, 6, 7);
+    MixOptions options;
+    options.noise = 9;
+    options.tolerance = 24.0;
+    const LabelImage labels = labelPixels(viewOf(image), {White, Grey}, options);
+    for (int y = 9; y < 19; ++y) {
+        EXPECT_EQ(colorAt(labels, 8, y), White);
+        for (int x = 10; x < 25; ++x)
+            EXPECT_EQ(colorAt(labels, x, y), Grey) << x << ' ' << y;
+        EXPECT_EQ(colorAt(labels, 26, y), White);
+    }
+    EXPECT_EQ(labels.noise, 9);
+}
+
+TEST(MixLabels, WideEdgesAreMixesOfBothSides) {
+    QImage image = ground(30, 8, White);
+    for (int y = 0; y < 8; ++y) {
+        for (int x = 0; x < 30; ++x) {
+            const int value = x < 10 ? 255 : x < 18 ? 255 - (x - 9) * 28 : 0;
+            image.setPixel(x, y, qRgb(value, value, value));
+        }
+    }
+    const LabelImage labels = labelPixels(viewOf(image), {White, Black}, {});
+    EXPECT_EQ(labels.strangePixels, 0U);
+    EXPECT_EQ(labels.palette.size(), 2U);
+    EXPECT_EQ(colorAt(labels, 9, 4), White);
+    EXPECT_EQ(colorAt(labels, 18, 4), Black);
+}
+
+} // namespace

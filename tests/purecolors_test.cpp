@@ -1,0 +1,68 @@
+// Blocks of equal pixels, and counts of colours.
+
+#include "support/coverage.h"
+#include "support/pixelview.h"
+
+#include <purecolors.h>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace ovtrace;
+using coverage::ground;
+
+constexpr QRgb White = 0xffffffffU;
+constexpr QRgb Red = 0xffe31a1cU;
+
+std::uint32_t countOf(const ColorCounts& counts, QRgb color) {
+    const std::size_t found = counts.find(color);
+    return found < counts.entries().size() ? counts.entries()[found].count : 0;
+}
+
+TEST(PureColors, PlainImageHasABlockAtEveryPlace) {
+    const QImage image = ground(7, 5, Red);
+    const PureColors pure = findPureColors(viewOf(image));
+    EXPECT_EQ(pure.blockCount, 24U);
+    EXPECT_EQ(pure.placeCount, 24U);
+    EXPECT_EQ(countOf(pure.blocks, Red), 24U);
+}
+
+TEST(PureColors, BlocksAreThoseOfAPlainCount) {
+    std::mt19937 random(3);
+    for (int round = 0; round < 20; ++round) {
+        QImage image = ground(9, 8, White);
+        for (int i = 0; i < 20; ++i)
+            image.setPixel(int(random() % 9), int(random() % 8), random() % 2 == 0 ? Red : White);
+        std::uint32_t red = 0;
+        std::uint32_t white = 0;
+        for (int y = 0; y < 7; ++y) {
+            for (int x = 0; x < 8; ++x) {
+                const QRgb color = image.pixel(x, y);
+                if (image.pixel(x + 1, y) != color || image.pixel(x, y + 1) != color ||
+                    image.pixel(x + 1, y + 1) != color)
+                    continue;
+                ++(color == Red ? red : white);
+            }
+        }
+        const PureColors pure = findPureColors(viewOf(image));
+        EXPECT_EQ(countOf(pure.blocks, Red), red);
+        EXPECT_EQ(countOf(pure.blocks, White), white);
+        EXPECT_EQ(pure.blockCount, std::uint64_t(red) + white);
+    }
+}
+
+TEST(PureColors, OneRowHasNoBlocks) {
+    const QImage image = ground(9, 1, Red);
+    EXPECT_EQ(findPureColors(viewOf(image)).blockCount, 0U);
+}
+
+TEST(PureColors, CountingEndsSoonAfterTheMostColours) {
+    QImage image = ground(4, 3, White);
+    image.setPixel(1, 0, Red);
+    EXPECT_EQ(countOf(countColors(viewOf(image), 2), White), 11U);
+    // The first row has more than one colour: the others are not looked at.
+    EXPECT_EQ(countOf(countColors(viewOf(image), 1), White), 3U);
+}
+
+} // namespace
