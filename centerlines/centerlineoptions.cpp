@@ -1,16 +1,16 @@
 #include "centerlineoptions.h"
 
+#include <optionnames.h>
+
 #include <algorithm>
 #include <cmath>
 
 namespace ovtrace {
 namespace {
 
-const QString InkThreshold = QStringLiteral("inkthreshold");
-const QString SpeckArea = QStringLiteral("speckarea");
-const QString TextSize = QStringLiteral("textsize");
+using namespace centerlineoption;
 
-double read(const QMap<QString, double>& options, const QString& key, double least, double most) {
+double read(const QMap<QString, double>& options, QLatin1String key, double least, double most) {
     const double value = options.value(key, defaultCenterlineOptions().value(key));
     return std::isfinite(value) ? std::clamp(value, least, most)
                                 : defaultCenterlineOptions().value(key);
@@ -19,7 +19,7 @@ double read(const QMap<QString, double>& options, const QString& key, double lea
 } // namespace
 
 QMap<QString, double> defaultCenterlineOptions() {
-    return {{InkThreshold, 0.45}, {SpeckArea, 1.0}, {TextSize, 18.0}};
+    return {{QString(InkThreshold), 0.45}, {QString(SpeckArea), 1.0}, {QString(TextSize), 18.0}};
 }
 
 CenterlineOptions readCenterlineOptions(const QMap<QString, double>& options) {

@@ -151,6 +151,18 @@ void OvTraceCenterlines::setOption(const QString& key, double value) {
     options[key] = value;
 }
 
+double OvTraceCenterlines::getOption(const QString& key) const {
+    return options.value(key);
+}
+
+QMap<QString, double> OvTraceCenterlines::getOptions() const {
+    return options;
+}
+
+QStringList OvTraceCenterlines::optionNames() {
+    return defaultCenterlineOptions().keys();
+}
+
 void OvTraceCenterlines::setProgress(OvTraceProgress* progress) {
     this->progress = progress;
 }

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "optionnames.h"
 #include "traceexport.h"
 
 #include <QColor>
 #include <QList>
 #include <QMap>
 #include <QString>
+#include <QStringList>
 
 #include <ovpolyline.h>
 
@@ -18,7 +20,9 @@ struct OvCenterlinePoint {
     double x = 0.0;
     double y = 0.0;
 
-    friend bool operator==(const OvCenterlinePoint&, const OvCenterlinePoint&) = default;
+    friend bool operator==(const OvCenterlinePoint& a, const OvCenterlinePoint& b) {
+        return a.x == b.x && a.y == b.y;
+    }
 };
 
 /// One stroke of the pen: its middle line and its width.
@@ -115,6 +119,13 @@ public:
 
     /// Stores `value` under `key`. Nothing is validated; unknown keys are kept and never read.
     void setOption(const QString& key, double value);
+
+    /// The value stored under `key`; 0 for a key without one.
+    double getOption(const QString& key) const;
+    /// All values that are stored, by key.
+    QMap<QString, double> getOptions() const;
+    /// The keys that are read: a key that is none of these has no effect.
+    static QStringList optionNames();
 
     /// Names who is told of the progress of traces and may stop them; null for nobody. The object
     /// is not owned and must live as long as it is set. A copy of the tracer has the same one.

@@ -7,8 +7,9 @@
 #include <QVarLengthArray>
 
 #include <array>
-#include <bit>
 #include <cstdint>
+#include <cstdlib>
+#include <cstring>
 #include <limits>
 #include <memory>
 #include <stdexcept>
@@ -147,15 +148,28 @@ private:
         std::unique_ptr<Shapes> shapes;
     };
 
+    [[noreturn]] static void failTooLong() {
+#if defined(__cpp_exceptions) || defined(_CPPUNWIND)
+        throw std::length_error("a polyline is too long");
+#else
+        std::abort();
+#endif
+    }
     /// Where the next items will lie. Throws std::length_error when the polyline is full, beyond
     /// four thousand million numbers.
     template <typename Items> static std::uint32_t placeOf(const Items& items) {
         if (static_cast<std::size_t>(items.size()) > std::numeric_limits<std::uint32_t>::max())
-            throw std::length_error("a polyline is too long");
+            failTooLong();
         return static_cast<std::uint32_t>(items.size());
     }
+    static std::uint64_t bitsOf(double value) {
+        std::uint64_t bits = 0;
+        static_assert(sizeof bits == sizeof value);
+        std::memcpy(&bits, &value, sizeof bits);
+        return bits;
+    }
     static bool isPlusZero(double value) {
-        return std::bit_cast<std::uint64_t>(value) == 0;
+        return bitsOf(value) == 0;
     }
     static bool isPlanar(const OvVector& point) {
         return point.valid && isPlusZero(point.z);
@@ -191,9 +205,7 @@ private:
     }
     /// Whether the last two numbers are the bits of a planar point.
     bool endsAt(const OvVector& point) const {
-        const auto same = [](double a, double b) {
-            return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
-        };
+        const auto same = [](double a, double b) { return bitsOf(a) == bitsOf(b); };
         const auto& numbers = d->numbers;
         return numbers.size() >= 2 && same(*(numbers.end() - 2), point.x) &&
                same(numbers.back(), point.y);

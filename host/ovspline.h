@@ -12,8 +12,8 @@ class OvSpline final : public OvShape {
 public:
     OvSpline() = default;
 
-    void setDegree(int degree) {
-        this->degree = degree;
+    void setDegree(int newDegree) {
+        degree = newDegree;
     }
     int getDegree() const {
         return degree;

@@ -7,15 +7,20 @@
 class OvVector {
 public:
     constexpr OvVector() = default;
-    constexpr OvVector(double x, double y, double z = 0.0, bool valid = true)
-        : x(x), y(y), z(z), valid(valid) {
+    constexpr OvVector(double atX, double atY, double atZ = 0.0, bool isValid = true)
+        : x(atX), y(atY), z(atZ), valid(isValid) {
     }
 
     static constexpr OvVector invalid() {
         return {0.0, 0.0, 0.0, false};
     }
 
-    bool operator==(const OvVector&) const = default;
+    bool operator==(const OvVector& other) const {
+        return x == other.x && y == other.y && z == other.z && valid == other.valid;
+    }
+    bool operator!=(const OvVector& other) const {
+        return !(*this == other);
+    }
 
     double x = 0.0;
     double y = 0.0;

@@ -7,7 +7,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <span>
 #include <vector>
 
 namespace ovtrace {
@@ -20,6 +19,41 @@ enum class JunctionId : std::int32_t { None = -1 };
 template <typename Id> constexpr std::size_t indexOf(Id id) {
     return static_cast<std::size_t>(id);
 }
+
+/// Some items of a list that follow one another; for as long as the list stays.
+template <typename Item> class ListPart {
+public:
+    ListPart(const Item* firstItem, std::size_t itemCount) : first(firstItem), count(itemCount) {
+    }
+    const Item* begin() const {
+        return first;
+    }
+    const Item* end() const {
+        return first + count;
+    }
+    const Item* data() const {
+        return first;
+    }
+    std::size_t size() const {
+        return count;
+    }
+    bool empty() const {
+        return count == 0;
+    }
+    const Item& operator[](std::size_t i) const {
+        return first[i];
+    }
+    const Item& front() const {
+        return first[0];
+    }
+    const Item& back() const {
+        return first[count - 1];
+    }
+
+private:
+    const Item* first;
+    std::size_t count;
+};
 
 /// A curve between two areas, walked so that `left` lies on its left as one sees it in the picture.
 struct MapBoundary {
@@ -86,13 +120,13 @@ struct RegionMap {
     const MapBoundary& boundary(BoundaryId id) const {
         return boundaries[indexOf(id)];
     }
-    std::span<const MapRing> ringsOf(const MapRegion& region) const {
+    ListPart<MapRing> ringsOf(const MapRegion& region) const {
         return {rings.data() + region.firstRing, region.ringCount};
     }
-    std::span<const RingStep> stepsOf(const MapRing& ring) const {
+    ListPart<RingStep> stepsOf(const MapRing& ring) const {
         return {steps.data() + ring.firstStep, ring.stepCount};
     }
-    std::span<const Piece> piecesOf(const MapBoundary& boundary) const {
+    ListPart<Piece> piecesOf(const MapBoundary& boundary) const {
         return {pieces.data() + boundary.firstPiece, boundary.pieceCount};
     }
 };

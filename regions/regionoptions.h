@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optionnames.h>
+
 #include <QMap>
 #include <QString>
 
@@ -17,19 +19,30 @@ struct RegionOptions {
     bool cubics = true;
 };
 
+/// The options that a new tracer has, with their defaults.
+inline QMap<QString, double> defaultRegionOptions() {
+    return {{QString(regionoption::Colors), 64.0},
+            {QString(regionoption::Tolerance), 0.03},
+            {QString(regionoption::Speck), -1.0},
+            {QString(regionoption::Fit), 1.0},
+            {QString(regionoption::Cubics), 1.0}};
+}
+
 /// Reads the options; values out of their range become the nearest in it, what is no number the
 /// default.
 inline RegionOptions readRegionOptions(const QMap<QString, double>& values) {
-    const auto read = [&](const char* key, double standard, double least, double most) {
-        const double value = values.value(QLatin1String(key), standard);
+    const QMap<QString, double> defaults = defaultRegionOptions();
+    const auto read = [&](QLatin1String key, double least, double most) {
+        const double standard = defaults.value(key);
+        const double value = values.value(key, standard);
         return value == value ? std::clamp(value, least, most) : standard;
     };
     RegionOptions options;
-    options.mostColors = static_cast<std::size_t>(read("colors", 64.0, 1.0, 4096.0));
-    options.tolerance = read("tolerance", options.tolerance, 0.0, 100.0);
-    options.speck = read("speck", options.speck, -1.0, 1e9);
-    options.exactPixels = read("fit", 1.0, 0.0, 1.0) == 0.0;
-    options.cubics = read("cubics", 1.0, 0.0, 1.0) != 0.0;
+    options.mostColors = static_cast<std::size_t>(read(regionoption::Colors, 1.0, 4096.0));
+    options.tolerance = read(regionoption::Tolerance, 0.0, 100.0);
+    options.speck = read(regionoption::Speck, -1.0, 1e9);
+    options.exactPixels = read(regionoption::Fit, 0.0, 1.0) == 0.0;
+    options.cubics = read(regionoption::Cubics, 0.0, 1.0) != 0.0;
     return options;
 }
 

@@ -16,13 +16,27 @@
 #include <optional>
 #include <utility>
 
-OvTraceRegions::OvTraceRegions() = default;
+OvTraceRegions::OvTraceRegions() : options(ovtrace::defaultRegionOptions()) {
+}
+
 OvTraceRegions::OvTraceRegions(const OvTraceRegions& other) = default;
 OvTraceRegions& OvTraceRegions::operator=(const OvTraceRegions& other) = default;
 OvTraceRegions::~OvTraceRegions() = default;
 
 void OvTraceRegions::setOption(const QString& key, double value) {
     options.insert(key, value);
+}
+
+double OvTraceRegions::getOption(const QString& key) const {
+    return options.value(key);
+}
+
+QMap<QString, double> OvTraceRegions::getOptions() const {
+    return options;
+}
+
+QStringList OvTraceRegions::optionNames() {
+    return ovtrace::defaultRegionOptions().keys();
 }
 
 void OvTraceRegions::setPalette(const QList<QRgb>& colors) {

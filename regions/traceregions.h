@@ -1,11 +1,13 @@
 #pragma once
 
+#include "optionnames.h"
 #include "regions/regionmap.h"
 #include "traceexport.h"
 
 #include <QList>
 #include <QMap>
 #include <QString>
+#include <QStringList>
 
 #include <ovpolyline.h>
 
@@ -40,6 +42,13 @@ public:
 
     /// Stores `value` under `key`. Nothing is validated; unknown keys are kept and never read.
     void setOption(const QString& key, double value);
+
+    /// The value stored under `key`; 0 for a key without one.
+    double getOption(const QString& key) const;
+    /// All values that are stored, by key.
+    QMap<QString, double> getOptions() const;
+    /// The keys that are read: a key that is none of these has no effect.
+    static QStringList optionNames();
 
     /// Sets the colours that the next trace uses, and no others; an empty list makes it find them
     /// in the image. Colours are not premultiplied.

@@ -20,7 +20,13 @@ struct Piece {
     Point control1;
     Point control2;
 
-    bool operator==(const Piece&) const = default;
+    friend bool operator==(const Piece& a, const Piece& b) {
+        return a.kind == b.kind && a.from == b.from && a.to == b.to && a.bulge == b.bulge &&
+               a.control1 == b.control1 && a.control2 == b.control2;
+    }
+    friend bool operator!=(const Piece& a, const Piece& b) {
+        return !(a == b);
+    }
 };
 
 } // namespace ovtrace

@@ -9,7 +9,12 @@ struct Point {
     double x = 0.0;
     double y = 0.0;
 
-    bool operator==(const Point&) const = default;
+    friend bool operator==(const Point& a, const Point& b) {
+        return a.x == b.x && a.y == b.y;
+    }
+    friend bool operator!=(const Point& a, const Point& b) {
+        return !(a == b);
+    }
 
     Point& operator+=(Point other) {
         x += other.x;

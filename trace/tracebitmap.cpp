@@ -48,6 +48,18 @@ void OvTraceBitmap::setOption(const QString& key, double value) {
     options[key] = value;
 }
 
+double OvTraceBitmap::getOption(const QString& key) const {
+    return options.value(key);
+}
+
+QMap<QString, double> OvTraceBitmap::getOptions() const {
+    return options;
+}
+
+QStringList OvTraceBitmap::optionNames() {
+    return defaultOptions().keys() + QStringList{option::UseAlpha, option::UseBrightness};
+}
+
 void OvTraceBitmap::setPalette(const QList<QList<char>>& palette) {
     this->palette = palette;
 }

@@ -1,0 +1,45 @@
+# Compiles every installed header alone as C++17, and all of them as C++20 and C++23 and without
+# exceptions, each with the warnings of a strict consumer. In: PROJECT_BUILD (to install from),
+# COMPILERS, FOLDERS (Qt's headers), WORK.
+
+include(${CMAKE_CURRENT_LIST_DIR}/support.cmake)
+file(REMOVE_RECURSE ${WORK})
+run(${CMAKE_COMMAND} --install ${PROJECT_BUILD} --prefix ${WORK}/prefix)
+file(GLOB_RECURSE headers ${WORK}/prefix/include/*.h)
+list(LENGTH headers count)
+if(count LESS 12)
+  message(FATAL_ERROR "only ${count} headers are installed")
+endif()
+file(GLOB folders LIST_DIRECTORIES true ${WORK}/prefix/include/*)
+set(flags -fPIC -fsyntax-only -Wall -Wextra -Wconversion -Wshadow -Werror -DQT_NO_CAST_FROM_ASCII)
+foreach(folder ${folders})
+  list(APPEND flags -I${folder})
+endforeach()
+foreach(folder ${FOLDERS})
+  list(APPEND flags -isystem ${folder})
+endforeach()
+
+# compile(NAME CONTENT FLAGS...): the content as a source, by all compilers.
+function(compile name content)
+  file(WRITE ${WORK}/${name}.cpp "${content}")
+  foreach(compiler ${COMPILERS})
+    run(${compiler} ${flags} ${ARGN} ${WORK}/${name}.cpp)
+  endforeach()
+endfunction()
+set(all "")
+foreach(header ${headers})
+  get_filename_component(name ${header} NAME_WE)
+  compile(${name} "#include \"${header}\"\n#include \"${header}\"\n" -std=c++17)
+  string(APPEND all "#include \"${header}\"\n")
+endforeach()
+compile(all20 "${all}" -std=c++20)
+compile(all23 "${all}" -std=c++2b)
+compile(quiet17 "${all}" -std=c++17 -fno-exceptions)
+# The check itself: what only a newer language has does not pass.
+file(WRITE ${WORK}/new.cpp "#include <span>\nstd::span<int> none;\n")
+list(GET COMPILERS 0 compiler)
+execute_process(COMMAND ${compiler} ${flags} -std=c++17 ${WORK}/new.cpp RESULT_VARIABLE status
+                OUTPUT_QUIET ERROR_QUIET)
+if(status EQUAL 0)
+  message(FATAL_ERROR "C++17 is not what the headers are compiled as")
+endif()
