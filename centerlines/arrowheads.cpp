@@ -1,6 +1,7 @@
 #include "arrowheads.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <optional>
 
@@ -49,7 +50,7 @@ public:
 
 private:
     const Across& at(double d) const {
-        const auto k = static_cast<std::size_t>(std::max(d, 0.0) / Step + 0.5);
+        const auto k = static_cast<std::size_t>((std::max(d, 0.0) + Step / 2.0) / Step);
         return profile[std::min(k, profile.size() - 1)];
     }
 
@@ -98,13 +99,12 @@ private:
         const double width = 2.0 * slope(base) * base;
         if (base < 0.8 * width || base > 4.0 * width)
             return false;
-        for (const double part : {0.35, 0.5, 0.65, 0.8}) {
+        constexpr std::array<double, 4> Parts{0.35, 0.5, 0.65, 0.8};
+        return std::ranges::all_of(Parts, [&](double part) {
             const Across& a = at(part * base);
-            if (std::abs(a.width() - std::max(part * width, line.width)) > 0.15 * width + 1.5 ||
-                std::abs(a.left - a.right) > 0.25 * width + 1.0)
-                return false;
-        }
-        return true;
+            return std::abs(a.width() - std::max(part * width, line.width)) <= 0.15 * width + 1.5 &&
+                   std::abs(a.left - a.right) <= 0.25 * width + 1.0;
+        });
     }
 
     /// Half the width over the distance from the tip.
