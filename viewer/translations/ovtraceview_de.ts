@@ -904,6 +904,10 @@
         <translation>Foto</translation>
     </message>
     <message>
+        <source>lineart</source>
+        <translation>Strichzeichnung</translation>
+    </message>
+    <message>
         <source>logo</source>
         <translation>Logo</translation>
     </message>
