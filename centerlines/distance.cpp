@@ -1,23 +1,15 @@
 #include "distance.h"
 
 #include "pace.h"
+#include "ridgemedian.h"
 
 #include <algorithm>
-#include <array>
 
 namespace ovtrace {
 namespace {
 
 std::uint8_t raised(int distance) {
     return static_cast<std::uint8_t>(std::min(distance, 255));
-}
-
-bool isRidge(const std::uint8_t* at, std::ptrdiff_t stride) {
-    const int d = at[0];
-    // No neighbour is further inside by as much as a step: 3 straight, 4 across corners.
-    return at[-1] < d + 3 && at[1] < d + 3 && at[-stride] < d + 3 && at[stride] < d + 3 &&
-           at[-stride - 1] < d + 4 && at[-stride + 1] < d + 4 && at[stride - 1] < d + 4 &&
-           at[stride + 1] < d + 4;
 }
 
 } // namespace
@@ -55,25 +47,16 @@ std::vector<std::uint8_t> distanceToPaper(const InkMask& mask, Pace& pace) {
 
 std::uint8_t medianRidge(const InkMask& mask, const std::vector<std::uint8_t>& distance,
                          Pace& pace) {
-    std::array<std::uint32_t, 256> histogram{};
-    std::uint32_t count = 0;
+    RidgeMedian median;
     for (int y = 0; y < mask.rows - 2; ++y) {
         const std::size_t first = mask.indexOf(0, y);
         for (std::size_t i = first; i < first + static_cast<std::size_t>(mask.stride - 2); ++i) {
-            if (!distance[i] || !isRidge(distance.data() + i, mask.stride))
-                continue;
-            ++histogram[distance[i]];
-            ++count;
+            if (distance[i])
+                median.look(distance.data() + i, mask.stride);
         }
         pace.step(y, mask.rows);
     }
-    std::uint32_t seen = 0;
-    for (std::size_t i = 0; i < histogram.size(); ++i) {
-        seen += histogram[i];
-        if (2 * seen > count)
-            return static_cast<std::uint8_t>(i);
-    }
-    return 0;
+    return median.value();
 }
 
 } // namespace ovtrace

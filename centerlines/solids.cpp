@@ -2,6 +2,7 @@
 
 #include "distance.h"
 #include "pace.h"
+#include "ridgemedian.h"
 
 #include <algorithm>
 #include <array>
@@ -22,28 +23,13 @@ struct Candidate {
 /// The deepest pixels of a component tell how wide its strokes are: the median of its ridge.
 std::uint8_t ridgeOf(const InkMask& mask, const std::vector<std::uint8_t>& distance,
                      const InkComponents& all, const InkComponent& component) {
-    std::array<std::uint32_t, 256> histogram{};
-    std::uint32_t count = 0;
-    const std::ptrdiff_t s = mask.stride;
+    RidgeMedian median;
     for (std::uint32_t i = 0; i < component.runCount; ++i) {
         const InkRun& run = all.runs[component.firstRun + i];
-        for (int x = run.begin; x < run.end; ++x) {
-            const std::uint8_t* at = distance.data() + mask.indexOf(x, run.y);
-            const int straight = std::max({at[-1], at[1], *(at - s), at[s]});
-            const int diagonal = std::max({at[-s - 1], at[-s + 1], at[s - 1], at[s + 1]});
-            if (straight >= at[0] + 3 || diagonal >= at[0] + 4)
-                continue;
-            ++histogram[at[0]];
-            ++count;
-        }
+        for (int x = run.begin; x < run.end; ++x)
+            median.look(distance.data() + mask.indexOf(x, run.y), mask.stride);
     }
-    std::uint32_t seen = 0;
-    for (std::size_t i = 0; i < histogram.size(); ++i) {
-        seen += histogram[i];
-        if (2 * seen > count)
-            return static_cast<std::uint8_t>(i);
-    }
-    return 0;
+    return median.value();
 }
 
 /// Grows areas through ink from pixels that lie deep in it.

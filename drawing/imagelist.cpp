@@ -53,7 +53,7 @@ private:
             return false;
         seen.insert(facts.identity);
         if (!recursive)
-            list.skipped.append(QString("%1: a folder, into which --recursive goes").arg(name));
+            list.folders.append(name);
         return recursive;
     }
 

@@ -14,6 +14,7 @@ struct FoundImage {
 struct ImageList {
     QList<FoundImage> images; ///< in order of the inputs, in folders by name
     QStringList skipped;      ///< files of folders that are left out, with the reason
+    QStringList folders;      ///< in folders that were named, and not gone into
     qsizetype others = 0;     ///< further files of folders, whose names are no pictures' names
     QStringList failures;     ///< inputs that cannot be used, with the reason
     bool hasFolder = false;   ///< whether an input is a folder

@@ -1,6 +1,8 @@
 // Maps an image that the fuzzer makes, under options that it makes, and demands what holds for any
 // map: areas that sum to the image's, rings that close to the last digit, the same map twice.
 
+#include "fuzzinput.h"
+
 #include <traceregions.h>
 
 #include <QImage>
@@ -9,33 +11,13 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <iterator>
 
 namespace {
 
 using namespace ovtrace;
 
-/// The fuzzer's bytes, taken from the front; zeros after the end.
-class Input {
-public:
-    Input(const std::uint8_t* bytes, std::size_t size) : bytes(bytes), left(size) {
-    }
-    template <typename Value> Value take() {
-        Value value{};
-        const std::size_t size = std::min(left, sizeof value);
-        std::memcpy(&value, bytes, size);
-        bytes += size;
-        left -= size;
-        return value;
-    }
-
-private:
-    const std::uint8_t* bytes;
-    std::size_t left;
-};
-
-QImage takeImage(Input& input) {
+QImage takeImage(FuzzInput& input) {
     const int width = input.take<std::uint8_t>() % 24 + 1;
     const int height = input.take<std::uint8_t>() % 24 + 1;
     const bool mixed = input.take<std::uint8_t>() % 2 == 1;
@@ -95,7 +77,7 @@ void check(const RegionMap& map, double opaque) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-    Input input(bytes, size);
+    FuzzInput input(bytes, size);
     constexpr const char* Keys[] = {"colors", "tolerance", "speck", "fit", "cubics"};
     OvTraceRegions tracer;
     for (int count = input.take<std::uint8_t>() % 6; count > 0; --count) {

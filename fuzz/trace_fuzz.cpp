@@ -1,6 +1,7 @@
 // Traces an image that the fuzzer makes, under options that it makes, twice on one object, and
 // compares every result with the reference.
 
+#include "fuzzinput.h"
 #include "reference/compare.h"
 #include "reference/tracetwin.h"
 
@@ -10,31 +11,8 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 
 namespace {
-
-/// The fuzzer's bytes, taken from the front; zeros after the end.
-class Input {
-public:
-    Input(const std::uint8_t* bytes, std::size_t size) : bytes(bytes), left(size) {
-    }
-    bool isEmpty() const {
-        return left == 0;
-    }
-    template <typename Value> Value take() {
-        Value value{};
-        const std::size_t size = std::min(left, sizeof value);
-        std::memcpy(&value, bytes, size);
-        bytes += size;
-        left -= size;
-        return value;
-    }
-
-private:
-    const std::uint8_t* bytes;
-    std::size_t left;
-};
 
 constexpr const char* Keys[] = {
     "monochrome",    "numberofcolors", "mincolorratio",  "colorquantcycles",
@@ -43,7 +21,7 @@ constexpr const char* Keys[] = {
     "usealpha",      "usebrightness"};
 
 /// A small value, or any double at all where it cannot cost hours.
-double takeValue(Input& input, const QString& key) {
+double takeValue(FuzzInput& input, const QString& key) {
     const auto small = input.take<std::int8_t>();
     if (small != -128)
         return small / 4.0;
@@ -52,7 +30,7 @@ double takeValue(Input& input, const QString& key) {
     return counts && value > 64.0 && value < 2147483648.0 ? 64.0 : value;
 }
 
-QImage takeImage(Input& input) {
+QImage takeImage(FuzzInput& input) {
     const int width = input.take<std::uint8_t>() % 32 + 1;
     const int height = input.take<std::uint8_t>() % 32 + 1;
     const auto kind = input.take<std::uint8_t>();
@@ -82,7 +60,7 @@ void demand(bool holds, const QString& what) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-    Input input(bytes, size);
+    FuzzInput input(bytes, size);
     OvTraceBitmap engine;
     TraceTwin twin;
     for (int count = input.take<std::uint8_t>() % 12; count > 0; --count) {

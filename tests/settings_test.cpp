@@ -7,9 +7,15 @@
 #include <drawing/settinguse.h>
 #include <drawing/settingvalue.h>
 
+#include <QFile>
+#include <QRegularExpression>
 #include <QSet>
 
 #include <gtest/gtest.h>
+
+#include <tracebitmap.h>
+#include <tracecenterlines.h>
+#include <traceregions.h>
 
 namespace {
 
@@ -84,6 +90,47 @@ TEST(SettingTable, PresetsHoldValuesOfTheTable) {
             EXPECT_EQ(settingFromValue(*setting, value.value(), "it"), value.value());
         }
     }
+}
+
+TEST(SettingTable, HasTheOptionsOfEveryTracer) {
+    const QHash<Method, QStringList> options{
+        {Method::Outlines, OvTraceBitmap::optionNames()},
+        {Method::Regions, OvTraceRegions::optionNames()},
+        {Method::Centerlines, OvTraceCenterlines::optionNames()}};
+    QHash<Method, QStringList> found;
+    for (const Setting& setting : settingTable()) {
+        if (!setting.isTracerOption)
+            continue;
+        for (const Method method : setting.methods) {
+            EXPECT_TRUE(options[method].contains(setting.key)) << setting.key;
+            found[method].append(setting.key);
+        }
+    }
+    for (const auto& [method, names] : options.asKeyValueRange()) {
+        for (const QString& name : names)
+            EXPECT_TRUE(found[method].contains(name)) << name.toStdString();
+    }
+}
+
+QString rangeInWords(const Setting& setting) {
+    const auto word = [](double value) { return QString::number(value, 'f', 0); };
+    return word(setting.low) + " to " + word(setting.high);
+}
+
+TEST(SettingTable, RangesOfTheEnginesOptionsAreThoseOfTheirPage) {
+    QFile page(OVTRACE_DOCS "/options.md");
+    ASSERT_TRUE(page.open(QIODevice::ReadOnly));
+    const QString text = QString::fromUtf8(page.readAll());
+    int rows = 0;
+    for (const Setting& setting : settingTable()) {
+        if (!setting.isTracerOption || !setting.methods.contains(Method::Outlines))
+            continue;
+        const QRegularExpression row(
+            QString("\\| `%1` \\| [^|]* \\| ([^|]*) \\|").arg(setting.key));
+        EXPECT_EQ(row.match(text).captured(1), rangeInWords(setting)) << setting.key;
+        ++rows;
+    }
+    EXPECT_EQ(rows, OvTraceBitmap::optionNames().size());
 }
 
 TEST(SettingValue, WordsAreReadInAnyCase) {

@@ -83,6 +83,8 @@ Plan makePlan(const Arguments& arguments) {
         findImages(arguments.inputs, arguments.recursive, arguments.outputFolder);
     Plan plan;
     plan.skipped = list.skipped;
+    for (const QString& folder : list.folders)
+        plan.skipped.append(QString("%1: a folder, into which --recursive goes").arg(folder));
     plan.others = list.others;
     plan.failures = list.failures;
     for (const FoundImage& image : list.images) {

@@ -15,7 +15,7 @@ struct Job {
 /// All that a run is going to do, checked before it writes anything.
 struct Plan {
     QList<Job> jobs;
-    QStringList skipped;  ///< see ImageList
+    QStringList skipped;  ///< files and folders that are left out, with the reason
     qsizetype others = 0; ///< likewise
     QStringList failures; ///< inputs that cannot be used
     bool isBatch = false; ///< whether there may be more than one result
