@@ -2,6 +2,7 @@
 
 #include "traceprogress.h"
 
+#include <algorithm>
 #include <chrono>
 
 namespace ovtrace {
@@ -34,9 +35,11 @@ private:
     using Clock = std::chrono::steady_clock;
     static constexpr std::chrono::milliseconds Interval{8};
 
+    /// Parts of a stage may each count from its start: what was told stays told.
     void report(double fraction) {
         last = Clock::now();
-        if (!progress->report(fraction))
+        told = std::max(told, fraction);
+        if (!progress->report(told))
             throw TraceCancelled();
     }
 
@@ -44,6 +47,7 @@ private:
     Clock::time_point last;
     double begin = 0.0;
     double end = 0.0;
+    double told = 0.0;
 };
 
 } // namespace ovtrace
