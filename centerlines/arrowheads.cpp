@@ -147,6 +147,13 @@ bool isSolid(const InkMask& mask, const InkLevels& ink, Point p) {
     return mask.values[mask.indexOf(x, y)] == InkMask::Solid;
 }
 
+/// Whether a head's corners are in the image, up to half a pixel.
+bool isInImage(const InkArea& head, const InkLevels& ink) {
+    return std::ranges::all_of(head.rings.front(), [&](Point p) {
+        return p.x >= -0.5 && p.y >= -0.5 && p.x <= ink.width + 0.5 && p.y <= ink.height + 0.5;
+    });
+}
+
 } // namespace
 
 std::vector<InkArea> findArrowHeads(const InkLevels& ink, const InkMask& mask,
@@ -158,7 +165,7 @@ std::vector<InkArea> findArrowHeads(const InkLevels& ink, const InkMask& mask,
                 !stroke.dashes.empty() || stroke.ends[static_cast<std::size_t>(end)].solid)
                 continue;
             const auto head = HeadFinder(ink, stroke, end).find();
-            if (head && !isSolid(mask, ink, head->inside))
+            if (head && isInImage(*head, ink) && !isSolid(mask, ink, head->inside))
                 heads.push_back(*head);
         }
     return heads;

@@ -255,6 +255,26 @@ TEST(TraceCenterlines, ProgressRisesAndCancels) {
     EXPECT_EQ(early.left, -1) << "nothing is reported after the host has said no";
 }
 
+// What a fuzzer found: half a head beside the image's edge, whose other half would lie outside.
+TEST(TraceCenterlines, AreasStayInTheImage) {
+    const QStringList rows{QStringLiteral("#.......#.#.#...........##.#.#"),
+                           QStringLiteral("...##...#.........###..#..#..#"),
+                           QStringLiteral("###.#..####.#.#..#...##.###.#."),
+                           QStringLiteral("#....#.##.##.#.#.###..#.#....#"),
+                           QStringLiteral("..............................")};
+    QImage image(30, 5, QImage::Format_Grayscale8);
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            image.scanLine(y)[x] = rows[y][x] == QLatin1Char('#') ? 0 : 255;
+    const OvCenterlines result = OvTraceCenterlines().trace(image);
+    for (const OvCenterlineArea& area : result.areas)
+        for (const QList<OvCenterlinePoint>& ring : area.rings)
+            for (const OvCenterlinePoint& p : ring) {
+                EXPECT_TRUE(p.x >= -1.0 && p.x <= image.width() + 1.0) << p.x;
+                EXPECT_TRUE(p.y >= -1.0 && p.y <= image.height() + 1.0) << p.y;
+            }
+}
+
 TEST(TraceCenterlines, PolylinesHaveBulgesAndWidths) {
     Sheet sheet(160, 160);
     sheet.circle(80.0, 80.0, 50.0, 3.0);
