@@ -56,15 +56,21 @@ OvPreparedImage OvPrepareImage::prepare(const QImage& image) const {
         // What turning adds at the corners is as light as the paper beside it once that is white.
         if (options.value("whiten") > 0.0 || (deskew && threshold == LocalThreshold))
             prepared.image = whitened(prepared.image, pace);
+        QImage page; // locally thresholded, as long as the image stays as it is
         if (deskew) {
             pace.stage(0.6);
-            prepared.slope = skewOf(binarized(prepared.image, ThresholdKind::Local, 0, pace), pace);
+            page = binarized(prepared.image, ThresholdKind::Local, 0, pace);
+            prepared.slope = skewOf(page, pace);
             pace.stage(0.8);
-            if (prepared.slope != 0.0)
+            if (prepared.slope != 0.0) {
                 prepared.image = straightened(prepared.image, prepared.slope, pace);
+                page = {};
+            }
         }
         pace.stage(1.0);
-        prepared.image = thresholded(prepared.image, threshold, pace);
+        prepared.image = threshold == LocalThreshold && !page.isNull()
+                             ? page
+                             : thresholded(prepared.image, threshold, pace);
     } catch (const TraceCancelled&) {
         return {};
     }
