@@ -169,7 +169,7 @@ private:
         const double place = placeAlong(stroke, p);
         if (stroke.carrier.isLine())
             return e == 0 ? -place : place - lengthOf(stroke);
-        const double round = 2.0 * 3.14159265358979323846 * stroke.carrier.radius;
+        const double round = circumferenceOf(stroke);
         return e == 0 ? (place > 2.0 ? round - place : -place) : place - lengthOf(stroke);
     }
 

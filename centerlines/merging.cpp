@@ -202,7 +202,7 @@ private:
         const int first = along ? 0 : 1;
         const Point bFrom = b.ends[static_cast<std::size_t>(first)].at;
         const Point bTo = b.ends[static_cast<std::size_t>(1 - first)].at;
-        const double round = 2.0 * 3.14159265358979323846 * a.carrier.radius;
+        const double round = circumferenceOf(a);
         const double la = lengthOf(a);
         const double after = placeAlong(a, bFrom) - la;
         const double before = round - placeAlong(a, bTo);
@@ -275,7 +275,7 @@ private:
     void closeCircle(Stroke& stroke) {
         if (stroke.carrier.isLine() || stroke.closed)
             return;
-        const double round = 2.0 * 3.14159265358979323846 * stroke.carrier.radius;
+        const double round = circumferenceOf(stroke);
         const double length = lengthOf(stroke);
         if (length < 0.6 * round)
             return;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "paper.h"
+
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -21,13 +23,7 @@ public:
 
     /// 0 without ridges.
     std::uint8_t value() const {
-        std::uint32_t seen = 0;
-        for (std::size_t i = 0; i < histogram.size(); ++i) {
-            seen += histogram[i];
-            if (2 * seen > count)
-                return static_cast<std::uint8_t>(i);
-        }
-        return 0;
+        return count == 0 ? std::uint8_t{0} : levelOfRank(histogram, count / 2);
     }
 
 private:

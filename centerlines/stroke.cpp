@@ -62,9 +62,13 @@ std::vector<Piece> piecesOf(const Stroke& stroke) {
     return pieces;
 }
 
+double circumferenceOf(const Stroke& arc) {
+    return 2.0 * Pi * arc.carrier.radius;
+}
+
 double lengthOf(const Stroke& stroke) {
     if (stroke.closed)
-        return 2.0 * Pi * stroke.carrier.radius;
+        return circumferenceOf(stroke);
     if (stroke.carrier.isLine())
         return distance(stroke.start(), stroke.finish());
     return placeAlong(stroke, stroke.finish());
@@ -116,7 +120,7 @@ bool covers(const Stroke& stroke, Point point, double slack) {
     const double place = placeAlong(stroke, point);
     if (place >= -slack && place <= length + slack)
         return true;
-    return !stroke.carrier.isLine() && place >= 2.0 * Pi * stroke.carrier.radius - slack;
+    return !stroke.carrier.isLine() && place >= circumferenceOf(stroke) - slack;
 }
 
 } // namespace ovtrace

@@ -48,6 +48,9 @@ std::vector<Piece> piecesOf(const Stroke& stroke);
 
 double lengthOf(const Stroke& stroke);
 
+/// Once around the circle of an arc, in pixels.
+double circumferenceOf(const Stroke& arc);
+
 /// Points along the stroke about `step` apart, ends included.
 std::vector<Point> pointsAlong(const Stroke& stroke, double step);
 

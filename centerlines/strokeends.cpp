@@ -96,7 +96,7 @@ private:
         const double along = placeAlong(stroke, p);
         if (stroke.carrier.isLine())
             return e == 0 ? -along : along - lengths[index(i)];
-        const double round = 2.0 * 3.14159265358979323846 * stroke.carrier.radius;
+        const double round = circumferenceOf(stroke);
         const double length = lengths[index(i)];
         // A place in the gap belongs to the nearer end.
         if (e == 1)

@@ -149,8 +149,7 @@ std::uint8_t levelOfRank(const std::array<std::uint32_t, 256>& histogram, std::u
 }
 
 Paper::Paper(int width, int height, std::vector<std::uint8_t> cells)
-    : width(width), columns((width + Cell - 1) / Cell), rows((height + Cell - 1) / Cell),
-      cells(std::move(cells)) {
+    : width(width), columns(cellsAlong(width)), rows(cellsAlong(height)), cells(std::move(cells)) {
 }
 
 void Paper::row(int y, std::vector<std::uint8_t>& out) const {
@@ -200,8 +199,8 @@ InkLevels brightness(const QImage& image, Pace& pace) {
 }
 
 std::vector<std::uint8_t> cellMedians(const InkLevels& brightness, Pace& pace) {
-    const int columns = (brightness.width + Paper::Cell - 1) / Paper::Cell;
-    const int rows = (brightness.height + Paper::Cell - 1) / Paper::Cell;
+    const int columns = Paper::cellsAlong(brightness.width);
+    const int rows = Paper::cellsAlong(brightness.height);
     std::vector<std::uint8_t> medians(static_cast<std::size_t>(columns) *
                                       static_cast<std::size_t>(rows));
     const auto cell = [columns](int cx, int cy) {
@@ -226,8 +225,8 @@ std::vector<std::uint8_t> cellMedians(const InkLevels& brightness, Pace& pace) {
 
 Paper paperOf(const InkLevels& brightness, Pace& pace) {
     const std::vector<std::uint8_t> medians = cellMedians(brightness, pace);
-    const int columns = (brightness.width + Paper::Cell - 1) / Paper::Cell;
-    const int rows = (brightness.height + Paper::Cell - 1) / Paper::Cell;
+    const int columns = Paper::cellsAlong(brightness.width);
+    const int rows = Paper::cellsAlong(brightness.height);
     const auto cell = [columns](int cx, int cy) {
         return static_cast<std::size_t>(cy) * static_cast<std::size_t>(columns) +
                static_cast<std::size_t>(cx);
@@ -251,8 +250,7 @@ Paper paperOf(const InkLevels& brightness, Pace& pace) {
 }
 
 Paper evenPaper(int width, int height, std::vector<std::uint8_t> medians) {
-    const CellGrid grid{medians, (width + Paper::Cell - 1) / Paper::Cell,
-                        (height + Paper::Cell - 1) / Paper::Cell};
+    const CellGrid grid{medians, Paper::cellsAlong(width), Paper::cellsAlong(height)};
     grid.close();
     grid.bridge(leftOfLight(width, height));
     return {width, height, std::move(medians)};

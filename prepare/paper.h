@@ -16,6 +16,11 @@ public:
     /// Pixels a cell of the grid, each way.
     static constexpr int Cell = 16;
 
+    /// Cells that cover so many pixels.
+    static constexpr int cellsAlong(int pixels) {
+        return (pixels + Cell - 1) / Cell;
+    }
+
     Paper(int width, int height, std::vector<std::uint8_t> cells);
 
     /// The paper's brightness along row `y`, interpolated between the middles of cells.

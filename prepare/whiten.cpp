@@ -37,8 +37,8 @@ struct ChannelPaper {
 };
 
 ChannelPaper channelPaper(const QImage& image, int shift, Pace& pace) {
-    const int columns = (image.width() + Paper::Cell - 1) / Paper::Cell;
-    const int rows = (image.height() + Paper::Cell - 1) / Paper::Cell;
+    const int columns = Paper::cellsAlong(image.width());
+    const int rows = Paper::cellsAlong(image.height());
     std::vector<std::uint8_t> medians;
     medians.reserve(static_cast<std::size_t>(columns) * static_cast<std::size_t>(rows));
     std::array<std::uint32_t, 256> spreads{};
