@@ -8,6 +8,7 @@
 
 #include <drawing/tracing.h>
 #include <drawing/writers/picture.h>
+#include <tests/support/drawnpicture.h>
 
 #include <algorithm>
 #include <cmath>
@@ -23,16 +24,6 @@ namespace {
 
 constexpr int Turns = 3;
 constexpr int Line = 4; ///< the width of lines and gaps, in pixels
-
-/// A square picture, black where `isInk` says so.
-QImage drawn(int side, const std::function<bool(int, int)>& isInk) {
-    QImage image(side, side, QImage::Format_Grayscale8);
-    for (int y = 0; y < side; ++y) {
-        for (int x = 0; x < side; ++x)
-            image.scanLine(y)[x] = isInk(x, y) ? 0 : 255;
-    }
-    return image;
-}
 
 /// Teeth and gaps one pixel wide.
 QImage comb(int side) {

@@ -1,3 +1,5 @@
+#include "support/drawnpicture.h"
+
 #include <drawing/raster/imagerows.h>
 #include <drawing/tracing.h>
 #include <drawing/writers/painting.h>
@@ -10,7 +12,6 @@
 #include <algorithm>
 #include <cmath>
 #include <ctime>
-#include <functional>
 
 namespace {
 
@@ -68,16 +69,6 @@ double secondsToPaint(const QImage& image) {
         least = std::min(least, static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC);
     }
     return least;
-}
-
-/// Black where `isInk` says so.
-QImage drawn(int side, const std::function<bool(int, int)>& isInk) {
-    QImage image(side, side, QImage::Format_Grayscale8);
-    for (int y = 0; y < side; ++y) {
-        for (int x = 0; x < side; ++x)
-            image.scanLine(y)[x] = isInk(x, y) ? 0 : 255;
-    }
-    return image;
 }
 
 } // namespace
