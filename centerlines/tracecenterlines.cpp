@@ -96,9 +96,10 @@ Found findStrokes(InkLevels ink, const CenterlineOptions& options, const Raster&
     joinDashes(strokes, ink, measure, pace);
     dropDirt(strokes, strokeWidth);
     makeTangent(strokes, measure);
+    completeHatching(strokes, ink);
     found.nodes = joinEnds(strokes, ink, measure, pace);
     dropImpossible(strokes, ink.width, ink.height);
-    markHatching(strokes);
+    markHatching(strokes, ink);
     found.areas = outlineAreas(ink, mask, InkMask::Solid, pace);
     std::vector<InkArea> heads = findArrowHeads(ink, mask, strokes);
     found.areas.insert(found.areas.end(), std::make_move_iterator(heads.begin()),

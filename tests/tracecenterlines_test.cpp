@@ -169,6 +169,45 @@ TEST(TraceCenterlines, RowOfDashesIsOneStroke) {
     EXPECT_NEAR(result.strokes[0].dashes[1], 10.0, 1.0);
 }
 
+/// A frame with lines at 45 degrees, `gap` apart from corner to corner, the first one cutting off
+/// `cut` pixels of the upper left corner.
+Sheet hatched(double left, double top, double size, double cut, double gap) {
+    Sheet sheet(static_cast<int>(size + 2.0 * left), static_cast<int>(size + 2.0 * top));
+    const double right = left + size;
+    const double bottom = top + size;
+    for (const double y : {top, bottom})
+        sheet.line(left - 1.0, y, right + 1.0, y, 2.0);
+    for (const double x : {left, right})
+        sheet.line(x, top, x, bottom, 2.0);
+    for (double d = cut; d < 2.0 * size; d += gap) {
+        const double over = std::max(0.0, d - size);
+        sheet.line(left + over, top + d - over, left + d - over, top + over, 2.0);
+    }
+    return sheet;
+}
+
+TEST(TraceCenterlines, HatchingReachesIntoTheCornersOfItsFrame) {
+    for (const double cut : {6.0, 8.0, 11.0}) {
+        const Sheet sheet = hatched(30.5, 30.5, 90.0, cut, 18.0);
+        const OvCenterlines result = OvTraceCenterlines().trace(sheet.image);
+        const auto isHatch = [](const Stroke& s) { return s.kind == Stroke::Kind::Hatch; };
+        const auto count = std::ranges::count_if(result.strokes, isHatch);
+        EXPECT_EQ(count, static_cast<int>((180.0 - cut) / 18.0) + 1) << cut;
+        const double height = sheet.image.height();
+        EXPECT_TRUE(std::ranges::any_of(result.strokes, [&](const Stroke& s) {
+            return isHatch(s) &&
+                   endError(s, {30.5, height - 30.5 - cut}, {30.5 + cut, height - 30.5}) < 0.5;
+        })) << cut;
+        EXPECT_EQ(result.strokes.size(), count + 4) << cut;
+    }
+}
+
+TEST(TraceCenterlines, HatchingAddsNothingWhereNoInkIs) {
+    Sheet sheet = hatched(30.5, 30.5, 90.0, 28.0, 18.0);
+    const OvCenterlines result = OvTraceCenterlines().trace(sheet.image);
+    EXPECT_EQ(result.strokes.size(), 4 + 9);
+}
+
 TEST(TraceCenterlines, TeeStandsOnTheLineThatRunsOn) {
     Sheet sheet(200, 200);
     sheet.line(20.0, 100.0, 180.0, 110.0, 4.0);
