@@ -117,9 +117,11 @@ public:
         keepPermissions();
         if (fsync(file->get()) != 0 && errno != EINVAL && errno != ENOTSUP && errno != EROFS)
             return systemWords(errno);
-        if (hidden.isEmpty() && !giveName())
+        // Network file systems say at a close what was lost; the descriptor itself is needed until
+        // the file has its name.
+        if (!Descriptor(dup(file->get())).close())
             return systemWords(errno);
-        if (!file->close())
+        if (hidden.isEmpty() && !giveName())
             return systemWords(errno);
         if (!hidden.isEmpty() && rename(hidden.constData(), name.constData()) != 0)
             return systemWords(errno);
