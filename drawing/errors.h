@@ -21,3 +21,9 @@ public:
         : std::runtime_error(presentable(message).toStdString()) {
     }
 };
+
+/// Work that would take more memory than there is, as a text for the user.
+class MemoryError : public FileError {
+public:
+    using FileError::FileError;
+};

@@ -156,7 +156,7 @@ InputImage readPage(QIODevice& source, const QString& name, const InputRequest& 
     goToPage(reader, name, request);
     if (reader.size().isValid()) {
         checkSize(name, reader.size(), request);
-        checkDecodingMemory(name, reader.size(), reader.imageFormat());
+        checkDecodingMemory(name, reader.size(), reader.imageFormat(), request.together);
         checkPromise(reader, source, head, name);
     }
     InputImage input;

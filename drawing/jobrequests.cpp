@@ -96,6 +96,7 @@ InputRequest inputRequest(const JobSettings& job) {
     if (job.isGiven("background"))
         input.background = parseColor(job.text("background"));
     input.preparation = preparationValues(job);
+    input.isStrict = job.isOn("strict");
     input.largestPixels = static_cast<qint64>(job.number("max-pixels"));
     const bool usesWorld = !whyUnused(*findSetting("world"), job);
     input.world = usesWorld ? parseWorld(job.text("world")) : std::nullopt;

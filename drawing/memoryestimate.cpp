@@ -29,7 +29,7 @@ double pixelsOf(QSize size) {
 
 [[noreturn]] void fail(const QString& name, QSize size, double bytes, double limit) {
     const auto gigabytes = [](double value) { return QString::number(value / 1e9, 'f', 2); };
-    throw FileError(
+    throw MemoryError(
         QString("%1: tracing %2 x %3 pixels would take about %4 GB of memory, and there "
                 "are %5; make the image smaller or cut it with %6")
             .arg(name)
@@ -74,12 +74,12 @@ double measuredBytes(const QImage& sample, const TraceSettings& settings) {
 
 } // namespace
 
-void checkDecodingMemory(const QString& name, QSize size, QImage::Format format) {
+void checkDecodingMemory(const QString& name, QSize size, QImage::Format format, int together) {
     constexpr double UsualBytes = 4.0;
     const double bytes = format == QImage::Format_Invalid
                              ? UsualBytes
                              : QImage::toPixelFormat(format).bitsPerPixel() / 8.0;
-    const double limit = memoryLimit();
+    const double limit = memoryLimit(together);
     // The tracer's pixels come on top, in one byte at least.
     const double needed = pixelsOf(size) * (bytes + 1.0);
     if (limit > 0.0 && needed > limit)
@@ -87,15 +87,16 @@ void checkDecodingMemory(const QString& name, QSize size, QImage::Format format)
 }
 
 void checkTracingMemory(const QString& name, const InputImage& input, const TraceSettings& settings,
-                        double writing) {
-    const double limit = memoryLimit();
+                        const MemoryBeside& beside) {
+    const double limit = memoryLimit(beside.together);
     const double pixels = pixelsOf(input.image.size());
     const auto held = static_cast<double>(input.image.sizeInBytes());
-    if (limit <= 0.0 || held + writing + pixels * MostBytesPerPixel < limit)
+    if (limit <= 0.0 || held + beside.writing + pixels * MostBytesPerPixel < limit)
         return;
     const QImage sample = sampleOf(input.image);
     const double factor = pixels / pixelsOf(sample.size());
-    const double needed = held + writing + measuredBytes(sample, settings) * factor * WithWriting;
+    const double needed =
+        held + beside.writing + measuredBytes(sample, settings) * factor * WithWriting;
     if (needed > limit)
         fail(name, input.image.size(), needed, limit);
 }

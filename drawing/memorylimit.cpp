@@ -58,10 +58,13 @@ double controlGroupLimit(const QString& process, const QString& root) {
     return limit;
 }
 
-double memoryLimit() {
+double memoryLimit(int together) {
     double limit = physicalMemory();
 #ifndef _WIN32
     limit = smaller(limit, controlGroupLimit("/proc/self/cgroup", "/sys/fs/cgroup"));
+#endif
+    limit /= together;
+#ifndef _WIN32
     rlimit space{};
     if (getrlimit(RLIMIT_AS, &space) == 0 && space.rlim_cur != RLIM_INFINITY)
         limit = smaller(limit, static_cast<double>(space.rlim_cur));

@@ -78,6 +78,11 @@ QList<Setting> inputRows() {
          .label = "Largest image",
          .meaning = "Refuse images of more pixels",
          .group = SettingGroup::Input},
+        {.key = "strict",
+         .flag = "strict",
+         .label = "Whole files only",
+         .meaning = "Refuse images whose files end too early, instead of tracing what there is",
+         .group = SettingGroup::Input},
     };
 }
 

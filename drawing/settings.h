@@ -45,6 +45,7 @@ struct InputRequest {
     EngineValues preparation; ///< of what is done before tracing, by the keys of its options
     bool isStrict = false;    ///< whether a file that ends too early is an error
     qint64 largestPixels = 400'000'000;
+    int together = 1; ///< how many processes trace at the same time and share the memory
     std::optional<WorldNumbers> world; ///< where the image lies
     bool usesWorldFile = false;        ///< without `world`, the file beside the image says it
 };

@@ -131,6 +131,25 @@ TEST_F(Faults, WorkersTellThemToo) {
     }
 }
 
+TEST_F(Faults, AWorkerThatIsKilledCostsNoResult) {
+    for (const QString folder : {"out", "once"}) {
+        const bool isOnce = folder == "once";
+        QStringList words{image, path("other.png"),     "-j",           "2",         "--min-path",
+                          "0",   "--continue-on-error", "--output-dir", path(folder)};
+        if (isOnce) {
+            writeFile(path("once.lock"), "");
+            qputenv("OVTRACE_FAULTS_ONCE", path("once.lock").toUtf8());
+        }
+        const auto result = runWith("write=k9", words);
+        qunsetenv("OVTRACE_FAULTS_ONCE");
+        EXPECT_EQ(result.status, isOnce ? 0 : 1) << result.errors.toStdString();
+        EXPECT_EQ(result.errors.count(": its process has crashed"), isOnce ? 0 : 2)
+            << result.errors.toStdString();
+        EXPECT_EQ(results(folder),
+                  isOnce ? QStringList({"image.svg", "other.svg"}) : QStringList());
+    }
+}
+
 TEST_F(Faults, DisksThatCannotSyncAreNoError) {
     for (const int error : {EINVAL, ENOTSUP, EROFS})
         EXPECT_EQ(runWith(fault("fsync", error), {image, "-o", path("a.svg")}).status, 0);

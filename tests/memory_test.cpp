@@ -58,6 +58,7 @@ TEST_F(Memory, LimitsOfControlGroupsAreFound) {
     write("cgroup/memory/job/memory.limit_in_bytes", "7000000\n");
     EXPECT_EQ(controlGroupLimit(old, root), 7e6);
     EXPECT_GT(memoryLimit(), 1e8);
+    EXPECT_DOUBLE_EQ(memoryLimit(4), memoryLimit() / 4.0) << "no limit of the address space here";
 }
 
 TEST_F(Memory, WhatWouldNotFitIsRefusedInASentence) {

@@ -244,7 +244,6 @@ Arguments parseArguments(const QStringList& words) {
                           : PageChoice{{{arguments.input.page, arguments.input.page}}};
     arguments.recursive = parser.isSet("recursive");
     arguments.overwrite = parser.isSet("overwrite");
-    arguments.input.isStrict = parser.isSet("strict");
     arguments.writer = writerOptions(arguments.job);
     arguments.jobs = parseJobs(parser);
     arguments.continueOnError = parser.isSet("continue-on-error");

@@ -69,7 +69,9 @@ private:
         try {
             return trace(plan.jobs[i]);
         } catch (const std::bad_alloc&) {
-            report.fail(i, nameOf(plan.jobs[i]) + ": not enough memory for this image");
+            report.fail(i, nameOf(plan.jobs[i]) + ": not enough memory for this image", true);
+        } catch (const MemoryError& error) {
+            report.fail(i, error.what(), true);
         } catch (const std::exception& error) {
             report.fail(i, error.what());
         }
@@ -79,6 +81,7 @@ private:
     Outcome trace(const Job& job) {
         InputRequest request = arguments.input;
         request.page = job.page;
+        request.together = arguments.isWorker ? arguments.jobs : 1;
         QElapsedTimer timer;
         Timings timings;
         timer.start();
@@ -86,7 +89,8 @@ private:
         timings.reading = secondsSince(timer);
         if (input.isTruncated)
             report.warn(nameOf(job) + ": the file ends too early; what is missing is blank");
-        checkTracingMemory(nameOf(job), input, arguments.settings, writingBytes(input.image));
+        checkTracingMemory(nameOf(job), input, arguments.settings,
+                           {writingBytes(input.image), request.together});
         timer.restart();
         const ImagePlace place = input.place;
         ShareOfImage share(report);

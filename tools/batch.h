@@ -8,6 +8,7 @@ struct BatchResult {
     qsizetype empty = 0;  ///< results without outlines
     qsizetype failed = 0; ///< inputs that could not be read, or results that could not be written
     QString failure;      ///< the first one, when it ended the batch
+    bool lackedMemory = false; ///< whether that was too little memory
 };
 
 /// Traces all images of the plan, one after another or several at a time in processes of their own.

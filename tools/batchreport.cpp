@@ -67,10 +67,12 @@ void BatchReport::succeed(qsizetype job, bool isEmpty, const QByteArray& figures
     printInOrder(job, figures);
 }
 
-void BatchReport::fail(qsizetype job, const QString& message) {
+void BatchReport::fail(qsizetype job, const QString& message, bool lacksMemory) {
     ++result.failed;
-    if (result.failure.isEmpty() && !arguments.continueOnError)
+    if (result.failure.isEmpty() && !arguments.continueOnError) {
         result.failure = message;
+        result.lackedMemory = lacksMemory;
+    }
     if (arguments.continueOnError)
         progress.message("ovtrace: " + message);
     advance(job, nameOf(plan.jobs[job]) + ": failed");

@@ -18,7 +18,7 @@ public:
     /// A result was written.
     void succeed(qsizetype job, bool isEmpty, const QByteArray& figures);
     /// There is no result. The first failure ends the batch unless it is to go on.
-    void fail(qsizetype job, const QString& message);
+    void fail(qsizetype job, const QString& message, bool lacksMemory = false);
     /// A message about a job whose result is written all the same.
     void warn(const QString& message);
 

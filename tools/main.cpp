@@ -7,7 +7,7 @@
 #include "hostedmodule.h"
 #include "interrupts.h"
 #include "standardstreams.h"
-#include "workers.h"
+#include "workertalk.h"
 #include <drawing/files/filename.h>
 #include <drawing/files/resultfile.h>
 #include <drawing/input.h>
@@ -73,8 +73,10 @@ int trace(const Arguments& arguments) {
         saveFile(arguments.saveSettings, settingsToJson(arguments.job));
     const HostedModule module(arguments.pluginFile);
     const BatchResult result = traceAll(plan, arguments);
-    if (!result.failure.isEmpty())
-        return fail(qPrintable(result.failure), FileStatus);
+    if (!result.failure.isEmpty()) {
+        const bool isForParent = arguments.isWorker && result.lackedMemory;
+        return fail(qPrintable(result.failure), isForParent ? MemoryStatus : FileStatus);
+    }
     if (result.failed > 0)
         return FileStatus;
     return result.empty > 0 ? EmptyStatus : 0;
@@ -106,12 +108,19 @@ QStringList wordsOf([[maybe_unused]] int argc, [[maybe_unused]] char* argv[]) {
     return words;
 }
 
-Arguments argumentsOf(const QStringList& words) {
-    if (words.size() != 3 || words[1] != WorkerFlag)
-        return parseArguments(words);
-    Arguments arguments = parseArguments(words.first(1) + unpackedWords(words[2].toLatin1()));
-    arguments.isWorker = true;
-    return arguments;
+/// Does what the words of a command line ask for; returns the exit status.
+int attempt(const QStringList& words, bool isWorker) {
+    try {
+        Arguments arguments = parseArguments(words);
+        arguments.isWorker = isWorker;
+        return run(arguments);
+    } catch (const UsageError& error) {
+        return fail(error.what(), UsageStatus);
+    } catch (const std::bad_alloc&) {
+        return fail("not enough memory for this image", FileStatus);
+    } catch (const std::exception& error) {
+        return fail(error.what(), FileStatus);
+    }
 }
 
 } // namespace
@@ -133,13 +142,9 @@ int main(int argc, char* argv[]) {
     QCoreApplication::setApplicationVersion(OVTRACE_VERSION);
     qInstallMessageHandler(showErrorsAlone);
     QImageReader::setAllocationLimit(NoAllocationLimit);
-    try {
-        return run(argumentsOf(wordsOf(argc, argv)));
-    } catch (const UsageError& error) {
-        return fail(error.what(), UsageStatus);
-    } catch (const std::bad_alloc&) {
-        return fail("not enough memory for this image", FileStatus);
-    } catch (const std::exception& error) {
-        return fail(error.what(), FileStatus);
-    }
+    const QStringList words = wordsOf(argc, argv);
+    if (words.size() != 2 || words[1] != WorkerFlag)
+        return attempt(words, false);
+    serveJobs([&](const QStringList& job) { return attempt(words.first(1) + job, true); });
+    return 0;
 }

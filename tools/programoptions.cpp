@@ -28,8 +28,6 @@ QList<ProgramOption> fileOptions() {
          .meaning = "Go into the folders of folders; results keep their places below the folder of "
                     "--output-dir.",
          .isForBatch = true},
-        {.flag = "strict",
-         .meaning = "Refuse images whose files end too early, instead of tracing what there is."},
     };
 }
 

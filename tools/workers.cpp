@@ -1,11 +1,7 @@
 #include "workers.h"
 
 #include "exitstatus.h"
-#include "interrupts.h"
-#include <drawing/files/filename.h>
 
-#include <QCoreApplication>
-#include <QProcess>
 #include <QThread>
 
 #include <algorithm>
@@ -18,8 +14,8 @@ namespace {
 
 /// How many workers the limit of open files allows: each takes three descriptors, a start some
 /// more.
-std::size_t mostWorkers(int wanted) {
-    auto most = static_cast<std::size_t>(wanted);
+std::size_t mostWorkers(int wanted, qsizetype jobs) {
+    auto most = static_cast<std::size_t>(std::min<qsizetype>(wanted, jobs));
 #ifndef _WIN32
     constexpr rlim_t Own = 32;
     constexpr rlim_t PerWorker = 4;
@@ -32,98 +28,108 @@ std::size_t mostWorkers(int wanted) {
     return most;
 }
 
-/// The messages among what a worker says.
-QStringList messagesIn(const QByteArray& text) {
-    QStringList messages;
-    for (const QString& line : QString::fromUtf8(text).split('\n', Qt::SkipEmptyParts))
-        messages.append(line.startsWith("ovtrace: ") ? line.mid(9) : line);
-    return messages;
-}
-
 } // namespace
 
-struct Workers::Worker {
-    qsizetype job = 0;
-    QProcess process;
-};
-
 Workers::Workers(const Plan& plan, const Arguments& arguments)
-    : plan(plan), arguments(arguments), report(plan, arguments), most(mostWorkers(arguments.jobs)) {
+    : plan(plan), arguments(arguments), report(plan, arguments),
+      most(mostWorkers(arguments.jobs, plan.jobs.size())) {
 }
 
-Workers::~Workers() = default;
-
 BatchResult Workers::run() {
-    for (startMore(); !running.empty(); startMore()) {
+    for (giveMore(); busy() > 0; giveMore()) {
         loop.processEvents(QEventLoop::WaitForMoreEvents);
         collect();
     }
     return report.finish();
 }
 
-void Workers::startMore() {
+bool Workers::hasMore() const {
+    return !report.isStopped() && (next < plan.jobs.size() || !again.isEmpty());
+}
+
+qsizetype Workers::busy() const {
+    return std::count_if(workers.begin(), workers.end(),
+                         [](const auto& worker) { return worker->job() >= 0; });
+}
+
+/// One that waits for a job; null when all have one and no more can be started.
+Worker* Workers::freeWorker() {
+    std::erase_if(workers, [](const auto& worker) { return worker->isGone(); });
+    const auto idle = std::find_if(workers.begin(), workers.end(),
+                                   [](const auto& worker) { return worker->job() < 0; });
+    if (idle != workers.end())
+        return idle->get();
+    return workers.size() < most ? startedWorker() : nullptr;
+}
+
+Worker* Workers::startedWorker() {
+    auto worker = std::make_unique<Worker>();
+    if (!worker->start()) {
+        most = std::max<std::size_t>(workers.size(), 1); // so many the system has room for
+        return nullptr;
+    }
+    refusals = 0;
+    workers.push_back(std::move(worker));
+    return workers.back().get();
+}
+
+void Workers::giveMore() {
     constexpr int MostRefusals = 50; // a second each in the end
-    while (next < plan.jobs.size() && !report.isStopped() && running.size() < most) {
-        if (start(next)) {
-            ++next;
-            refusals = 0;
-        } else if (!running.empty()) {
-            most = running.size(); // so many the system has room for
-        } else if (++refusals < MostRefusals) {
+    while (hasMore()) {
+        const bool isAgain = next >= plan.jobs.size();
+        if (isAgain && busy() > 0)
+            return;
+        const qsizetype job = isAgain ? again.first() : next;
+        Worker* worker = freeWorker();
+        if (worker == nullptr && !workers.empty())
+            return;
+        if (worker == nullptr && ++refusals < MostRefusals) {
             QThread::msleep(static_cast<unsigned long>(std::min(20 * refusals, 1000)));
-        } else {
-            report.fail(next, plan.jobs[next].image + ": no process could be started for it");
-            ++next;
+            continue;
         }
+        if (isAgain)
+            secondTry = again.takeFirst();
+        else
+            ++next;
+        if (worker == nullptr)
+            report.fail(job, plan.jobs[job].image + ": no process could be started for it");
+        else
+            worker->give(job, wordsFor(plan.jobs[job], isAgain ? 1 : most));
     }
 }
 
-/// Returns whether there is a process for the job now.
-bool Workers::start(qsizetype job) {
-    auto worker = std::make_unique<Worker>();
-    worker->job = job;
-    worker->process.setStandardInputFile(QProcess::nullDevice());
-    endWithThisProcess(worker->process);
-    worker->process.start(QCoreApplication::applicationFilePath(),
-                          {WorkerFlag, packedWords(wordsFor(plan.jobs[job]))});
-    if (!worker->process.waitForStarted(-1))
-        return false;
-    running.push_back(std::move(worker));
-    return true;
-}
-
 void Workers::collect() {
-    const auto hasEnded = [](const std::unique_ptr<Worker>& worker) {
-        return worker->process.state() == QProcess::NotRunning;
-    };
-    const auto ended = std::stable_partition(running.begin(), running.end(), std::not_fn(hasEnded));
-    for (auto worker = ended; worker != running.end(); ++worker)
-        finish(**worker);
-    running.erase(ended, running.end());
+    for (const std::unique_ptr<Worker>& worker : workers) {
+        const qsizetype job = worker->job();
+        if (const auto reply = worker->reply())
+            finish(job, *reply);
+    }
 }
 
-void Workers::finish(Worker& worker) {
-    QProcess& process = worker.process;
-    const QString& image = plan.jobs[worker.job].image;
-    const bool isNormal = process.exitStatus() == QProcess::NormalExit;
-    const int status = isNormal ? process.exitCode() : FileStatus;
-    const bool isDone = status == 0 || status == EmptyStatus;
-    QStringList lines = messagesIn(process.readAllStandardError());
-    QString failure = image + (isNormal ? ": its process has failed" : ": its process has crashed");
-    if (!isDone && isNormal && !lines.isEmpty())
-        failure = lines.takeLast();
-    for (const QString& line : lines)
-        report.warn(line);
+void Workers::finish(qsizetype job, const WorkerReply& reply) {
+    const bool mayGoWellAlone = reply.hasCrashed || reply.status == MemoryStatus;
+    if (mayGoWellAlone && job != secondTry) {
+        again.append(job);
+        return;
+    }
+    const bool isDone = reply.status == 0 || reply.status == EmptyStatus;
+    QStringList messages = reply.messages;
+    QString failure = plan.jobs[job].image +
+                      (reply.hasCrashed ? ": its process has crashed" : ": its process has failed");
+    if (!isDone && !reply.hasCrashed && !messages.isEmpty())
+        failure = messages.takeLast();
+    for (const QString& message : messages)
+        report.warn(message);
     if (isDone)
-        report.succeed(worker.job, status == EmptyStatus, process.readAllStandardOutput());
+        report.succeed(job, reply.status == EmptyStatus, reply.output);
     else
-        report.fail(worker.job, failure);
+        report.fail(job, failure);
 }
 
-QStringList Workers::wordsFor(const Job& job) const {
+QStringList Workers::wordsFor(const Job& job, std::size_t together) const {
     QStringList words = arguments.worker;
     words.append({"--format", arguments.format, "--output", job.result, "--page",
-                  QString::number(job.page)});
+                  QString::number(job.page), "--jobs", QString::number(together)});
     if (arguments.quiet)
         words.append("--quiet");
     if (arguments.statistics == StatisticsForm::Table)
@@ -131,19 +137,5 @@ QStringList Workers::wordsFor(const Job& job) const {
     else if (arguments.statistics == StatisticsForm::Json)
         words.append({"--stats", "json"});
     words.append({"--", job.image});
-    return words;
-}
-
-QByteArray packedWords(const QStringList& words) {
-    QByteArrayList packed;
-    for (const QString& word : words)
-        packed.append(fileNameToBytes(word).toPercentEncoding());
-    return packed.join(' ');
-}
-
-QStringList unpackedWords(const QByteArray& packed) {
-    QStringList words;
-    for (const QByteArray& word : packed.split(' '))
-        words.append(fileNameFromBytes(QByteArray::fromPercentEncoding(word)));
     return words;
 }

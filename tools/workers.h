@@ -1,6 +1,7 @@
 #pragma once
 
 #include "batchreport.h"
+#include "worker.h"
 
 #include <QEventLoop>
 #include <QList>
@@ -8,41 +9,34 @@
 #include <memory>
 #include <vector>
 
-class QProcess;
-
-/// Several images at a time, each in a run of this program for that image alone.
+/// Several images at a time, in runs of this program that take one after another. A job that finds
+/// too little memory beside the others, or whose process ends before it does, is tried once more by
+/// itself.
 class Workers {
 public:
     Workers(const Plan& plan, const Arguments& arguments);
-    ~Workers();
-    Workers(const Workers&) = delete;
-    Workers& operator=(const Workers&) = delete;
 
     BatchResult run();
 
 private:
-    struct Worker;
-
-    bool start(qsizetype job);
-    void startMore();
+    bool hasMore() const;
+    qsizetype busy() const;
+    Worker* freeWorker();
+    Worker* startedWorker();
+    void giveMore();
     void collect();
-    void finish(Worker& worker);
-    QStringList wordsFor(const Job& job) const;
+    void finish(qsizetype job, const WorkerReply& reply);
+    /// `together` is how many may be traced at the same time.
+    QStringList wordsFor(const Job& job, std::size_t together) const;
 
     const Plan& plan;
     const Arguments& arguments;
     BatchReport report;
     QEventLoop loop;
-    std::vector<std::unique_ptr<Worker>> running;
+    std::vector<std::unique_ptr<Worker>> workers;
     std::size_t most; ///< workers at a time
     qsizetype next = 0;
+    QList<qsizetype> again;   ///< jobs that are tried once more, when all others are done
+    qsizetype secondTry = -1; ///< the last of those
     int refusals = 0; ///< attempts to start one with none running that the system has refused
 };
-
-/// The argument by which a worker knows itself.
-constexpr const char* WorkerFlag = "--worker";
-
-/// Command line words as one argument that is plain ASCII, and back: names of files reach a worker
-/// as they are, whatever bytes they have.
-QByteArray packedWords(const QStringList& words);
-QStringList unpackedWords(const QByteArray& packed);

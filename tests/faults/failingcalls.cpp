@@ -1,6 +1,7 @@
 // Loaded before the C library, makes calls of the system fail on the results that a program writes:
 // OVTRACE_FAULTS is a list such as "fsync=5 open=95": the call and the number of its error, or of
-// a signal that ends the program there ("write=k9").
+// a signal that ends the program there ("write=k9"). OVTRACE_FAULTS_ONCE names a file that is
+// removed by the first fault, after which there are no more.
 
 #include <cerrno>
 #include <csignal>
@@ -22,6 +23,9 @@ bool isToFail(const char* call) {
         fault += *fault == ' ' ? 1 : 0;
         if (std::strncmp(fault, call, length) != 0 || fault[length] != '=')
             continue;
+        const char* once = std::getenv("OVTRACE_FAULTS_ONCE");
+        if (once != nullptr && unlink(once) != 0)
+            return false;
         const char* how = fault + length + 1;
         if (*how == 'k')
             kill(getpid(), std::atoi(how + 1));

@@ -505,6 +505,14 @@
         <translation>Bilder mit mehr Pixeln ablehnen</translation>
     </message>
     <message>
+        <source>Whole files only</source>
+        <translation>Nur vollständige Dateien</translation>
+    </message>
+    <message>
+        <source>Refuse images whose files end too early, instead of tracing what there is</source>
+        <translation>Bilder ablehnen, deren Datei zu früh endet, statt zu vektorisieren, was da ist</translation>
+    </message>
+    <message>
         <source>pixels an inch</source>
         <translation>Pixel je Zoll</translation>
     </message>
