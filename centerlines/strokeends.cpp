@@ -135,10 +135,15 @@ private:
         found.insert(found.end(), nearTip.begin(), nearTip.end());
         std::sort(found.begin(), found.end());
         found.erase(std::unique(found.begin(), found.end()), found.end());
-        double best = 1e9;
-        for (const int j : found)
-            if (j != i && !at(j).dropped)
-                consider(i, e, j, best);
+        // Lines of a hatching stand on their frame, whose corners are its own.
+        for (const bool hatch : {false, true}) {
+            if (s.partner >= 0)
+                break;
+            double best = 1e9;
+            for (const int j : found)
+                if (j != i && !at(j).dropped && at(j).hatch == hatch)
+                    consider(i, e, j, best);
+        }
         // Lines that touch meet nowhere, or anywhere: neighbours of one path share the place
         // between.
         const int next = stroke.ends[index(e)].next;
@@ -213,16 +218,27 @@ private:
         s.through = false;
     }
 
+    /// Corners of lines of a hatching come last: where others have made one the line stands beside
+    /// it.
     void groupCorners() {
-        for (int i = 0; i < count(); ++i)
-            for (int e = 0; isOpen(i) && e < 2; ++e) {
-                EndState& s = state(i, e);
-                if (s.partner < 0 || s.through)
-                    continue;
-                const int f = endAt(s.partner, s.target);
-                if (f >= 0)
-                    unite(i, e, s.partner, f);
-            }
+        for (const bool hatch : {false, true})
+            for (int i = 0; i < count(); ++i)
+                for (int e = 0; isOpen(i) && e < 2; ++e) {
+                    const EndState& s = state(i, e);
+                    if (s.partner < 0 || s.through || (at(i).hatch || at(s.partner).hatch) != hatch)
+                        continue;
+                    const int f = endAt(s.partner, s.target);
+                    if (f >= 0 && !(at(i).hatch && isFrameCorner(s.partner, f)))
+                        unite(i, e, s.partner, f);
+                }
+    }
+
+    /// Whether two strokes meet at the end that belong to no hatching.
+    bool isFrameCorner(int i, int e) {
+        const int group = state(i, e).group;
+        return group >= 0 && std::ranges::count_if(groups[index(group)], [&](const auto& member) {
+                                 return !at(member[0]).hatch;
+                             }) >= 2;
     }
 
     void unite(int i, int e, int j, int f) {
