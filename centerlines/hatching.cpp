@@ -47,21 +47,21 @@ public:
         ++number;
         for (const int i : row)
             rowOf[static_cast<std::size_t>(i)] = number;
-        std::vector<int> framed;
+        std::size_t framed = 0;
         for (const int i : row) {
             const int start = frameAt(i, 0);
             const int end = frameAt(i, 1);
             if (start < 0 || end < 0)
                 continue;
-            framed.push_back(i);
+            ++framed;
             frames.push_back(start);
             frames.push_back(end);
         }
-        if (2 * framed.size() < row.size())
+        if (2 * framed < row.size())
             return;
         std::ranges::sort(frames);
         frames.erase(std::unique(frames.begin(), frames.end()), frames.end());
-        for (const int i : framed)
+        for (const int i : row)
             at(i).hatch = true;
         HatchRow reversed(row.rbegin(), row.rend());
         goOn(row);
