@@ -14,7 +14,7 @@ namespace {
 constexpr std::size_t Telling = 8;
 /// Steps along a line in pixels, and how many of them must lie in no other stroke's ink.
 constexpr double Step = 0.5;
-constexpr int FewestOwn = 3;
+constexpr int FewestOwn = 2;
 /// Ink over the usual one of the row from which a place is a part of a stroke.
 constexpr double Inked = 0.5;
 /// Cosine beyond which strokes are the same line: 8 degrees.
