@@ -17,6 +17,8 @@ constexpr double Step = 0.5;
 constexpr int FewestOwn = 2;
 /// Ink over the usual one of the row from which a place is a part of a stroke.
 constexpr double Inked = 0.5;
+/// Widths of a stroke that its skeleton may end before a corner.
+constexpr double Unjoined = 5.0;
 /// Cosine beyond which strokes are the same line: 8 degrees.
 constexpr double SameDirection = 0.99;
 
@@ -164,7 +166,7 @@ private:
         for (const int f : frames)
             for (const Point& p : meetings(line.carrier, at(f).carrier)) {
                 const double place = dot(p - line.carrier.at, line.carrier.direction);
-                if (std::abs(place) < line.reach && covers(at(f), p, at(f).width))
+                if (std::abs(place) < line.reach && covers(at(f), p, Unjoined * at(f).width))
                     places.push_back(place);
             }
         std::ranges::sort(places);
