@@ -335,13 +335,14 @@ public:
         const int greatest = std::min(after_.last - minimum(after_) + 1, after_.first + stride);
         if (least >= greatest)
             return false;
+        measure(least, greatest);
         int bestLast = before_.last;
         int bestFirst = after_.first;
-        double best = errorOf(least, greatest, bestLast, bestFirst);
+        double best = errorOf(bestLast, bestFirst);
         for (int last = least; last < greatest; ++last)
             for (int first = last + 1; first <= std::min(greatest, last + 1 + mostSkipped);
                  ++first) {
-                const double error = errorOf(least, greatest, last, first);
+                const double error = errorOf(last, first);
                 if (error < best * (1.0 - 1e-9)) {
                     best = error;
                     bestLast = last;
@@ -360,22 +361,37 @@ private:
         return carrier.isLine() ? 2 : 3;
     }
 
-    [[nodiscard]] double errorOf(int least, int greatest, int last, int first) const {
-        double error = 0.0;
+    /// What the samples cost on either carrier, summed from the first on.
+    void measure(int least, int greatest) {
+        least_ = least;
+        sums_.assign(1, {});
         for (int k = least; k <= greatest; ++k) {
-            if (k > last && k < first) {
-                error += data_.skipCost(k);
-                continue;
-            }
-            const double d = signedDistance(k <= last ? before_ : after_, data_.at(k));
-            error += d * d * data_.weight(k);
+            const double b = signedDistance(before_, data_.at(k));
+            const double a = signedDistance(after_, data_.at(k));
+            const double weight = data_.weight(k);
+            const Costs& sum = sums_.back();
+            sums_.push_back({sum.before + b * b * weight, sum.after + a * a * weight});
         }
+    }
+
+    [[nodiscard]] double errorOf(int last, int first) const {
+        double error = sums_[static_cast<std::size_t>(last + 1 - least_)].before +
+                       (sums_.back().after - sums_[static_cast<std::size_t>(first - least_)].after);
+        for (int k = last + 1; k < first; ++k)
+            error += data_.skipCost(k);
         return error;
     }
+
+    struct Costs {
+        double before = 0.0;
+        double after = 0.0;
+    };
 
     const Weighted& data_;
     Carrier& before_;
     Carrier& after_;
+    int least_ = 0;
+    std::vector<Costs> sums_;
 };
 
 void refineBreaks(const Weighted& data, std::vector<Carrier>& carriers) {
