@@ -8,6 +8,7 @@
 #include "shapes/junctions.h"
 
 #include <algorithm>
+#include <limits>
 #include <optional>
 
 namespace ovtrace {
@@ -15,6 +16,13 @@ namespace {
 
 Point toPoint(GridPoint p) {
     return {static_cast<double>(p.x), static_cast<double>(p.y)};
+}
+
+/// Whether all places were rounded to the edges between pixels, as in images of one bit.
+bool areRounded(std::span<const Sample> samples) {
+    constexpr double RoundedSigma = 0.28;
+    return std::all_of(samples.begin(), samples.end(),
+                       [](const Sample& sample) { return sample.sigma >= RoundedSigma; });
 }
 
 /// A chain on its way to a curve.
@@ -76,7 +84,21 @@ private:
         if (isRim(chain))
             return;
         fitted[i].samples = places.placesOf(cracks, chain);
-        fitted[i].model = segmentChain(fitted[i].samples, chain.from < 0, options);
+        fitted[i].model =
+            segmentChain(fitted[i].samples, chain.from < 0, optionsFor(fitted[i].samples));
+    }
+
+    /// Rounded places have a bound, and none is worse than the others, as those beside the corners
+    /// of mixed pixels are.
+    FitOptions optionsFor(std::span<const Sample> samples) const {
+        FitOptions chosen = options;
+        if (areRounded(samples)) {
+            // Half a pixel for the rounding, and nearly as much for what the fit makes of it.
+            constexpr double MostOff = 0.9;
+            chosen.mostOff = std::max(MostOff, options.tolerance);
+            chosen.skipCost = std::numeric_limits<double>::infinity();
+        }
+        return chosen;
     }
 
     /// The carriers that end in each junction.
@@ -170,7 +192,8 @@ private:
     void joinParts(std::span<const Sample> samples, std::span<const Sample> near, Point start,
                    Point end, std::vector<Piece>& pieces) const {
         const std::vector<Sample> own(samples.begin(), samples.end());
-        std::vector<Piece> part = joined(false, segmentChain(own, false, options), own, start, end);
+        std::vector<Piece> part =
+            joined(false, segmentChain(own, false, optionsFor(own)), own, start, end);
         if (part.empty() && samples.size() <= LongPart)
             part = polygonThrough(near, false, start, end);
         if (!part.empty()) {

@@ -91,7 +91,13 @@ private:
             return {*corner, *corner, smooth};
         if (!smooth && dot(directionAt(a, place), directionAt(b, place)) < 0.0)
             return cap(a, b);
-        const Point between = middle(projected(a, place), projected(b, place));
+        const Point onA = projected(a, place);
+        const Point onB = projected(b, place);
+        // Farther apart, a common end would turn both.
+        constexpr double widestGap = 0.7;
+        if (distance(onA, onB) > widestGap)
+            return {projected(a, chain_.at(a.last)), projected(b, chain_.at(b.first)), false};
+        const Point between = middle(onA, onB);
         return {between, between, smooth};
     }
 

@@ -26,6 +26,7 @@ struct Weighted {
     /// The length of the polygon through the samples up to each.
     std::vector<double> lengths;
     bool closed = false;
+    double mostOff = infinite;
 
     /// Whether a shape of this radius can run from sample to sample: a line or a shallow arc is not
     /// much shorter than the way there. What runs back beside itself is not one shape.
@@ -36,6 +37,11 @@ struct Weighted {
         return (radius > 0.0 && way > 2.0 * radius) ||
                distance(at(first), at(last)) >= leastShare * way;
     }
+
+    /// Whether no sample from `first` to `last` is too far from the line or the circle.
+    [[nodiscard]] bool keepsTo(const LineFit& line, int first, int last) const;
+    [[nodiscard]] bool keepsTo(const CircleFit& circle, int first, int last) const;
+    [[nodiscard]] bool keepsTo(const Carrier& carrier) const;
 
     [[nodiscard]] int size() const {
         return static_cast<int>(samples.size());
@@ -51,11 +57,43 @@ struct Weighted {
     }
 };
 
+bool Weighted::keepsTo(const LineFit& line, int first, int last) const {
+    if (!(mostOff < infinite))
+        return true;
+    for (int k = first; k <= last; ++k)
+        if (weight(k) > 0.0 && std::abs(cross(line.direction, at(k) - line.at)) > mostOff)
+            return false;
+    return true;
+}
+
+bool Weighted::keepsTo(const CircleFit& circle, int first, int last) const {
+    if (!(mostOff < infinite))
+        return true;
+    const double least = std::max(0.0, circle.radius - mostOff);
+    const double most = circle.radius + mostOff;
+    for (int k = first; k <= last; ++k) {
+        const double square = lengthSquared(at(k) - circle.centre);
+        if (weight(k) > 0.0 && (square < least * least || square > most * most))
+            return false;
+    }
+    return true;
+}
+
+bool Weighted::keepsTo(const Carrier& carrier) const {
+    if (!(mostOff < infinite))
+        return true;
+    for (int k = carrier.first; k <= carrier.last; ++k)
+        if (weight(k) > 0.0 && std::abs(signedDistance(carrier, at(k))) > mostOff)
+            return false;
+    return true;
+}
+
 /// Rotated so that sample `start` comes first. Sigmas hold the tolerance's share from here on.
 Weighted weighted(std::span<const Sample> samples, int start, bool closed,
                   const FitOptions& options) {
     Weighted result;
     result.closed = closed;
+    result.mostOff = options.mostOff;
     result.samples.reserve(samples.size());
     const auto middle = samples.begin() + start;
     result.samples.insert(result.samples.end(), middle, samples.end());
@@ -171,15 +209,18 @@ void Search::consider(const Moments& moments, int first, int end, Reached& best)
     leastError_ = lineError;
     // Two samples are on a line whatever they are: no evidence for one.
     const double doubt = moments.count() < 3 ? doubtCost_ : 0.0;
-    if (before + lineCost_ + doubt + lineError < best.cost && data_.advances(first, end - 1, 0.0))
+    if (before + lineCost_ + doubt + lineError < best.cost && data_.advances(first, end - 1, 0.0) &&
+        data_.keepsTo(LineFit(moments), first, end - 1))
         best = {before + lineCost_ + doubt + lineError, first, false};
     // An arc has to earn its third parameter.
     if (lineError <= arcCost_ - lineCost_ || moments.count() < leastForArc_)
         return;
     const double arcError = CircleFit::errorOf(moments);
     leastError_ = std::min(lineError, arcError);
-    if (before + arcCost_ + arcError < best.cost &&
-        data_.advances(first, end - 1, CircleFit(moments).radius))
+    if (before + arcCost_ + arcError >= best.cost)
+        return;
+    const CircleFit circle(moments);
+    if (data_.advances(first, end - 1, circle.radius) && data_.keepsTo(circle, first, end - 1))
         best = {before + arcCost_ + arcError, first, true};
 }
 
@@ -310,7 +351,8 @@ private:
         if (std::min(asLine, asArc) >= apart)
             return false;
         const Carrier merged = fitted(data_, a.first, b.last, asArc < asLine);
-        if (costOf(merged) >= apart || !data_.advances(a.first, b.last, merged.radius))
+        if (costOf(merged) >= apart || !data_.advances(a.first, b.last, merged.radius) ||
+            !data_.keepsTo(merged))
             return false;
         carriers.pop_back();
         carriers.back() = merged;
@@ -541,7 +583,7 @@ bool fitsWholeCircle(const Weighted& data, Carrier& circle) {
     if (data.size() < least)
         return false;
     circle = fitted(data, 0, data.size() - 1, true);
-    return goesRound(circle, data) && circle.error < 1.5 * data.size();
+    return goesRound(circle, data) && circle.error < 1.5 * data.size() && data.keepsTo(circle);
 }
 
 ChainModel closedModel(std::span<const Sample> samples, const FitOptions& options) {
@@ -571,7 +613,8 @@ ChainModel closedModel(std::span<const Sample> samples, const FitOptions& option
             }
         }
     }
-    if (goesRound(circle, plain) && circle.error + 3.0 * options.parameterCost < best.cost) {
+    if (goesRound(circle, plain) && plain.keepsTo(circle) &&
+        circle.error + 3.0 * options.parameterCost < best.cost) {
         model.carriers = {circle};
         model.isCircle = true;
         return model;

@@ -2,6 +2,7 @@
 
 #include "shapes/carrier.h"
 
+#include <limits>
 #include <span>
 #include <vector>
 
@@ -14,8 +15,12 @@ struct FitOptions {
     double tolerance = 0.03;
     /// What a parameter of a shape costs, in units of squared sigmas: a line has two, an arc three.
     double parameterCost = 8.0;
-    /// What it costs to leave a sample out beside a break, in units of squared sigmas.
+    /// What it costs to leave a sample out beside a break, in units of squared sigmas; infinite
+    /// where none may be left out.
     double skipCost = 4.0;
+    /// How far, in pixels, a sample may be from its shape: for places whose error has a bound
+    /// rather than a spread, such as those that are rounded to pixels.
+    double mostOff = std::numeric_limits<double>::infinity();
     /// Lines meeting more sharply than this (sine of the angle) meet in a corner; others are joined
     /// tangentially. About 13 degrees.
     double smoothSine = 0.22;

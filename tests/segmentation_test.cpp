@@ -116,3 +116,24 @@ TEST(Segmentation, WhereAllAreLooseTheyCountAfterAll) {
     ASSERT_EQ(model.carriers.size(), 1u);
     EXPECT_TRUE(model.carriers[0].isLine());
 }
+
+TEST(Segmentation, BoundedPlacesKeepNearTheirShapes) {
+    // One place a pixel and a half off a line is less than the cost of more lines, but too far.
+    std::vector<Sample> rounded;
+    for (int k = 0; k < 40; ++k)
+        rounded.push_back({{k + 0.5, k == 20 ? 1.5 : 0.0}, 0.29, false});
+    FitOptions options;
+    options.skipCost = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(segmentChain(rounded, false, options).carriers.size(), 1u);
+    options.mostOff = 0.9;
+    const ChainModel model = segmentChain(rounded, false, options);
+    int next = 0;
+    for (const Carrier& carrier : model.carriers) {
+        EXPECT_EQ(carrier.first, next);
+        next = carrier.last + 1;
+        for (int k = carrier.first; k <= carrier.last; ++k)
+            EXPECT_LE(std::abs(signedDistance(carrier, rounded[static_cast<std::size_t>(k)].at)),
+                      0.95);
+    }
+    EXPECT_EQ(next, 40);
+}
