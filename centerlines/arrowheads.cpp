@@ -1,5 +1,7 @@
 #include "arrowheads.h"
 
+#include "strokegrid.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -17,6 +19,8 @@ constexpr double LongestBeyond = 8.0;
 constexpr double WiderThanLine = 2.2;
 constexpr double WiderBeyond = 1.5;
 constexpr double WidestOfLine = 12.0;
+/// Cosine of the least angle between a line and a mark on it: 80 degrees.
+constexpr double Upright = 0.17;
 /// Ink that is inside.
 constexpr double Inside = 0.5;
 
@@ -154,20 +158,74 @@ bool isInImage(const InkArea& head, const InkLevels& ink) {
     });
 }
 
+/// A part of a line without what it was measured from.
+Stroke partOf(const Stroke& line, Point from, Point to) {
+    Stroke part;
+    part.carrier = line.carrier;
+    part.ends[0].at = from;
+    part.ends[1].at = to;
+    part.width = line.width;
+    return part;
+}
+
+/// Where other lines cross a line upright, away from its ends: rows of dimensions are one line with
+/// the tips of two heads at each mark.
+std::vector<Point> marksOn(const std::vector<Stroke>& strokes, const StrokeGrid& grid,
+                           std::size_t number) {
+    const Stroke& line = strokes[number];
+    std::vector<Point> crossings;
+    std::vector<int> found;
+    std::vector<int> others;
+    for (const Point& p : pointsAlong(line, StrokeGrid::Cell / 2.0)) {
+        grid.near(p, StrokeGrid::Cell / 2.0, found);
+        others.insert(others.end(), found.begin(), found.end());
+    }
+    std::ranges::sort(others);
+    others.erase(std::unique(others.begin(), others.end()), others.end());
+    const double margin = 3.0 * line.width;
+    for (const int j : others) {
+        const Stroke& other = strokes[static_cast<std::size_t>(j)];
+        if (static_cast<std::size_t>(j) == number || other.dropped || !other.carrier.isLine() ||
+            std::abs(dot(line.carrier.direction, other.carrier.direction)) > Upright)
+            continue;
+        for (const Point& p : meetings(line.carrier, other.carrier))
+            if (covers(line, p, -margin) && covers(other, p, other.width))
+                crossings.push_back(p);
+    }
+    return crossings;
+}
+
 } // namespace
 
 std::vector<InkArea> findArrowHeads(const InkLevels& ink, const InkMask& mask,
                                     const std::vector<Stroke>& strokes) {
+    const StrokeGrid grid(strokes, ink.width, ink.height);
     std::vector<InkArea> heads;
-    for (const Stroke& stroke : strokes)
+    const auto headAt = [&](const Stroke& line, int end) {
+        auto head = HeadFinder(ink, line, end).find();
+        if (head && (!isInImage(*head, ink) || isSolid(mask, ink, head->inside)))
+            head.reset();
+        return head;
+    };
+    for (std::size_t i = 0; i < strokes.size(); ++i) {
+        const Stroke& stroke = strokes[i];
+        if (stroke.dropped || stroke.closed || !stroke.carrier.isLine() || !stroke.dashes.empty())
+            continue;
         for (int end = 0; end < 2; ++end) {
-            if (stroke.dropped || stroke.closed || !stroke.carrier.isLine() ||
-                !stroke.dashes.empty() || stroke.ends[static_cast<std::size_t>(end)].solid)
+            if (stroke.ends[static_cast<std::size_t>(end)].solid)
                 continue;
-            const auto head = HeadFinder(ink, stroke, end).find();
-            if (head && isInImage(*head, ink) && !isSolid(mask, ink, head->inside))
+            if (const auto head = headAt(stroke, end))
                 heads.push_back(*head);
         }
+        for (const Point& tip : marksOn(strokes, grid, i)) {
+            const auto before = headAt(partOf(stroke, stroke.start(), tip), 1);
+            const auto after = headAt(partOf(stroke, tip, stroke.finish()), 0);
+            if (before && after) {
+                heads.push_back(*before);
+                heads.push_back(*after);
+            }
+        }
+    }
     return heads;
 }
 

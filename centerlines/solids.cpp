@@ -117,9 +117,17 @@ void markSolids(InkMask& mask, const std::vector<std::uint8_t>& distance,
                 const std::size_t at = mask.indexOf(x, run.y);
                 if (distance[at] < deep || mask.values[at] != InkMask::Ink)
                     continue;
-                Candidate area = grower.grow(at, deep, reach);
-                if (isStroke(area, rules))
+                // Ink a pixel less deep tells whether a pen ran on: the middle of a slanting stroke
+                // is now that of an odd width and now of an even one.
+                Candidate area = grower.grow(at, deep - 3, reach);
+                if (isStroke(area, rules)) {
                     strokes.push_back(std::move(area)); // stays marked, so as not to be met again
+                    continue;
+                }
+                grower.mark(area, InkMask::Ink);
+                area = grower.grow(at, deep, reach);
+                if (isStroke(area, rules))
+                    strokes.push_back(std::move(area));
             }
         }
         pace.step(++done, static_cast<double>(components.components.size()));

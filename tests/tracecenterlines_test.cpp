@@ -5,6 +5,7 @@
 
 #include <QImage>
 #include <QPainter>
+#include <QPolygonF>
 
 #include <gtest/gtest.h>
 
@@ -140,6 +141,35 @@ TEST(TraceCenterlines, FilledAreaIsAnOutline) {
     EXPECT_EQ(result.strokes.size(), 1);
     ASSERT_EQ(result.areas.size(), 1);
     EXPECT_EQ(result.areas[0].kind, OvCenterlineArea::Kind::Solid);
+}
+
+TEST(TraceCenterlines, CornersOfWideFramesAreNoFilledAreas) {
+    Sheet sheet(300, 200);
+    for (const double y : {20.5, 180.5})
+        sheet.line(17.5, y, 283.5, y, 6.0);
+    for (const double x : {20.5, 280.5})
+        sheet.line(x, 17.5, x, 183.5, 6.0);
+    for (int k = 0; k < 12; ++k) // thin lines make the usual stroke
+        sheet.line(20.5, 40.0 + 10.0 * k, 280.5, 40.0 + 10.0 * k, 2.0);
+    EXPECT_TRUE(OvTraceCenterlines().trace(sheet.image).areas.isEmpty());
+}
+
+TEST(TraceCenterlines, HeadsAtAMarkOnOneLineAreAreas) {
+    Sheet sheet(300, 120);
+    sheet.line(20.0, 60.0, 280.0, 60.0, 2.0);
+    sheet.line(150.0, 30.0, 150.0, 90.0, 2.0);
+    {
+        QPainter painter(&sheet.image);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(Qt::black);
+        for (const double side : {-1.0, 1.0})
+            painter.drawPolygon(QPolygonF(
+                {{150.0, 60.0}, {150.0 + 18.0 * side, 56.0}, {150.0 + 18.0 * side, 64.0}}));
+    }
+    const OvCenterlines result = OvTraceCenterlines().trace(sheet.image);
+    EXPECT_EQ(result.strokes.size(), 2);
+    EXPECT_EQ(result.areas.size(), 2);
 }
 
 TEST(TraceCenterlines, LettersOfTheLinesPenHaveItsColour) {
