@@ -2,7 +2,7 @@
 
 #include "chaincheck.h"
 #include "edgeplaces.h"
-#include "ringcheck.h"
+#include "separation.h"
 
 #include "shapes/joining.h"
 #include "shapes/junctions.h"
@@ -29,8 +29,9 @@ bool areRounded(std::span<const Sample> samples) {
 struct FittedChain {
     std::vector<Sample> samples;
     ChainModel model;
-    std::vector<Piece> pieces;
-    bool isPlain = false; ///< no curve, but the polygon that keeps to its side of the pixels
+    bool followsModel = false; ///< its curve is that of the model
+    /// The curve as it would be without the others; none when it is as it would be.
+    std::vector<Piece> alone;
 };
 
 class ChainFitter {
@@ -53,12 +54,14 @@ public:
                 return std::nullopt;
         }
         placeJunctions();
+        curves.resize(cracks.chains.size());
         for (std::size_t i = 0; i < cracks.chains.size(); ++i)
             join(i);
-        mendRings();
-        for (FittedChain& chain : fitted) {
+        if (!separate(report))
+            return std::nullopt;
+        for (const std::vector<Piece>& curve : curves) {
             shapes.starts.push_back(shapes.pieces.size());
-            shapes.pieces.insert(shapes.pieces.end(), chain.pieces.begin(), chain.pieces.end());
+            shapes.pieces.insert(shapes.pieces.end(), curve.begin(), curve.end());
         }
         shapes.starts.push_back(shapes.pieces.size());
         return std::move(shapes);
@@ -160,29 +163,27 @@ private:
             end = shapes.junctions[static_cast<std::size_t>(chain.to)];
         }
         FittedChain& f = fitted[i];
-        f.pieces.clear();
-        if (!f.isPlain)
-            f.pieces = joined(chain.from < 0, f.model, f.samples, start, end);
-        if (f.pieces.empty() && !f.isPlain) {
+        std::vector<Piece>& pieces = curves[i];
+        pieces = joined(chain.from < 0, f.model, f.samples, start, end);
+        f.followsModel = !pieces.empty();
+        if (pieces.empty()) {
             const std::vector<Sample> tight = tightened(f.samples);
-            f.pieces = joined(chain.from < 0, segmentChain(tight, chain.from < 0, options), tight,
-                              start, end);
+            pieces = joined(chain.from < 0, segmentChain(tight, chain.from < 0, options), tight,
+                            start, end);
         }
-        // Nearer to their own edges between pixels than to any other.
-        constexpr double Half = 0.45;
-        if (f.pieces.empty()) {
-            const std::vector<Sample> near = places.placesOf(cracks, chain, Half);
-            if (!f.isPlain && near.size() > LongPart)
+        if (pieces.empty()) {
+            const std::vector<Sample> near = places.placesOf(cracks, chain, EdgePlaces::Beside);
+            if (near.size() > LongPart)
                 joinParts(f.samples, near, start.value_or(near.front().at),
-                          end.value_or(near.front().at), f.pieces);
+                          end.value_or(near.front().at), pieces);
             else
-                f.pieces = polygonThrough(near, chain.from < 0, start, end);
+                pieces = polygonThrough(near, chain.from < 0, start, end);
         }
         // Both junctions and all samples in one place: the boundary still has its start and
         // end.
-        if (f.pieces.empty()) {
+        if (pieces.empty()) {
             const Point only = start ? *start : f.samples.front().at;
-            f.pieces.push_back(linePiece(only, only));
+            pieces.push_back(linePiece(only, only));
         }
     }
 
@@ -206,73 +207,72 @@ private:
         joinParts(samples.subspan(half + 1), near.subspan(half + 1), middle, end, pieces);
     }
 
-    /// Curves do not see each other: the boundaries of areas that turn over or cross themselves
-    /// become polygons, and their junctions go back to the corners of the pixels.
-    void mendRings() {
-        constexpr int Rounds = 4;
-        for (int round = 0; round < Rounds; ++round) {
-            moved.assign(cracks.junctions.size(), false);
-            if (!makeUnsoundPlain())
-                return;
+    /// Curves do not see each other.
+    bool separate(const std::function<bool(double)>& report) {
+        Separation separation(cracks);
+        while (separation.search(curves)) {
+            if (!report(0.9))
+                return false;
+            const std::vector<bool> moved = pinJunctions(separation);
+            const auto isMoved = [&moved](std::int32_t junction) {
+                return junction >= 0 && moved[static_cast<std::size_t>(junction)];
+            };
             for (std::size_t i = 0; i < cracks.chains.size(); ++i) {
-                if (fitted[i].isPlain || isMoved(cracks.chains[i].from) ||
-                    isMoved(cracks.chains[i].to))
-                    join(i);
-            }
-        }
-    }
-    bool isMoved(std::int32_t junction) const {
-        return junction >= 0 && moved[static_cast<std::size_t>(junction)];
-    }
-    /// Returns whether there are any.
-    bool makeUnsoundPlain() {
-        bool any = false;
-        for (std::size_t i = 0; i < cracks.rings.size();) {
-            const std::int32_t region = cracks.rings[i].region;
-            std::vector<Chord> chords;
-            for (; i < cracks.rings.size() && cracks.rings[i].region == region; ++i) {
-                const std::size_t before = chords.size();
-                appendRing(cracks.rings[i], chords);
-                if (hasAreaOf(std::span(chords).subspan(before), double(cracks.rings[i].area)))
+                const CrackChain& chain = cracks.chains[i];
+                if (!separation.isChanged(i) && !isMoved(chain.from) && !isMoved(chain.to))
                     continue;
-                for (std::size_t k = before; k < chords.size(); ++k)
-                    any = makePlain(chords[k].boundary) || any;
-            }
-            for (const auto& [one, other] : findCrossings(std::move(chords))) {
-                for (const std::uint32_t chain : {one, other})
-                    any = (isShort(chain) && makePlain(chain)) || any;
+                if (isMoved(chain.from) || isMoved(chain.to))
+                    moveEnds(i);
+                patch(i, separation.stepsBeside(i));
             }
         }
-        return any;
+        return true;
     }
-    /// A long boundary is worth more as a curve than a crossing of some hundredths of a pixel
-    /// costs.
-    bool isShort(std::uint32_t chain) const {
-        constexpr std::size_t Short = 96;
-        return cracks.chains[chain].stepCount <= Short;
-    }
-    void appendRing(const CrackRing& ring, std::vector<Chord>& chords) const {
-        for (std::size_t i = 0; i < ring.passCount; ++i) {
-            const ChainPass pass = cracks.passes[ring.firstPass + i];
-            const std::vector<Piece>& pieces = fitted[pass.chain].pieces;
-            for (std::size_t k = 0; k < pieces.size(); ++k)
-                appendChords(pieces[pass.reversed ? pieces.size() - 1 - k : k], pass.reversed,
-                             pass.chain, chords);
-        }
-    }
-    /// Returns whether that changes anything.
-    bool makePlain(std::uint32_t index) {
-        const CrackChain& chain = cracks.chains[index];
-        const bool changes = !fitted[index].isPlain;
-        fitted[index].isPlain = true;
-        for (const std::int32_t junction : {chain.from, chain.to}) {
-            if (junction < 0)
+    /// Returns which junctions have moved.
+    std::vector<bool> pinJunctions(const Separation& separation) {
+        std::vector<bool> moved(cracks.junctions.size(), false);
+        for (std::size_t i = 0; i < moved.size(); ++i) {
+            if (!separation.isPinned(i))
                 continue;
-            const auto place = static_cast<std::size_t>(junction);
-            shapes.junctions[place] = toPoint(cracks.junctions[place]);
-            moved[place] = true;
+            const Point corner = toPoint(cracks.junctions[i]);
+            const auto near = [](double place, double middle) {
+                return std::clamp(place, middle - EdgePlaces::Beside, middle + EdgePlaces::Beside);
+            };
+            Point& at = shapes.junctions[i];
+            const Point pinned{near(at.x, corner.x), near(at.y, corner.y)};
+            moved[i] = pinned != at;
+            at = pinned;
         }
-        return changes;
+        return moved;
+    }
+    /// Leads a chain to its junctions where they are now.
+    void moveEnds(std::size_t i) {
+        const CrackChain& chain = cracks.chains[i];
+        const Point start = shapes.junctions[static_cast<std::size_t>(chain.from)];
+        const Point end = shapes.junctions[static_cast<std::size_t>(chain.to)];
+        FittedChain& f = fitted[i];
+        if (isRim(chain)) {
+            joinRim(i);
+            return;
+        }
+        std::vector<Piece> pieces;
+        if (f.followsModel)
+            pieces = joined(false, f.model, f.samples, start, end);
+        if (pieces.empty())
+            pieces = bentTo(f.alone.empty() ? curves[i] : f.alone, start, end);
+        curves[i] = pieces;
+        if (!f.alone.empty())
+            f.alone = std::move(pieces);
+    }
+    void patch(std::size_t i, const PatchedSteps& steps) {
+        const CrackChain& chain = cracks.chains[i];
+        if (steps.empty() || isRim(chain))
+            return;
+        FittedChain& f = fitted[i];
+        if (f.alone.empty())
+            f.alone = curves[i];
+        curves[i] =
+            patched(f.alone, places.placesBeside(cracks, chain), steps.all(), chain.from < 0);
     }
 
     /// The curve of a model; nothing when it does not follow the samples.
@@ -297,7 +297,7 @@ private:
     /// Along the image's rim: straight lines, corners where those of the image are.
     void joinRim(std::size_t i) {
         const CrackChain& chain = cracks.chains[i];
-        std::vector<Piece>& pieces = fitted[i].pieces;
+        std::vector<Piece>& pieces = curves[i];
         pieces.clear();
         Point from = chain.from >= 0 ? shapes.junctions[static_cast<std::size_t>(chain.from)]
                                      : toPoint(chain.start);
@@ -322,7 +322,7 @@ private:
     const CrackMap& cracks;
     const FitOptions& options;
     std::vector<FittedChain> fitted;
-    std::vector<bool> moved; ///< the junctions that were put back in this round
+    std::vector<std::vector<Piece>> curves; ///< of the chains
     ShapedChains shapes;
 };
 

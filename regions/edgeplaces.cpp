@@ -1,7 +1,5 @@
 #include "edgeplaces.h"
 
-#include "profile.h"
-
 #include <algorithm>
 #include <cstdlib>
 
@@ -91,6 +89,14 @@ void trustLongRuns(std::vector<Sample>& samples) {
 
 } // namespace
 
+/// The place of the edge in the row or column that the step between two corners crosses.
+EdgePlace EdgePlaces::edgeAt(GridPoint from, GridPoint to) const {
+    const int across = from.y == to.y ? 1 : 0;
+    const PixelLine line(image, labels, std::min(from.x, to.x), std::min(from.y, to.y), 1 - across,
+                         across);
+    return findEdge(line, options.noise);
+}
+
 std::vector<Sample> EdgePlaces::placesOf(const CrackMap& cracks, const CrackChain& chain,
                                          double most) const {
     std::vector<Sample> samples;
@@ -106,8 +112,7 @@ std::vector<Sample> EdgePlaces::placesOf(const CrackMap& cracks, const CrackChai
             continue;
         const int x = std::min(here.x, p.x);
         const int y = std::min(here.y, p.y);
-        const PixelLine line(image, labels, x, y, horizontal ? 0 : 1, horizontal ? 1 : 0);
-        const EdgePlace place = findEdge(line, options.noise);
+        const EdgePlace place = edgeAt(here, p);
         const double off = std::clamp(place.at, -most, most);
         const Point at = horizontal ? Point{x + 0.5, y + off} : Point{x + off, y + 0.5};
         samples.push_back({at, place.sigma, place.loose});
@@ -119,6 +124,24 @@ std::vector<Sample> EdgePlaces::placesOf(const CrackMap& cracks, const CrackChai
     }
     trustLongRuns(samples);
     return samples;
+}
+
+std::vector<Point> EdgePlaces::placesBeside(const CrackMap& cracks, const CrackChain& chain) const {
+    std::vector<Point> places;
+    const ChainSteps steps(cracks, chain);
+    GridPoint p = chain.start;
+    for (std::int64_t i = 0; i < steps.size(); ++i) {
+        const GridPoint here = p;
+        p = p + steps.at(i);
+        const bool horizontal = here.y == p.y;
+        // Where the chain runs the other way, the coverage tells nothing about this step.
+        const double off =
+            steps.isFlat(i) == horizontal ? std::clamp(edgeAt(here, p).at, -Beside, Beside) : 0.0;
+        const Point middle{(here.x + p.x) / 2.0, (here.y + p.y) / 2.0};
+        places.push_back(horizontal ? Point{middle.x, middle.y + off}
+                                    : Point{middle.x + off, middle.y});
+    }
+    return places;
 }
 
 } // namespace ovtrace

@@ -2,6 +2,7 @@
 
 #include "crackmap.h"
 #include "labelimage.h"
+#include "profile.h"
 
 #include "shapes/moments.h"
 
@@ -35,7 +36,17 @@ public:
     std::vector<Sample> placesOf(const CrackMap& cracks, const CrackChain& chain,
                                  double most = Anywhere) const;
 
+    /// One place for each step of a chain, less than half a pixel from its middle and beside it: in
+    /// the squares around the corners of the pixels, the polygons through the places of all chains
+    /// meet neither each other nor themselves.
+    std::vector<Point> placesBeside(const CrackMap& cracks, const CrackChain& chain) const;
+
+    /// Pixels, along x or y, that nothing drawn beside its steps goes beyond.
+    static constexpr double Beside = 0.45;
+
 private:
+    EdgePlace edgeAt(GridPoint from, GridPoint to) const;
+
     const PixelView& image;
     const LabelImage& labels;
     PlaceOptions options;

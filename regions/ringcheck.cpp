@@ -2,32 +2,7 @@
 
 #include "shapes/piece.h"
 
-#include <algorithm>
-
 namespace ovtrace {
-namespace {
-
-double leastX(const Chord& chord) {
-    return std::min(chord.from.x, chord.to.x);
-}
-double greatestX(const Chord& chord) {
-    return std::max(chord.from.x, chord.to.x);
-}
-
-/// Whether the inner parts of two chords cross.
-bool areCrossing(const Chord& p, const Chord& q) {
-    if (std::max(p.from.y, p.to.y) < std::min(q.from.y, q.to.y) ||
-        std::max(q.from.y, q.to.y) < std::min(p.from.y, p.to.y))
-        return false;
-    const Point along = p.to - p.from;
-    if (cross(along, q.from - p.from) * cross(along, q.to - p.from) >= 0.0)
-        return false;
-    const Point across = q.to - q.from;
-    return cross(across, p.from - q.from) * cross(across, p.to - q.from) < 0.0;
-}
-
-} // namespace
-
 void appendChords(const Piece& piece, bool reversed, std::uint32_t boundary,
                   std::vector<Chord>& chords) {
     constexpr int OfCurve = 6;
@@ -52,23 +27,6 @@ bool hasAreaOf(std::span<const Chord> ring, double pixels) {
         area -= cross(chord.from - origin, chord.to - origin) / 2.0;
     const double share = area / pixels;
     return share >= Least && share <= Most;
-}
-
-std::vector<std::pair<std::uint32_t, std::uint32_t>> findCrossings(std::vector<Chord> chords) {
-    // Those that overlap in x: chords are short.
-    std::stable_sort(chords.begin(), chords.end(),
-                     [](const Chord& p, const Chord& q) { return leastX(p) < leastX(q); });
-    std::vector<std::pair<std::uint32_t, std::uint32_t>> found;
-    std::vector<const Chord*> open;
-    for (const Chord& chord : chords) {
-        std::erase_if(open, [&](const Chord* other) { return greatestX(*other) < leastX(chord); });
-        for (const Chord* other : open) {
-            if (areCrossing(*other, chord))
-                found.emplace_back(other->boundary, chord.boundary);
-        }
-        open.push_back(&chord);
-    }
-    return found;
 }
 
 } // namespace ovtrace

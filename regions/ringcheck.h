@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <span>
-#include <utility>
 #include <vector>
 
 namespace ovtrace {
@@ -24,8 +23,5 @@ void appendChords(const Piece& piece, bool reversed, std::uint32_t boundary,
 /// Whether the closed run of chords may stand for a ring of so many square pixels, less than 0 for
 /// holes: it runs round about as many, outer rings counter-clockwise as one sees them.
 bool hasAreaOf(std::span<const Chord> ring, double pixels);
-
-/// The boundaries of chords that cross each other, in pairs. Ends that touch do not cross.
-std::vector<std::pair<std::uint32_t, std::uint32_t>> findCrossings(std::vector<Chord> chords);
 
 } // namespace ovtrace

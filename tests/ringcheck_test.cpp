@@ -39,27 +39,6 @@ TEST(RingCheck, AreaHasToBeAboutThatOfThePixels) {
     EXPECT_FALSE(hasAreaOf(closed({{0, 0}, {3, 3}}), 4.0));
 }
 
-TEST(RingCheck, CrossingsNameTheirBoundaries) {
-    EXPECT_TRUE(findCrossings(closed(Square)).empty());
-    // The first side and the third.
-    const auto found = findCrossings(closed({{0, 0}, {4, 4}, {4, 0}, {0, 4}}));
-    ASSERT_EQ(found.size(), 1U);
-    EXPECT_EQ(std::min(found[0].first, found[0].second), 0U);
-    EXPECT_EQ(std::max(found[0].first, found[0].second), 2U);
-}
-
-TEST(RingCheck, EndsThatTouchDoNotCross) {
-    EXPECT_TRUE(findCrossings(closed({{0, 0}, {2, 2}, {4, 4}, {4, 0}, {2, 2}, {0, 4}})).empty());
-}
-
-TEST(RingCheck, CrossingsAreThoseOfEveryPair) {
-    // A comb of verticals and a line through all of them.
-    std::vector<Chord> chords{{{-1, 5}, {50, 5.5}, 1000}};
-    for (std::uint32_t i = 0; i < 40; ++i)
-        chords.push_back({{double(i), i % 2 == 0 ? 0.0 : 6.0}, {i + 0.3, 10}, i});
-    EXPECT_EQ(findCrossings(chords).size(), 20U);
-}
-
 TEST(RingCheck, ChordsOfAPieceFollowItsWalk) {
     const Piece arc = arcPiece({0, 0}, {2, 0}, 1.0);
     for (const bool reversed : {false, true}) {

@@ -40,6 +40,14 @@ bool Noding::addNodes(std::vector<Corners>& lines) {
     return true;
 }
 
+std::set<std::size_t> Noding::meetingLines(const std::vector<Corners>& lines) {
+    find(lines);
+    std::set<std::size_t> found;
+    for (const Node& node : nodes)
+        found.insert(node.line);
+    return found;
+}
+
 void Noding::find(const std::vector<Corners>& lines) {
     edges.clear();
     entries.clear();

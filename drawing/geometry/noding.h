@@ -2,6 +2,7 @@
 
 #include <QPointF>
 
+#include <set>
 #include <vector>
 
 /// Corners of lines; a line that is closed ends where it starts.
@@ -17,6 +18,10 @@ public:
     /// Adds corners to all lines where they meet. Rounded places can bring edges to meet that did
     /// not: the search starts anew a few times. Whether anything has been added.
     bool addNodes(std::vector<Corners>& lines);
+
+    /// The indices of the lines that cross or touch one another or themselves elsewhere than in a
+    /// corner of both.
+    std::set<std::size_t> meetingLines(const std::vector<Corners>& lines);
 
 private:
     struct Edge {

@@ -1,9 +1,11 @@
 #include "geojsonwriter.h"
 
+#include "../geometry/planarorder.h"
 #include "../geometry/polygons.h"
 #include "../geometry/vectors.h"
 #include "geojsonhead.h"
 #include "polygonring.h"
+#include "sharedlines.h"
 #include "textbuffer.h"
 #include "visible.h"
 
@@ -20,11 +22,8 @@ class FeatureWriter {
 public:
     FeatureWriter(const Drawing& drawing, const WriterOptions& options, QIODevice& device)
         : drawing(drawing), placement(drawing.placement()), tolerance(options.deviation),
-          cell(UsualEdge * drawing.unitsPerPixel()), json(device) {
-        if (!options.precision)
-            return;
-        json.setPrecision(*options.precision);
-        steps = std::pow(10.0, *options.precision);
+          cell(UsualEdge * drawing.unitsPerPixel()), steps(stepsOf(options)),
+          lines(drawing, {options.deviation, steps}), json(device) {
     }
 
     void write() {
@@ -41,6 +40,12 @@ public:
     }
 
 private:
+    static std::optional<double> stepsOf(const WriterOptions& options) {
+        if (!options.precision)
+            return std::nullopt;
+        return std::pow(10.0, *options.precision);
+    }
+
     /// The start of a feature, up to what its properties have beside the colour.
     void begin(int color) {
         const QColor& value = drawing.palette[color];
@@ -59,9 +64,11 @@ private:
     /// Where a point is written: what is rounded must not make edges cross.
     QPointF placed(QPointF point) const {
         const QPointF place = placement.map(point);
-        if (!steps)
-            return place;
-        return {std::round(place.x() * *steps) / *steps, std::round(place.y() * *steps) / *steps};
+        return {rounded(place.x()), rounded(place.y())};
+    }
+    /// The nearest number of so few digits, which is written without further ones.
+    double rounded(double value) const {
+        return steps ? std::round(value * *steps) / *steps : value;
     }
 
     void writePoints(const Corners& points) {
@@ -138,19 +145,16 @@ private:
         }
     }
 
-    /// The corners of a ring, placed. Each path is cut into straight pieces in its own direction,
-    /// whichever way the ring takes it: both regions beside it have the same corners.
+    /// The corners of a ring. Both areas beside a path have the same ones.
     Corners cornersOf(const Ring& ring) const {
         Corners corners;
         for (qsizetype i = ring.firstUse; i < ring.firstUse + ring.count; ++i) {
             const PathUse& use = drawing.uses[i];
-            Corners own = flattened(drawing.paths.pieces(use.path), tolerance);
+            Corners own = lines.line(use.path);
             if (use.backwards)
                 std::reverse(own.begin(), own.end());
             corners.insert(corners.end(), own.begin() + (corners.empty() ? 0 : 1), own.end());
         }
-        std::transform(corners.begin(), corners.end(), corners.begin(),
-                       [this](QPointF point) { return placed(insideImage(point)); });
         if (!corners.empty() && !isSame(corners.back(), corners.front()))
             corners.push_back(corners.front());
         if (placement.determinant() < 0.0) // a mirror turns rings over
@@ -158,18 +162,27 @@ private:
         return corners;
     }
 
+    /// Whether rings come to a place twice, as around pixels that touch in a corner.
+    static bool touch(const std::vector<Corners>& rings) {
+        Corners corners;
+        for (const Corners& ring : rings)
+            corners.insert(corners.end(), ring.begin() + 1, ring.end());
+        std::sort(corners.begin(), corners.end(), ByPlace());
+        return std::adjacent_find(corners.begin(), corners.end(), isSame) != corners.end();
+    }
+
     void writeArea(const Shape& shape) {
-        Polygon polygon;
-        for (const Ring& ring : drawing.ringsOf(shape)) {
-            Corners corners = cornersOf(ring);
-            if (polygon.outer.empty())
-                polygon.outer = std::move(corners);
-            else
-                polygon.holes.push_back(std::move(corners));
-        }
+        std::vector<Corners> rings;
+        for (const Ring& ring : drawing.ringsOf(shape))
+            rings.push_back(cornersOf(ring));
+        std::vector<Polygon> polygons;
+        if (touch(rings))
+            polygons = polygonsOf(rings, cell);
+        if (polygons.empty())
+            polygons.push_back({rings.front(), {rings.begin() + 1, rings.end()}});
         begin(shape.color);
         json << ",\"kind\":\"" << nameOf(shape.kind) << '"';
-        writeGeometry({polygon});
+        writeGeometry(polygons);
     }
 
     void writeStroke(const Stroke& stroke) {
@@ -189,6 +202,7 @@ private:
     double tolerance;            ///< in pixels
     double cell;                 ///< of the search for crossings, in units of the file
     std::optional<double> steps; ///< of a unit, to which places are rounded
+    SharedLines lines;
     TextBuffer json;
     bool isFirst = true;
 };
