@@ -78,4 +78,55 @@ private:
     double square = 0.0;
 };
 
+/// Three colours, and the mixes that pixels which they share have.
+class ColorTriangle {
+public:
+    ColorTriangle(const MixColor& a, const MixColor& b, const MixColor& c) : origin(a) {
+        for (std::size_t i = 0; i < 4; ++i) {
+            u[i] = b[i] - a[i];
+            v[i] = c[i] - a[i];
+            uu += u[i] * u[i];
+            uv += u[i] * v[i];
+            vv += v[i] * v[i];
+        }
+        determinant = uu * vv - uv * uv;
+    }
+
+    /// Whether the colours lie on one line, or nearly, two equal ones among them: mixes then say
+    /// nothing about their shares.
+    bool isFlat() const {
+        return determinant <= uu * vv * 1e-3;
+    }
+    /// The shares of the three in the mix that is nearest to `color`; their sum is 1, and some are
+    /// negative outside the triangle. The triangle must not be flat.
+    std::array<double, 3> sharesOf(const MixColor& color) const {
+        double uw = 0.0;
+        double vw = 0.0;
+        for (std::size_t i = 0; i < 4; ++i) {
+            uw += u[i] * (color[i] - origin[i]);
+            vw += v[i] * (color[i] - origin[i]);
+        }
+        const double b = (uw * vv - vw * uv) / determinant;
+        const double c = (vw * uu - uw * uv) / determinant;
+        return {1.0 - b - c, b, c};
+    }
+    /// How far `color` is, in its worst channel, from the mix of these shares.
+    double residual(const MixColor& color, const std::array<double, 3>& shares) const {
+        double worst = 0.0;
+        for (std::size_t i = 0; i < 4; ++i)
+            worst = std::max(worst,
+                             std::fabs(color[i] - origin[i] - shares[1] * u[i] - shares[2] * v[i]));
+        return worst;
+    }
+
+private:
+    MixColor origin;
+    std::array<double, 4> u{}; ///< from the first colour to the second
+    std::array<double, 4> v{}; ///< from the first colour to the third
+    double uu = 0.0;
+    double uv = 0.0;
+    double vv = 0.0;
+    double determinant = 0.0;
+};
+
 } // namespace ovtrace

@@ -167,6 +167,9 @@ private:
     ColorAxis axis(std::uint16_t a, std::uint16_t b) const {
         return {labels.palette[a], labels.palette[b]};
     }
+    ColorTriangle triangle(const std::array<std::uint16_t, 3>& of) const {
+        return {colors[of[0]], colors[of[1]], colors[of[2]]};
+    }
 
     /// Two colours around the mix, of those that explain it the nearest.
     void explain(Mix& mix) {
@@ -223,58 +226,31 @@ private:
             for (int j = 1; j < k; ++j) {
                 for (int i = 0; i < j; ++i) {
                     const std::array three{around[i], around[j], around[k]};
-                    const auto shares = sharesOf(color, three, best);
+                    const auto shares = sharesOf(color, triangle(three), best);
                     if (shares)
                         keepLargest(mix, three, *shares);
                 }
             }
         }
     }
-    struct Shares {
-        std::array<double, 3> of{};
-    };
+    using Shares = std::array<double, 3>;
     /// The shares of three colours in a mix if they are all positive and explain it better than
     /// `best`, which is set then.
-    std::optional<Shares> sharesOf(const MixColor& color, const std::array<std::uint16_t, 3>& three,
-                                   double& best) const {
-        std::array<double, 4> u{};
-        std::array<double, 4> v{};
-        std::array<double, 4> w{};
-        double uu = 0.0;
-        double uv = 0.0;
-        double vv = 0.0;
-        double uw = 0.0;
-        double vw = 0.0;
-        for (std::size_t i = 0; i < 4; ++i) {
-            u[i] = colors[three[1]][i] - colors[three[0]][i];
-            v[i] = colors[three[2]][i] - colors[three[0]][i];
-            w[i] = color[i] - colors[three[0]][i];
-            uu += u[i] * u[i];
-            uv += u[i] * v[i];
-            vv += v[i] * v[i];
-            uw += u[i] * w[i];
-            vw += v[i] * w[i];
-        }
-        const double determinant = uu * vv - uv * uv;
-        // Colours on one line say nothing about their shares.
-        if (determinant < uu * vv * 1e-3)
+    static std::optional<Shares> sharesOf(const MixColor& color, const ColorTriangle& triangle,
+                                          double& best) {
+        if (triangle.isFlat())
             return std::nullopt;
-        const double b = (uw * vv - vw * uv) / determinant;
-        const double c = (vw * uu - uw * uv) / determinant;
-        const double slack = 0.02;
-        if (b < -slack || c < -slack || b + c > 1.0 + slack)
+        const Shares shares = triangle.sharesOf(color);
+        constexpr double Slack = 0.02;
+        if (shares[1] < -Slack || shares[2] < -Slack || shares[1] + shares[2] > 1.0 + Slack)
             return std::nullopt;
-        double residual = 0.0;
-        for (std::size_t i = 0; i < 4; ++i)
-            residual = std::max(residual, std::fabs(w[i] - b * u[i] - c * v[i]));
+        const double residual = triangle.residual(color, shares);
         if (residual >= best)
             return std::nullopt;
         best = residual;
-        return Shares{{1.0 - b - c, b, c}};
+        return shares;
     }
-    static void keepLargest(Mix& mix, const std::array<std::uint16_t, 3>& three,
-                            const Shares& shares) {
-        const auto& of = shares.of;
+    static void keepLargest(Mix& mix, const std::array<std::uint16_t, 3>& three, const Shares& of) {
         std::array<std::size_t, 3> order{0, 1, 2};
         std::stable_sort(order.begin(), order.end(),
                          [&](std::size_t i, std::size_t j) { return of[i] > of[j]; });
@@ -300,6 +276,7 @@ private:
         if (lonely.size() > labels.labels.size() / most)
             return;
         constexpr int MostAdded = 16;
+        std::vector<QRgb> refused;
         for (int added = 0;
              added < MostAdded && labels.palette.size() < options.mostColors && !lonely.empty();
              ++added) {
@@ -312,16 +289,35 @@ private:
                     ridges.add(ridgeAround(mix, around[0]));
             }
             QRgb best = 0;
-            const int explained = bestRidge(ridges, stride, best);
+            const int explained = bestRidge(ridges, refused, stride, best);
             if (explained < FewestPixels)
                 return;
+            const std::size_t before = lonely.size();
             labels.palette.push_back(best);
             colors.push_back(mixColor(best));
             explainLonely();
+            if (lonely.size() == before) {
+                refused.push_back(best);
+                labels.palette.pop_back();
+                colors.pop_back();
+            }
         }
     }
+    /// Whether a colour lies between two that are there already.
+    bool isMixOfPalette(QRgb color) const {
+        const MixColor mix = mixColor(color);
+        for (std::uint16_t b = 1; b < labels.palette.size(); ++b) {
+            for (std::uint16_t a = 0; a < b; ++a) {
+                if (axis(a, b).residual(mix) <= options.tolerance)
+                    return true;
+            }
+        }
+        return false;
+    }
     /// How many strange pixels the ridge explains that explains most, which `best` is set to.
-    int bestRidge(const ColorCounts& ridges, std::size_t stride, QRgb& best) const {
+    /// Those `refused` have explained none when they were tried.
+    int bestRidge(const ColorCounts& ridges, const std::vector<QRgb>& refused, std::size_t stride,
+                  QRgb& best) const {
         constexpr std::size_t MostRidges = 64;
         std::vector<ColorCounts::Entry> order = ridges.entries();
         std::stable_sort(order.begin(), order.end(),
@@ -329,6 +325,9 @@ private:
         order.resize(std::min(order.size(), MostRidges));
         int most = 0;
         for (const ColorCounts::Entry& entry : order) {
+            if (std::find(refused.begin(), refused.end(), entry.color) != refused.end() ||
+                isMixOfPalette(entry.color))
+                continue;
             int explained = 0;
             for (std::size_t i = 0; i < lonely.size(); i += stride) {
                 const Mix& mix = mixes[lonely[i]];
@@ -423,7 +422,63 @@ private:
         const Neighbours around = groundsOf(mix);
         for (int i = 0; i < around.count && mix.b == Unknown; ++i)
             explainFrom(mix, color, around[i]);
+        if (mix.b != Unknown)
+            return true;
+        // Of more colours the nearest ones: what is farther away is seldom beside a line.
+        constexpr int Nearest = 3;
+        const int count = std::min(around.count, Nearest);
+        Reach best;
+        for (int j = 1; j < count; ++j) {
+            for (int i = 0; i < j; ++i)
+                explainBetween(mix, color, {around[i], around[j]}, best);
+        }
         return mix.b != Unknown;
+    }
+    /// What three colours explain around a place.
+    struct Reach {
+        int explained = 0; ///< mixes
+        double most = 0.0; ///< the largest share of the third colour in them
+    };
+    /// A line between two grounds, of a colour that explains more of the mixes around this one than
+    /// `best`, or as many if they come nearer to it; `best` is set then.
+    void explainBetween(Mix& mix, const MixColor& color,
+                        const std::array<std::uint16_t, 2>& grounds, Reach& best) const {
+        for (std::size_t k = 0; k < colors.size(); ++k) {
+            const auto line = static_cast<std::uint16_t>(k);
+            if (line == grounds[0] || line == grounds[1])
+                continue;
+            const std::array three{grounds[0], grounds[1], line};
+            const ColorTriangle way = triangle(three);
+            double tolerance = options.tolerance;
+            const auto shares = sharesOf(color, way, tolerance);
+            if (!shares)
+                continue;
+            const Reach reach = reachAround(mix, way);
+            if (reach.explained < best.explained ||
+                (reach.explained == best.explained && reach.most <= best.most))
+                continue;
+            best = reach;
+            const std::size_t ground = (*shares)[0] >= (*shares)[1] ? 0 : 1;
+            mix.a = grounds[ground];
+            mix.b = line;
+            mix.t = static_cast<float>(std::clamp((*shares)[2], 0.0, 1.0));
+        }
+    }
+    Reach reachAround(const Mix& mix, const ColorTriangle& way) const {
+        Reach reach;
+        for (int y = std::max(mix.y - 1, 0); y <= std::min(mix.y + 1, image.height - 1); ++y) {
+            for (int x = std::max(mix.x - 1, 0); x <= std::min(mix.x + 1, image.width - 1); ++x) {
+                double tolerance = options.tolerance;
+                if (labels.at(x, y) != Unknown)
+                    continue;
+                const auto shares = sharesOf(mixColor(image.at(x, y)), way, tolerance);
+                if (!shares)
+                    continue;
+                ++reach.explained;
+                reach.most = std::max(reach.most, (*shares)[2]);
+            }
+        }
+        return reach;
     }
     void explainFrom(Mix& mix, const MixColor& color, std::uint16_t from) const {
         const MixColor ridge = mixColor(ridgeAround(mix, from));
@@ -469,6 +524,7 @@ private:
         const ColorAxis way = axis(mix.a, mix.b);
         auto least = static_cast<double>(mix.t);
         double most = least;
+        bool isBesideOthers = false;
         // Blurred edges are wider.
         const std::size_t reach = options.noise > 0 ? Around.size() : 8;
         for (std::size_t i = 0; i < reach; ++i) {
@@ -478,19 +534,25 @@ private:
             if (x < 0 || y < 0 || x >= image.width || y >= image.height)
                 continue;
             const MixColor color = mixColor(image.at(x, y));
-            if (way.residual(color) > options.tolerance)
+            if (way.residual(color) > options.tolerance) {
+                isBesideOthers = true;
                 continue;
+            }
             const double t = std::clamp(way.rawPosition(color), 0.0, 1.0);
             least = std::min(least, t);
             most = std::max(most, t);
         }
-        return static_cast<double>(mix.t) > middleOf(way, least, most) ? mix.b : mix.a;
+        // What is as faint as this beside a mix of other colours may be one of these, too.
+        constexpr double Faint = 3.0;
+        constexpr double Clear = 3.0;
+        const double doubt =
+            std::max(Clear * options.noise, isBesideOthers ? Faint * options.tolerance : 0.0) *
+            way.step();
+        return static_cast<double>(mix.t) > middleOf(least, most, doubt) ? mix.b : mix.a;
     }
     /// The share from which on a pixel belongs to the second colour, of those from `least` to
-    /// `most` around it. What noise may have made is no line.
-    double middleOf(const ColorAxis& way, double least, double most) const {
-        constexpr double Clear = 3.0;
-        const double doubt = Clear * options.noise * way.step();
+    /// `most` around it. Shares within `doubt` of one of the two are no line.
+    static double middleOf(double least, double most, double doubt) {
         if (most < doubt || least > 1.0 - doubt)
             return 0.5;
         return (least + most) / 2.0;

@@ -145,6 +145,9 @@ private:
     /// Ground, line and what lies beyond between two pure pixels: the line's area and its first
     /// moment give both of its edges.
     EdgePlace betweenPure(int pure, int end, int way, const std::array<QRgb, 3>& colors) const {
+        const ColorTriangle triangle(mixColor(colors[0]), mixColor(colors[1]), mixColor(colors[2]));
+        if (!triangle.isFlat())
+            return byShares(pure, end, way, triangle);
         const ColorAxis toLine(colors[0], colors[1]);
         const double beyond = toLine.rawPosition(mixColor(colors[2]));
         const int count = std::abs(end - pure) - 1;
@@ -168,6 +171,47 @@ private:
         const double contrast = std::fabs(1.0 - beyond);
         place.sigma = 1.5 * uncertainty(count) * std::max(toLine.step() / axis.step(), 1.0) /
                       std::max(contrast, 0.1);
+        spoil(place, worst);
+        return place;
+    }
+    /// The same where each of the three colours has its share in every pixel. The line's own is
+    /// what can be trusted: a line painted over the edge of an area lets the colours on both sides
+    /// shine through, wherever that edge is. In the first pixel that it touches what is not the
+    /// line lies before it, in the last one behind it; in one alone both are.
+    EdgePlace byShares(int pure, int end, int way, const ColorTriangle& triangle) const {
+        constexpr double Touched = 0.05; // what roundings leave is no line
+        const int count = std::abs(end - pure) - 1;
+        double width = 0.0;
+        double worst = 0.0;
+        double near = -1.0;
+        double far = 0.0;
+        int first = -1;
+        for (int i = 0; i < count; ++i) {
+            const MixColor color = mixColor(line.color(pure + (i + 1) * way));
+            const auto shares = triangle.sharesOf(color);
+            worst = std::max(worst, triangle.residual(color, shares) * axis.step());
+            const double share = std::clamp(shares[1], 0.0, 1.0);
+            width += share;
+            if (share < Touched)
+                continue;
+            if (first < 0) {
+                first = i;
+                near = i + 1.0 - share;
+                const double before = std::max(shares[0], 0.0);
+                const double behind = std::max(shares[2], 0.0);
+                far = i + 1.0 -
+                      (before + behind > 0.0 ? (1.0 - share) * behind / (before + behind) : 0.0);
+                continue;
+            }
+            far = i + share;
+        }
+        if (first < 0)
+            return halfWay();
+        const bool isInOne = far <= first + 1.0;
+        const double edge = isInOne ? far - width : (near + far - width) / 2.0;
+        EdgePlace place;
+        place.at = way > 0 ? pure + 1 + edge : pure - edge;
+        place.sigma = uncertainty(count);
         spoil(place, worst);
         return place;
     }

@@ -56,6 +56,35 @@ TEST(MixLabels, LineThinnerThanAPixelIsKept) {
     }
 }
 
+TEST(MixLabels, LineBetweenTwoColoursIsKept) {
+    const auto place = [](double x, double y) { return (x - 20.0) * 0.8 + (y - 15.0) * 0.6; };
+    for (const double width : {0.8, 1.2, 1.6}) {
+        QImage image = ground(40, 30, White);
+        paint(image, Red, [&](double x, double y) { return place(x, y) > 0.0; });
+        paint(image, Black,
+              [&](double x, double y) { return std::fabs(place(x, y)) < width / 2.0; });
+        // Whether black is known from elsewhere or not.
+        const LabelImage known = labelPixels(viewOf(image), {White, Red, Black}, {});
+        const LabelImage found = labelPixels(viewOf(image), {White, Red}, {});
+        EXPECT_EQ(known.palette.size(), 3U);
+        // What covers no pixel whole has no colour that can be read.
+        if (width > 1.0) {
+            EXPECT_EQ(found.palette.size(), 3U) << "the line has one colour";
+        }
+        for (int y = 2; y < 28; ++y) {
+            const double middle = 20.0 - (y + 0.5 - 15.0) * 0.75;
+            EXPECT_EQ(colorAt(known, static_cast<int>(middle), y), Black) << width << ' ' << y;
+            for (int x = 0; x < 40; ++x) {
+                const double off = place(x + 0.5, y + 0.5);
+                if (std::fabs(off) > width / 2.0 + 0.8) {
+                    EXPECT_EQ(colorAt(known, x, y), off < 0.0 ? White : Red);
+                    EXPECT_EQ(colorAt(found, x, y), off < 0.0 ? White : Red);
+                }
+            }
+        }
+    }
+}
+
 TEST(MixLabels, LineOfAnUnknownColourBringsIt) {
     QImage image = ground(20, 12, White);
     paint(image, Red, [](double x, double) { return x > 10.1 && x < 10.9; });

@@ -14,14 +14,15 @@ using namespace ovtrace;
 constexpr QRgb White = 0xffffffffU;
 constexpr QRgb Black = 0xff000000U;
 constexpr QRgb Grey = 0xff808080U;
+constexpr QRgb Red = 0xffe31a1cU;
 
 /// A row painted with a colour from each place to the next, by exact coverage.
 struct Row {
     Row(QRgb ground, int width) : pixels(static_cast<std::size_t>(width), ground) {
         labels.width = width;
         labels.height = 1;
-        labels.palette = {White, Black, Grey};
-        labels.plainColors = 3;
+        labels.palette = {White, Black, Grey, Red};
+        labels.plainColors = 4;
         labels.labels.assign(pixels.size(), 0);
     }
     void paint(double from, double to, QRgb color, std::uint16_t label) {
@@ -31,9 +32,12 @@ struct Row {
             if (end <= begin)
                 continue;
             const double share = end - begin;
-            const auto value =
-                static_cast<int>(qRed(pixels[x]) * (1.0 - share) + qRed(color) * share + 0.5);
-            pixels[x] = qRgb(value, value, value);
+            const auto mixed = [share](int below, int above) {
+                return static_cast<int>(below * (1.0 - share) + above * share + 0.5);
+            };
+            const QRgb below = pixels[x];
+            pixels[x] = qRgb(mixed(qRed(below), qRed(color)), mixed(qGreen(below), qGreen(color)),
+                             mixed(qBlue(below), qBlue(color)));
             if (share > 0.5)
                 labels.labels[x] = label;
         }
@@ -87,6 +91,19 @@ TEST(Profile, LineBetweenTwoOtherColours) {
     row.labels.labels[7] = 2;
     EXPECT_NEAR(5 + row.edgeAt(5).at, 5.4, 0.1);
     EXPECT_NEAR(7 + row.edgeAt(7).at, 6.6, 0.1);
+}
+
+TEST(Profile, LineBetweenTwoColoursThatAreNoMixesOfEachOther) {
+    for (const double from : {5.1, 5.4, 5.8}) {
+        const double to = from + 0.8;
+        Row row(White, 14);
+        row.paint(from + 0.4, 14.0, Red, 3);
+        row.paint(from, to, Black, 1);
+        // The line covers no pixel whole.
+        row.labels.labels = {0, 0, 0, 0, 0, 1, 3, 3, 3, 3, 3, 3, 3, 3};
+        EXPECT_NEAR(5 + row.edgeAt(5).at, from, 0.01);
+        EXPECT_NEAR(6 + row.edgeAt(6).at, to, 0.01);
+    }
 }
 
 TEST(Profile, WithoutPureColourThePlaceIsUncertain) {

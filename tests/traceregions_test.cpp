@@ -199,6 +199,24 @@ TEST(TraceRegions, ThinLinesKeepTheirColourAndWidth) {
     }
 }
 
+TEST(TraceRegions, ThinLinesBetweenTwoColoursKeepTheirColourAndWidth) {
+    for (const double width : {0.8, 1.2, 1.6}) {
+        QImage image = ground(80, 60, White);
+        paint(image, Black, [](double x, double) { return x < 3.0; });
+        const auto isInside = [](double x, double y, double radius) {
+            return (x - 40.0) * (x - 40.0) + (y - 30.0) * (y - 30.0) < radius * radius;
+        };
+        paint(image, Black, [&](double x, double y) { return isInside(x, y, 20.0 + width / 2.0); });
+        paint(image, Red, [&](double x, double y) { return isInside(x, y, 20.0 - width / 2.0); });
+        const RegionMap map = traced(image);
+        const auto black = regionsOf(map, Black);
+        ASSERT_EQ(black.size(), 2U) << width;
+        EXPECT_EQ(map.regions.size(), 4U) << width;
+        constexpr double Pi = 3.14159265358979;
+        EXPECT_NEAR(black[1].area, 2.0 * Pi * 20.0 * width, 2.0 * Pi * 20.0 * 0.04) << width;
+    }
+}
+
 TEST(TraceRegions, ThreeAreasMeetInOnePlace) {
     QImage image = ground(40, 40, White);
     paint(image, Red, [](double x, double) { return x < 17.4; });
