@@ -91,9 +91,12 @@ void Search::consider(const Moments& moments, int first, int end, Reached& best)
     leastError_ = lineError;
     // Two samples are on a line whatever they are: no evidence for one.
     const double doubt = moments.count() < 3 ? doubtCost_ : 0.0;
-    if (before + lineCost_ + doubt + lineError < best.cost && data_.advances(first, end - 1, 0.0) &&
-        data_.keepsTo(LineFit(moments), first, end - 1))
-        best = {before + lineCost_ + doubt + lineError, first, false};
+    const double asLine = before + lineCost_ + doubt + lineError;
+    if (asLine < best.cost && data_.advances(first, end - 1, 0.0)) {
+        const LineFit line(moments);
+        if (data_.keepsToLine(line.at, line.direction, first, end - 1))
+            best = {asLine, first, false};
+    }
     // An arc has to earn its third parameter.
     if (lineError <= arcCost_ - lineCost_ || moments.count() < leastForArc_)
         return;
@@ -108,7 +111,8 @@ void Search::consider(const Moments& moments, int first, int end, Reached& best)
     if (before + arcCost_ + arcError >= best.cost)
         return;
     const CircleFit circle(moments);
-    if (data_.advances(first, end - 1, circle.radius) && data_.keepsTo(circle, first, end - 1))
+    if (data_.advances(first, end - 1, circle.radius) &&
+        data_.keepsToCircle(circle.centre, circle.radius, first, end - 1))
         best = {before + arcCost_ + arcError, first, true};
 }
 

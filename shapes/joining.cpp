@@ -73,9 +73,21 @@ private:
             const std::vector<Sample> samples =
                 chain_.between(carriers_[k].first, carriers_[k].last, spread());
             const double bound = (before ? allowed : 0.0) + (after ? allowed : 0.0);
-            if (const auto circle = tangentCircle(carriers_[k], before, after, samples, bound))
+            const auto circle = tangentCircle(carriers_[k], before, after, samples, bound);
+            if (circle && (!before || touchesNear(*before, *circle)) &&
+                (!after || touchesNear(*circle, *after)))
                 carriers_[k] = *circle;
         }
+    }
+
+    /// Whether a line and a circle tangent to it, one after the other, touch where they meet.
+    [[nodiscard]] bool touchesNear(const Carrier& a, const Carrier& b) const {
+        return touching(a, b, gap(a, b), width(a, b)).has_value();
+    }
+
+    /// The distance between the last sample of `a` and the first of `b`.
+    [[nodiscard]] double width(const Carrier& a, const Carrier& b) const {
+        return distance(chain_.at(a.last), chain_.at(b.first));
     }
 
     [[nodiscard]] Joint joint(std::size_t before, std::size_t after) const {
@@ -83,11 +95,11 @@ private:
         const Carrier& b = carriers_[after];
         const bool smooth = isSmooth(a, b);
         const Point place = gap(a, b);
-        const double width = distance(chain_.at(a.last), chain_.at(b.first));
+        const double apart = width(a, b);
         if (smooth && a.isLine() != b.isLine())
-            if (const auto touch = touching(a, b, place, width))
+            if (const auto touch = touching(a, b, place, apart))
                 return {*touch, *touch, true};
-        if (const auto corner = meeting(a, b, place, width))
+        if (const auto corner = meeting(a, b, place, apart))
             return {*corner, *corner, smooth};
         if (!smooth && dot(directionAt(a, place), directionAt(b, place)) < 0.0)
             return cap(a, b);

@@ -31,35 +31,35 @@ bool Weighted::advances(int first, int last, double radius) const {
            distance(at(first), at(last)) >= leastShare * way;
 }
 
-bool Weighted::keepsTo(const LineFit& line, int first, int last) const {
+bool Weighted::keepsToLine(Point on, Point direction, int first, int last) const {
     if (!(mostOff < infinite))
         return true;
     for (int k = first; k <= last; ++k)
-        if (weight(k) > 0.0 && std::abs(cross(line.direction, at(k) - line.at)) > mostOff)
+        if (weight(k) > 0.0 && std::abs(cross(direction, at(k) - on)) > mostOff)
             return false;
     return true;
 }
 
-bool Weighted::keepsTo(const CircleFit& circle, int first, int last) const {
+bool Weighted::keepsToCircle(Point centre, double radius, int first, int last) const {
     if (!(mostOff < infinite))
         return true;
-    const double least = std::max(0.0, circle.radius - mostOff);
-    const double most = circle.radius + mostOff;
+    const double least = std::max(0.0, radius - mostOff);
+    const double most = radius + mostOff;
     for (int k = first; k <= last; ++k) {
-        const double square = lengthSquared(at(k) - circle.centre);
+        const double square = lengthSquared(at(k) - centre);
         if (weight(k) > 0.0 && (square < least * least || square > most * most))
+            return false;
+        // The chain runs straight from sample to sample, not out and back.
+        if (k > first && lengthSquared(middle(at(k - 1), at(k)) - centre) < least * least)
             return false;
     }
     return true;
 }
 
 bool Weighted::keepsTo(const Carrier& carrier) const {
-    if (!(mostOff < infinite))
-        return true;
-    for (int k = carrier.first; k <= carrier.last; ++k)
-        if (weight(k) > 0.0 && std::abs(signedDistance(carrier, at(k))) > mostOff)
-            return false;
-    return true;
+    return carrier.isLine()
+               ? keepsToLine(carrier.at, carrier.direction, carrier.first, carrier.last)
+               : keepsToCircle(carrier.at, carrier.radius, carrier.first, carrier.last);
 }
 
 Weighted weighted(std::span<const Sample> samples, int start, bool closed,

@@ -19,8 +19,8 @@ struct Weighted {
     [[nodiscard]] bool advances(int first, int last, double radius) const;
 
     /// Whether no sample from `first` to `last` is too far from the line or the circle.
-    [[nodiscard]] bool keepsTo(const LineFit& line, int first, int last) const;
-    [[nodiscard]] bool keepsTo(const CircleFit& circle, int first, int last) const;
+    [[nodiscard]] bool keepsToLine(Point on, Point direction, int first, int last) const;
+    [[nodiscard]] bool keepsToCircle(Point centre, double radius, int first, int last) const;
     [[nodiscard]] bool keepsTo(const Carrier& carrier) const;
 
     [[nodiscard]] int size() const {

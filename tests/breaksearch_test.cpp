@@ -26,12 +26,13 @@ double shapeCost(const Weighted& data, const FitOptions& options, int first, int
     if (moments.count() < 2)
         return infinite;
     double best = infinite;
-    if (data.advances(first, last, 0.0) && data.keepsTo(LineFit(moments), first, last))
+    const LineFit line(moments);
+    if (data.advances(first, last, 0.0) && data.keepsToLine(line.at, line.direction, first, last))
         best =
             (moments.count() < 3 ? 3.0 : 2.0) * options.parameterCost + LineFit::errorOf(moments);
     const CircleFit circle(moments);
     if (moments.count() >= 3 && circle.isValid() && data.advances(first, last, circle.radius) &&
-        data.keepsTo(circle, first, last))
+        data.keepsToCircle(circle.centre, circle.radius, first, last))
         best = std::min(best, 3.0 * options.parameterCost + CircleFit::errorOf(moments));
     return best;
 }

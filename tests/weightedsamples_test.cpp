@@ -51,6 +51,15 @@ TEST(WeightedSamples, ABoundIsKeptByEachSample) {
     EXPECT_TRUE(unbounded.keepsTo(fitted(unbounded, 0, 20, false)));
 }
 
+TEST(WeightedSamples, ACircleDoesNotGoOutAndBackBetweenSamples) {
+    std::vector<Sample> samples{{{0.0, 0.0}, 0.29, false}, {{4.0, 0.0}, 0.29, false}};
+    FitOptions options;
+    options.mostOff = 0.9;
+    const Weighted data = weighted(samples, 0, false, options);
+    EXPECT_FALSE(data.keepsToCircle({2.0, 0.5}, 2.06, 0, 1));
+    EXPECT_TRUE(data.keepsToCircle({2.0, 9.8}, 10.0, 0, 1));
+}
+
 TEST(WeightedSamples, ChangeIsAtTheCorner) {
     auto samples = straight(20);
     for (int k = 1; k < 20; ++k)
