@@ -34,7 +34,8 @@ public:
         if (plateaus.isSmooth)
             return similarAreas();
         if (plateaus.noise == 0)
-            return labelled(leadingColors(findPureColors(image).blocks, settings.mostColors));
+            return labelled(leadingColors(withoutMixes(image, findPureColors(image).blocks),
+                                          settings.mostColors));
         setNoise(plateaus.noise);
         std::vector<QRgb> colors = plateaus.colors;
         colors.resize(std::min(colors.size(), settings.mostColors));

@@ -16,6 +16,10 @@ struct PureColors {
 
 PureColors findPureColors(const PixelView& image);
 
+/// The colours of blocks without those that mixes happen to make: they have few blocks for their
+/// pixels, and lie between two colours of many more. Files of few colours make such.
+ColorCounts withoutMixes(const PixelView& image, const ColorCounts& blocks);
+
 /// All colours with the number of their pixels; counting ends when there are more than `most`.
 ColorCounts countColors(const PixelView& image, std::size_t most);
 

@@ -65,4 +65,42 @@ TEST(PureColors, CountingEndsSoonAfterTheMostColours) {
     EXPECT_EQ(countOf(countColors(viewOf(image), 1), White), 3U);
 }
 
+TEST(PureColors, BlocksOfMixesAreNoColours) {
+    constexpr QRgb Black = 0xff000000U;
+    constexpr QRgb Grey = 0xff808080U;
+    QImage image = ground(60, 60, White);
+    for (int y = 0; y < 60; ++y) {
+        for (int x = 0; x < 60; ++x) {
+            if (x < 20)
+                image.setPixel(x, y, Black);
+            else if (x % 2 == 0 && y % 2 == 0 && x > 30)
+                image.setPixel(x, y, Grey);
+        }
+    }
+    const auto greys = [&image] {
+        const PureColors pure = findPureColors(viewOf(image));
+        return countOf(withoutMixes(viewOf(image), pure.blocks), Grey);
+    };
+    // One block among two hundred pixels of that grey happens; four are an area.
+    for (const auto& [x, y] : {std::pair(33, 33), std::pair(33, 34), std::pair(34, 33)})
+        image.setPixel(x, y, Grey);
+    EXPECT_EQ(greys(), 0U);
+    for (int y = 40; y < 46; ++y) {
+        for (int x = 40; x < 46; ++x)
+            image.setPixel(x, y, Grey);
+    }
+    EXPECT_GT(greys(), 20U);
+}
+
+TEST(PureColors, ColoursThatAreNoMixesStay) {
+    QImage image = ground(60, 60, White);
+    for (int i = 0; i < 200; ++i)
+        image.setPixel(i % 10 * 3 + 10, i / 10 * 3, Red);
+    image.setPixel(11, 0, Red);
+    image.setPixel(10, 1, Red);
+    image.setPixel(11, 1, Red);
+    const PureColors pure = findPureColors(viewOf(image));
+    EXPECT_EQ(countOf(withoutMixes(viewOf(image), pure.blocks), Red), 1U);
+}
+
 } // namespace
