@@ -6,6 +6,7 @@
 #include <QImage>
 #include <QPainter>
 #include <QPolygonF>
+#include <QTransform>
 
 #include <gtest/gtest.h>
 
@@ -285,6 +286,63 @@ TEST(TraceCenterlines, MirroredDrawingIsTheMirroredResult) {
         EXPECT_TRUE(std::any_of(b.strokes.begin(), b.strokes.end(), [&](const Stroke& other) {
             return endError(other, start, end) < 0.1;
         }));
+    }
+}
+
+/// A frame with hatching beside a circle and a line that crosses it.
+Sheet severalShapes() {
+    Sheet sheet = hatched(30.5, 30.5, 90.0, 9.0, 18.0);
+    Sheet wide(320, 151);
+    QPainter(&wide.image).drawImage(0, 0, sheet.image);
+    wide.circle(220.2, 75.7, 50.0, 2.5);
+    wide.line(160.0, 70.0, 300.0, 90.0, 3.0);
+    return wide;
+}
+
+TEST(TraceCenterlines, TurnedDrawingIsTheTurnedResult) {
+    const Sheet sheet = severalShapes();
+    const OvCenterlines a = OvTraceCenterlines().trace(sheet.image);
+    const OvCenterlines b =
+        OvTraceCenterlines().trace(sheet.image.transformed(QTransform().rotate(90.0)));
+    ASSERT_GT(a.strokes.size(), 10);
+    ASSERT_EQ(a.strokes.size(), b.strokes.size());
+    const double width = sheet.image.width();
+    const auto turned = [&](OvCenterlinePoint p) { return OvCenterlinePoint{p.y, width - p.x}; };
+    for (const Stroke& stroke : a.strokes)
+        EXPECT_TRUE(
+            std::any_of(b.strokes.begin(), b.strokes.end(),
+                        [&](const Stroke& other) {
+                            if (other.shape != stroke.shape || other.kind != stroke.kind)
+                                return false;
+                            if (stroke.shape == Stroke::Shape::Circle)
+                                return distanceOf(other.center, turned(stroke.center)) < 0.1;
+                            // Whether the pen was round may be told one way and not the other.
+                            const bool free = stroke.startNode < 0 || stroke.endNode < 0;
+                            return endError(other, turned(stroke.start), turned(stroke.end)) <
+                                   0.1 + (free ? stroke.width / 4.0 : 0.0);
+                        }))
+            << stroke.start.x << ' ' << stroke.start.y;
+}
+
+TEST(TraceCenterlines, EachColourOfLinesIsOne) {
+    QImage image(300, 160, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    {
+        QPainter painter(&image);
+        painter.setRenderHint(QPainter::Antialiasing);
+        for (const QColor& color : {QColor(200, 0, 0), QColor(0, 0, 190)})
+            for (int k = 0; k < 3; ++k) {
+                painter.setPen(QPen(color, 2.5, Qt::SolidLine, Qt::FlatCap));
+                const double y = 20.0 + 20.0 * k + (color.red() > 0 ? 0.0 : 70.0);
+                painter.drawLine(QPointF(20.0, y), QPointF(280.0, y + 5.0));
+            }
+    }
+    const OvCenterlines result = OvTraceCenterlines().trace(image);
+    ASSERT_EQ(result.strokes.size(), 6);
+    ASSERT_EQ(result.colors.size(), 2);
+    for (const Stroke& stroke : result.strokes) {
+        const QRgb color = result.colors[stroke.color];
+        EXPECT_EQ(qRed(color) > qBlue(color), stroke.start.y > 90.0);
     }
 }
 
