@@ -1,6 +1,7 @@
 #include "findlabels.h"
 
 #include "clusters.h"
+#include "gridlines.h"
 #include "labelsmoothing.h"
 #include "mixlabels.h"
 #include "plateaus.h"
@@ -34,8 +35,7 @@ public:
         if (plateaus.isSmooth)
             return similarAreas();
         if (plateaus.noise == 0)
-            return labelled(leadingColors(withoutMixes(image, findPureColors(image).blocks),
-                                          settings.mostColors));
+            return labelled(leadingColors(plainColors(), settings.mostColors));
         setNoise(plateaus.noise);
         std::vector<QRgb> colors = plateaus.colors;
         colors.resize(std::min(colors.size(), settings.mostColors));
@@ -64,6 +64,13 @@ private:
         constexpr double Coarse = 24.0;
         mixing.tolerance = std::max(Coarse, 2.0 * noise);
         mixing.overshoot = 0.2;
+    }
+    ColorCounts plainColors() const {
+        ColorCounts colors = withoutMixes(image, findPureColors(image).blocks);
+        const ColorCounts lines = findLineColors(image);
+        for (const ColorCounts::Entry& line : lines.entries())
+            colors.add(line.color, line.count);
+        return colors;
     }
     LabelImage labelled(std::vector<QRgb> colors) const {
         if (colors.empty())
