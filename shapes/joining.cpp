@@ -19,6 +19,7 @@ public:
     }
 
     std::vector<Piece> run(Point start, Point end) {
+        removeKnobs();
         makeTangent();
         std::vector<Joint> joints;
         const std::size_t count = carriers_.size();
@@ -47,16 +48,50 @@ private:
         return dot(u, v) > 0.0 && std::abs(cross(u, v)) < options_.smoothSine + doubt;
     }
 
-    [[nodiscard]] const Carrier* smoothLine(std::size_t index, int step) const {
+    /// The carrier before (`step` -1) or after (1) another one when it is a line.
+    [[nodiscard]] const Carrier* lineBeside(std::size_t index, int step) const {
         const std::size_t count = carriers_.size();
         if (!closed_ && (step < 0 ? index == 0 : index + 1 == count))
             return nullptr;
         const std::size_t other = (step < 0 ? index + count - 1 : index + 1) % count;
-        if (other == index || !carriers_[other].isLine())
+        return other != index && carriers_[other].isLine() ? &carriers_[other] : nullptr;
+    }
+
+    [[nodiscard]] const Carrier* smoothLine(std::size_t index, int step) const {
+        const Carrier* line = lineBeside(index, step);
+        if (!line)
             return nullptr;
-        const bool smooth = step < 0 ? isSmooth(carriers_[other], carriers_[index])
-                                     : isSmooth(carriers_[index], carriers_[other]);
-        return smooth ? &carriers_[other] : nullptr;
+        const bool smooth =
+            step < 0 ? isSmooth(*line, carriers_[index]) : isSmooth(carriers_[index], *line);
+        return smooth ? line : nullptr;
+    }
+
+    /// Leaves out circles round the ends of lines so thin that their samples do not tell a round
+    /// end from a straight one; a cap takes their place.
+    void removeKnobs() {
+        for (std::size_t k = 0; k < carriers_.size();) {
+            if (isKnob(k))
+                carriers_.erase(carriers_.begin() + static_cast<std::ptrdiff_t>(k));
+            else
+                ++k;
+        }
+    }
+    [[nodiscard]] bool isKnob(std::size_t index) const {
+        constexpr double thin = 2.5; // pixels
+        constexpr int few = 8;       // samples
+        const Carrier& circle = carriers_[index];
+        const Carrier* before = lineBeside(index, -1);
+        const Carrier* after = lineBeside(index, 1);
+        if (circle.isLine() || !before || !after || before == after)
+            return false;
+        const int last =
+            circle.last >= circle.first ? circle.last : chain_.unwrapped(circle.first, circle.last);
+        if (last - circle.first >= few)
+            return false;
+        const Point u = directionAt(*before, chain_.at(before->last));
+        const Point v = directionAt(*after, chain_.at(after->first));
+        constexpr double back = -0.9; // the cosine of lines that run back
+        return dot(u, v) < back && std::abs(cross(v, chain_.at(before->last) - after->at)) < thin;
     }
 
     /// Arcs between lines become tangent to them where the samples allow it: within three sigmas

@@ -196,6 +196,11 @@ TEST(TraceRegions, ThinLinesKeepTheirColourAndWidth) {
         const auto black = regionsOf(map, Black);
         ASSERT_EQ(black.size(), 2U) << width;
         EXPECT_NEAR(black[1].area, 40.0 * width, 40.0 * 0.05) << width;
+        // Its ends are straight: no sample tells a round one.
+        for (const RingStep step : map.stepsOf(map.rings[black[1].firstRing])) {
+            for (const Piece& piece : map.piecesOf(map.boundary(step.boundary)))
+                EXPECT_EQ(piece.kind, PieceKind::Line) << width;
+        }
     }
 }
 
