@@ -19,6 +19,7 @@ public:
     LabelFinder(const PixelView& image, const RegionOptions& settings)
         : image(image), settings(settings) {
         mixing.mostColors = settings.mostColors;
+        mixing.hasMixes = !settings.exactPixels;
     }
 
     LabelImage byGiven(std::vector<QRgb> colors) {

@@ -128,6 +128,8 @@ private:
         }
         if (options.noise > 0)
             forgetLoneOnes();
+        else if (options.hasMixes)
+            forgetLikelyMixes();
         for (int y = 0; y < image.height; ++y) {
             const std::uint16_t* row = labels.row(y);
             for (int x = 0; x < image.width; ++x) {
@@ -150,6 +152,48 @@ private:
             }
         }
         labels.labels = std::move(kept);
+    }
+
+    /// A mix may be a third colour to the last bit, by chance: where it is no block of it, and lies
+    /// between two colours that it is a mix of.
+    void forgetLikelyMixes() {
+        std::vector<std::size_t> forgotten;
+        for (int y = 0; y < labels.height; ++y) {
+            for (int x = 0; x < labels.width; ++x) {
+                const std::uint16_t label = labels.at(x, y);
+                if (label != Unknown && !isInBlock(x, y, label) && isBetweenOthers(x, y, label))
+                    forgotten.push_back(static_cast<std::size_t>(y) *
+                                            static_cast<std::size_t>(labels.width) +
+                                        static_cast<std::size_t>(x));
+            }
+        }
+        for (const std::size_t place : forgotten)
+            labels.labels[place] = Unknown;
+    }
+    bool isInBlock(int x, int y, std::uint16_t label) const {
+        for (const int dy : {1, -1}) {
+            for (const int dx : {1, -1}) {
+                if (labelAt(x + dx, y) == label && labelAt(x, y + dy) == label &&
+                    labelAt(x + dx, y + dy) == label)
+                    return true;
+            }
+        }
+        return false;
+    }
+    bool isBetweenOthers(int x, int y, std::uint16_t label) const {
+        constexpr std::array<Offset, 4> ways{{{1, 0}, {0, 1}, {1, 1}, {1, -1}}};
+        return std::any_of(ways.begin(), ways.end(), [&](Offset way) {
+            const std::uint16_t before = knownBeside(x, y, -way.x, -way.y);
+            const std::uint16_t behind = knownBeside(x, y, way.x, way.y);
+            return before != Unknown && behind != Unknown && before != behind && before != label &&
+                   behind != label &&
+                   axis(before, behind).residual(colors[label]) <= options.tolerance;
+        });
+    }
+    /// The next pixel's label on this way, or that behind it when it is a mix itself.
+    std::uint16_t knownBeside(int x, int y, int dx, int dy) const {
+        const std::uint16_t next = labelAt(x + dx, y + dy);
+        return next != Unknown ? next : labelAt(x + 2 * dx, y + 2 * dy);
     }
 
     std::uint16_t labelAt(int x, int y) const {

@@ -8,6 +8,9 @@ namespace ovtrace {
 struct MixOptions {
     /// How far a channel of a pixel in a plain area may be from the area's colour.
     int noise = 0;
+    /// Whether pixels may be mixes of colours; one of a palette colour between two others may then
+    /// be one as well.
+    bool hasMixes = true;
     /// How far a channel of a mix may be from its place between the colours that it is made of:
     /// roundings of some paintings one over the other, or the image's noise.
     double tolerance = 6.0;

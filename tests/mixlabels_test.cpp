@@ -44,6 +44,26 @@ TEST(MixLabels, MixIsNotTheThirdColourThatItLooksLike) {
         EXPECT_NE(colorAt(labels, 5, y), qRgb(116, 116, 116));
 }
 
+TEST(MixLabels, MixIsNotTheThirdColourThatItIsByChance) {
+    // A slanting edge, some of whose pixels have the very colour of an area elsewhere.
+    QImage image = ground(30, 40, White);
+    paint(image, Black, [](double x, double y) { return x < 8.0 + y * 0.11; });
+    const QRgb grey = image.pixel(10, 22);
+    ASSERT_NE(grey, White);
+    ASSERT_NE(grey, Black);
+    paint(image, grey, [](double x, double y) { return x >= 20.0 && y < 10.0; });
+    const LabelImage labels = labelPixels(viewOf(image), {White, Black, grey}, {});
+    for (int y = 0; y < 40; ++y) {
+        for (int x = 0; x < 16; ++x)
+            EXPECT_NE(colorAt(labels, x, y), grey) << x << ' ' << y;
+        EXPECT_EQ(colorAt(labels, 25, y), y < 10 ? grey : White);
+    }
+    // Where pixels are drawn one by one there is no chance.
+    MixOptions exact;
+    exact.hasMixes = false;
+    EXPECT_EQ(colorAt(labelPixels(viewOf(image), {White, Black, grey}, exact), 10, 22), grey);
+}
+
 TEST(MixLabels, LineThinnerThanAPixelIsKept) {
     QImage image = ground(20, 12, White);
     paint(image, Black, [](double x, double) { return x < 3.0; });
