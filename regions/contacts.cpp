@@ -10,7 +10,7 @@ namespace {
 /// Pixels, far above what places are rounded by and far below what any file shows.
 constexpr double Nearest = 1e-7;
 
-bool isNear(Point place, const Segment& segment) {
+bool isNear(Point place, const EdgeSegment& segment) {
     const Point along = segment.to - segment.from;
     const double size = lengthSquared(along);
     const double t =
@@ -18,7 +18,7 @@ bool isNear(Point place, const Segment& segment) {
     return lengthSquared(segment.from + along * t - place) <= Nearest * Nearest;
 }
 
-bool boxesMeet(const Segment& p, const Segment& q) {
+bool boxesMeet(const EdgeSegment& p, const EdgeSegment& q) {
     const auto apart = [](double a, double b, double c, double d) {
         return std::max(a, b) < std::min(c, d) - Nearest ||
                std::max(c, d) < std::min(a, b) - Nearest;
@@ -27,7 +27,7 @@ bool boxesMeet(const Segment& p, const Segment& q) {
 }
 
 /// Where segments with one corner in common lie upon each other: the end of the shorter.
-std::optional<Point> overlap(const Segment& p, const Segment& q) {
+std::optional<Point> overlap(const EdgeSegment& p, const EdgeSegment& q) {
     const bool atStart = p.start == q.start || p.start == q.end;
     const bool otherStart = atStart ? p.start == q.start : p.end == q.start;
     const Point ownEnd = atStart ? p.to : p.from;
@@ -39,7 +39,7 @@ std::optional<Point> overlap(const Segment& p, const Segment& q) {
     return std::nullopt;
 }
 
-std::optional<Point> crossing(const Segment& p, const Segment& q) {
+std::optional<Point> crossing(const EdgeSegment& p, const EdgeSegment& q) {
     const Point along = p.to - p.from;
     const Point across = q.to - q.from;
     const double before = cross(along, q.from - p.from);
@@ -59,7 +59,7 @@ std::optional<Point> crossing(const Segment& p, const Segment& q) {
     return std::nullopt;
 }
 
-std::optional<Point> contact(const Segment& p, const Segment& q) {
+std::optional<Point> contact(const EdgeSegment& p, const EdgeSegment& q) {
     if (!boxesMeet(p, q))
         return std::nullopt;
     const int shared = int(p.start == q.start) + int(p.start == q.end) + int(p.end == q.start) +
@@ -72,7 +72,7 @@ std::optional<Point> contact(const Segment& p, const Segment& q) {
 } // namespace
 
 std::vector<Contact> findContacts(const SegmentGrid& grid) {
-    const std::span<const Segment> segments = grid.all();
+    const std::span<const EdgeSegment> segments = grid.all();
     std::vector<Contact> found;
     for (std::uint32_t i = 0; i < segments.size(); ++i) {
         if (segments[i].from == segments[i].to)

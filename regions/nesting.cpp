@@ -77,7 +77,7 @@ public:
 
 private:
     void enter(std::uint32_t index, Leftmost& group) const {
-        const Segment& segment = segments[index];
+        const EdgeSegment& segment = segments[index];
         const double size = distance(segment.from, segment.to);
         const double steepness = std::fabs(segment.to.y - segment.from.y) / size;
         for (const Point end : {segment.from, segment.to}) {
@@ -88,13 +88,13 @@ private:
         }
     }
     /// The area at the right of a segment, or at its left, as one sees it in the picture.
-    std::int32_t areaBeside(const Segment& segment, bool right) const {
+    std::int32_t areaBeside(const EdgeSegment& segment, bool right) const {
         const CrackChain& chain = cracks.chains[segment.boundary];
         // What runs down has its left where the larger x are.
         const bool down = segment.to.y > segment.from.y;
         return down == right ? chain.left : chain.right;
     }
-    static double xAt(const Segment& segment, double y) {
+    static double xAt(const EdgeSegment& segment, double y) {
         const double share = (y - segment.from.y) / (segment.to.y - segment.from.y);
         return segment.from.x + (segment.to.x - segment.from.x) * share;
     }
@@ -107,7 +107,7 @@ private:
         const std::size_t row = grid.rowOf(y);
         for (std::size_t column = grid.columnOf(group.at.x) + 1; column-- > 0;) {
             for (const std::uint32_t i : grid.in(grid.cellAt(row, column))) {
-                const Segment& segment = segments[i];
+                const EdgeSegment& segment = segments[i];
                 if ((segment.from.y <= y) == (segment.to.y <= y) ||
                     groups.groupOf(segment.boundary) == own)
                     continue;
@@ -125,7 +125,7 @@ private:
 
     const CrackMap& cracks;
     const SegmentGrid& grid;
-    std::span<const Segment> segments;
+    std::span<const EdgeSegment> segments;
     ChainGroups groups;
 };
 

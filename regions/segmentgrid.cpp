@@ -5,12 +5,12 @@
 
 namespace ovtrace {
 
-SegmentGrid::SegmentGrid(std::span<const Segment> segments) : segments(segments) {
+SegmentGrid::SegmentGrid(std::span<const EdgeSegment> segments) : segments(segments) {
     if (segments.empty())
         return;
     Point greatest = segments.front().from;
     least = greatest;
-    for (const Segment& segment : segments) {
+    for (const EdgeSegment& segment : segments) {
         for (const Point end : {segment.from, segment.to}) {
             least = {std::min(least.x, end.x), std::min(least.y, end.y)};
             greatest = {std::max(greatest.x, end.x), std::max(greatest.y, end.y)};
@@ -31,7 +31,7 @@ std::size_t SegmentGrid::limited(double place, std::size_t count) {
 
 /// Calls visit for each cell, with some room for what is rounded.
 template <typename Visit>
-void SegmentGrid::forEachCell(const Segment& segment, const Visit& visit) const {
+void SegmentGrid::forEachCell(const EdgeSegment& segment, const Visit& visit) const {
     constexpr double Room = 1e-6;
     const Point up = segment.from.y < segment.to.y ? segment.from : segment.to;
     const Point down = segment.from.y < segment.to.y ? segment.to : segment.from;
@@ -53,7 +53,7 @@ void SegmentGrid::forEachCell(const Segment& segment, const Visit& visit) const 
 
 void SegmentGrid::fill() {
     starts.assign(cellCount() + 1, 0);
-    for (const Segment& segment : segments)
+    for (const EdgeSegment& segment : segments)
         forEachCell(segment, [this](std::size_t cell) { ++starts[cell + 1]; });
     for (std::size_t cell = 0; cell < cellCount(); ++cell)
         starts[cell + 1] += starts[cell];

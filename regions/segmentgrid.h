@@ -10,7 +10,7 @@ namespace ovtrace {
 
 /// A straight part of a boundary. Parts that follow one another, or that meet in a junction, have
 /// the same number there.
-struct Segment {
+struct EdgeSegment {
     Point from;
     Point to;
     std::uint32_t boundary = 0;
@@ -21,9 +21,9 @@ struct Segment {
 /// Segments, which have to live on, by the square cells that they pass.
 class SegmentGrid {
 public:
-    explicit SegmentGrid(std::span<const Segment> segments);
+    explicit SegmentGrid(std::span<const EdgeSegment> segments);
 
-    std::span<const Segment> all() const {
+    std::span<const EdgeSegment> all() const {
         return segments;
     }
     std::size_t cellCount() const {
@@ -50,10 +50,11 @@ public:
 
 private:
     static std::size_t limited(double place, std::size_t count);
-    template <typename Visit> void forEachCell(const Segment& segment, const Visit& visit) const;
+    template <typename Visit>
+    void forEachCell(const EdgeSegment& segment, const Visit& visit) const;
     void fill();
 
-    std::span<const Segment> segments;
+    std::span<const EdgeSegment> segments;
     Point least;
     double side = 1.0; ///< of a cell, in pixels
     std::size_t columns = 0;

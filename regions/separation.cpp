@@ -37,7 +37,7 @@ bool Separation::search(std::span<const std::vector<Piece>> curves) {
     any = false;
     ++searches;
     noteUnsoundRings(curves);
-    const std::vector<Segment> segments = segmentsOf(curves);
+    const std::vector<EdgeSegment> segments = segmentsOf(curves);
     const SegmentGrid grid(segments);
     places.clear();
     for (const Contact& contact : findContacts(grid))
@@ -57,8 +57,8 @@ bool Separation::search(std::span<const std::vector<Piece>> curves) {
     return any;
 }
 
-std::vector<Segment> Separation::segmentsOf(std::span<const std::vector<Piece>> curves) const {
-    std::vector<Segment> segments;
+std::vector<EdgeSegment> Separation::segmentsOf(std::span<const std::vector<Piece>> curves) const {
+    std::vector<EdgeSegment> segments;
     auto corner = static_cast<std::uint32_t>(cracks.junctions.size());
     std::vector<Point> points;
     for (std::uint32_t i = 0; i < curves.size(); ++i) {
@@ -87,16 +87,16 @@ bool Separation::isYielding(std::uint32_t chain, std::uint32_t other) const {
            patches[other].isWhole(cracks.chains[other].stepCount) || searches > 3;
 }
 
-void Separation::note(const Contact& contact, std::span<const Segment> segments) {
-    const Segment& one = segments[contact.first];
-    const Segment& other = segments[contact.second];
+void Separation::note(const Contact& contact, std::span<const EdgeSegment> segments) {
+    const EdgeSegment& one = segments[contact.first];
+    const EdgeSegment& other = segments[contact.second];
     if (isYielding(one.boundary, other.boundary))
         places.push_back({one.boundary, contact.at, one.to - one.from});
     if (contact.first != contact.second && isYielding(other.boundary, one.boundary))
         places.push_back({other.boundary, contact.at, other.to - other.from});
 }
 
-void Separation::noteTwists(std::span<const Segment> segments) {
+void Separation::noteTwists(std::span<const EdgeSegment> segments) {
     const std::vector<std::uint32_t> twists = findTwists(cracks, segments);
     if (twists.empty())
         return;
@@ -114,7 +114,7 @@ void Separation::noteTwists(std::span<const Segment> segments) {
 
 void Separation::noteMisplaced(std::span<const Misplacement> misplaced, const SegmentGrid& grid) {
     const auto add = [&](std::uint32_t index, Point at) {
-        const Segment& segment = grid.all()[index];
+        const EdgeSegment& segment = grid.all()[index];
         places.push_back({segment.boundary, at, segment.to - segment.from});
     };
     for (const Misplacement& part : misplaced) {

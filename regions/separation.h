@@ -47,9 +47,9 @@ private:
         bool onlyNear = false; ///< nothing to the chain when it runs elsewhere
     };
 
-    std::vector<Segment> segmentsOf(std::span<const std::vector<Piece>> curves) const;
-    void note(const Contact& contact, std::span<const Segment> segments);
-    void noteTwists(std::span<const Segment> segments);
+    std::vector<EdgeSegment> segmentsOf(std::span<const std::vector<Piece>> curves) const;
+    void note(const Contact& contact, std::span<const EdgeSegment> segments);
+    void noteTwists(std::span<const EdgeSegment> segments);
     void noteMisplaced(std::span<const Misplacement> misplaced, const SegmentGrid& grid);
     template <typename Visit> void forEachChainOf(std::int32_t region, const Visit& visit) const;
     void noteUnsoundRings(std::span<const std::vector<Piece>> curves);

@@ -32,13 +32,14 @@ bool isTwisted(const Leaving& leaving) {
 
 } // namespace
 
-std::vector<std::uint32_t> findTwists(const CrackMap& cracks, std::span<const Segment> segments) {
+std::vector<std::uint32_t> findTwists(const CrackMap& cracks,
+                                      std::span<const EdgeSegment> segments) {
     std::vector<Leaving> leaving(cracks.junctions.size());
     const auto enter = [&](std::uint32_t junction, Step step, Point way) {
         if (junction < leaving.size())
             leaving[junction][static_cast<std::size_t>(step)] = way;
     };
-    for (const Segment& segment : segments) {
+    for (const EdgeSegment& segment : segments) {
         const CrackChain& chain = cracks.chains[segment.boundary];
         enter(segment.start, cracks.steps[chain.firstStep], segment.to - segment.from);
         enter(segment.end, opposite(cracks.steps[chain.firstStep + chain.stepCount - 1]),

@@ -12,6 +12,7 @@ namespace ovtrace {
 /// The junctions that boundaries leave in another order, going round, than their chains do; there
 /// an area that is transparent can be turned over, and no ring tells. Corners of segments that are
 /// junctions have their numbers.
-std::vector<std::uint32_t> findTwists(const CrackMap& cracks, std::span<const Segment> segments);
+std::vector<std::uint32_t> findTwists(const CrackMap& cracks,
+                                      std::span<const EdgeSegment> segments);
 
 } // namespace ovtrace

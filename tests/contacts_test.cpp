@@ -13,20 +13,20 @@ namespace {
 using namespace ovtrace;
 
 /// Segments through points, each corner with a number of its own from `first` on.
-std::vector<Segment> walk(const std::vector<Point>& points, std::uint32_t boundary,
-                          std::uint32_t first) {
-    std::vector<Segment> segments;
+std::vector<EdgeSegment> walk(const std::vector<Point>& points, std::uint32_t boundary,
+                              std::uint32_t first) {
+    std::vector<EdgeSegment> segments;
     for (std::uint32_t i = 0; i + 1 < points.size(); ++i)
         segments.push_back({points[i], points[i + 1], boundary, first + i, first + i + 1});
     return segments;
 }
 
-std::vector<Segment> both(std::vector<Segment> one, const std::vector<Segment>& other) {
+std::vector<EdgeSegment> both(std::vector<EdgeSegment> one, const std::vector<EdgeSegment>& other) {
     one.insert(one.end(), other.begin(), other.end());
     return one;
 }
 
-std::vector<Contact> found(const std::vector<Segment>& segments) {
+std::vector<Contact> found(const std::vector<EdgeSegment>& segments) {
     return findContacts(SegmentGrid(segments));
 }
 
@@ -61,7 +61,8 @@ TEST(Contacts, SegmentsUponEachOtherAreContacts) {
     EXPECT_FALSE(found(walk({{0, 0}, {5, 0}, {2, 0}}, 0, 0)).empty());
     // Two boundaries, each a line, between the same junctions.
     EXPECT_FALSE(
-        found(std::vector<Segment>{{{0, 0}, {5, 0}, 0, 0, 1}, {{0, 0}, {5, 0}, 1, 0, 1}}).empty());
+        found(std::vector<EdgeSegment>{{{0, 0}, {5, 0}, 0, 0, 1}, {{0, 0}, {5, 0}, 1, 0, 1}})
+            .empty());
 }
 
 TEST(Contacts, WhatHasNoLengthIsFound) {
@@ -74,7 +75,7 @@ TEST(Contacts, AreThoseOfAllPairs) {
     std::mt19937 random(5);
     const auto place = [&](double size) { return double(random() % 10000) / 10000.0 * size; };
     for (const double length : {3.0, 8.0, 100.0}) {
-        std::vector<Segment> segments;
+        std::vector<EdgeSegment> segments;
         for (std::uint32_t i = 0; i < 150; ++i) {
             const Point from{place(60.0), place(40.0)};
             segments.push_back(
@@ -84,7 +85,7 @@ TEST(Contacts, AreThoseOfAllPairs) {
         Pairs plain;
         for (std::uint32_t i = 0; i < segments.size(); ++i) {
             for (std::uint32_t k = i + 1; k < segments.size(); ++k) {
-                const std::vector<Segment> two{segments[i], segments[k]};
+                const std::vector<EdgeSegment> two{segments[i], segments[k]};
                 if (!found(two).empty())
                     plain.emplace(i, k);
             }

@@ -25,8 +25,8 @@ CrackMap islandMap() {
 }
 
 /// The map's segments along the pixels, those of the closed chain moved to the right.
-std::vector<Segment> segmentsOf(const CrackMap& cracks, double moved) {
-    std::vector<Segment> segments;
+std::vector<EdgeSegment> segmentsOf(const CrackMap& cracks, double moved) {
+    std::vector<EdgeSegment> segments;
     auto corner = static_cast<std::uint32_t>(cracks.junctions.size());
     for (std::uint32_t i = 0; i < cracks.chains.size(); ++i) {
         const CrackChain& chain = cracks.chains[i];

@@ -18,7 +18,7 @@ TEST(SegmentGrid, NothingHasNoCells) {
 TEST(SegmentGrid, EveryPlaceOfASegmentLiesInACellThatHoldsIt) {
     std::mt19937 random(3);
     const auto place = [&] { return double(random() % 1000) / 10.0; };
-    std::vector<Segment> segments;
+    std::vector<EdgeSegment> segments;
     for (std::uint32_t i = 0; i < 60; ++i)
         segments.push_back({{place(), place()}, {place(), place()}, i, 2 * i, 2 * i + 1});
     segments.push_back({{0, 50}, {100, 50}, 60, 120, 121});
@@ -34,13 +34,13 @@ TEST(SegmentGrid, EveryPlaceOfASegmentLiesInACellThatHoldsIt) {
 }
 
 TEST(SegmentGrid, CellsAreAboutAsManyAsSegments) {
-    std::vector<Segment> segments;
+    std::vector<EdgeSegment> segments;
     for (std::uint32_t i = 0; i < 1000; ++i)
         segments.push_back({{double(i), 0}, {i + 1.0, 0.5}, 0, i, i + 1});
     EXPECT_LE(SegmentGrid(segments).cellCount(), 2000U);
     // Few segments of a large picture do not make cells of single pixels.
-    const std::vector<Segment> far{{{0, 0}, {1, 1}, 0, 0, 1},
-                                   {{30000, 9}, {30000, 30000}, 1, 2, 3}};
+    const std::vector<EdgeSegment> far{{{0, 0}, {1, 1}, 0, 0, 1},
+                                       {{30000, 9}, {30000, 30000}, 1, 2, 3}};
     EXPECT_LE(SegmentGrid(far).cellCount(), 4U);
 }
 

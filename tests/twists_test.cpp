@@ -18,14 +18,14 @@ std::vector<std::uint32_t> twists(int quarters, bool mirrored) {
         grid.ids.push_back((i % 4) / 2 + (i / 8) * 2);
     grid.labels = {0, 1, 2, 3};
     const CrackMap cracks = walkCracks(grid);
-    std::vector<Segment> segments;
+    std::vector<EdgeSegment> segments;
     auto corner = static_cast<std::uint32_t>(cracks.junctions.size());
     for (std::uint32_t i = 0; i < cracks.chains.size(); ++i) {
         const CrackChain& chain = cracks.chains[i];
         GridPoint p = chain.start;
         for (std::size_t k = 0; k < chain.stepCount; ++k) {
             const GridPoint next = p + cracks.steps[chain.firstStep + k];
-            Segment segment{
+            EdgeSegment segment{
                 {double(p.x), double(p.y)}, {double(next.x), double(next.y)}, i, corner++, corner};
             if (k == 0)
                 segment.start = static_cast<std::uint32_t>(chain.from);
