@@ -177,6 +177,10 @@ private:
         if (gap > 0.0 && !inkBetween(*line, projected(*line, gapFrom), projected(*line, gapTo),
                                      std::min(a.peak, b.peak)))
             return false;
+        // What other ink takes part in says little of where a stroke lies: its own ink does.
+        if (!inkBetween(*line, projected(*line, along ? b.start() : b.finish()),
+                        projected(*line, along ? b.finish() : b.start()), std::min(a.peak, b.peak)))
+            return false;
         const int freeA = after ? 0 : 1;
         const int freeB = after == along ? 1 : 0;
         unite(i, j, *line, freeA, freeB);

@@ -22,6 +22,12 @@ constexpr double RaggedShare = 0.05;
 /// Deviation of a middle from its neighbours in pixels that is a bump.
 constexpr double Bump = 0.1;
 
+/// Widths of a stroke differ by no more along it, in pixels, where nothing else takes part.
+constexpr double SteadyWidth = 0.6;
+/// Length over which a width has to be steady to be that of a pen: widths of it, and pixels.
+constexpr double SteadyWidths = 2.0;
+constexpr double SteadyLength = 6.0;
+
 /// A chain's end at a node: which chain, which end, how it leaves.
 struct Branch {
     int chain;
@@ -182,15 +188,43 @@ std::vector<StrokePoint> pointsOf(const Path& path, const Profiles& profiles) {
     return points;
 }
 
+/// Which points have the width of a pen, though perhaps not the usual one of their path: it stays
+/// the same for some length, which that of strokes that run together does not.
+std::vector<bool> steadyPoints(const std::vector<StrokePoint>& points) {
+    std::vector<bool> steady(points.size(), false);
+    std::vector<std::size_t> run;
+    double least = 0.0;
+    double most = 0.0;
+    const auto finish = [&] {
+        if (static_cast<double>(run.size()) >= SteadyWidths * most + SteadyLength)
+            for (const std::size_t i : run)
+                steady[i] = true;
+        run.clear();
+    };
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        if (points[i].beside)
+            continue;
+        const auto width = static_cast<double>(points[i].width);
+        if (!run.empty() && std::max(most, width) - std::min(least, width) > SteadyWidth)
+            finish();
+        least = run.empty() ? width : std::min(least, width);
+        most = run.empty() ? width : std::max(most, width);
+        run.push_back(i);
+    }
+    finish();
+    return steady;
+}
+
 std::vector<Sample> samplesOf(const std::vector<StrokePoint>& points, double sigma,
                               double usualWidth) {
+    const std::vector<bool> steady = steadyPoints(points);
     std::vector<Sample> samples;
     samples.reserve(points.size());
-    for (const StrokePoint& point : points) {
-        const auto width = static_cast<double>(point.width);
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        const auto width = static_cast<double>(points[i].width);
         // Other ink takes part where the stroke is much wider than usual.
         const bool odd = width > 1.35 * usualWidth + 0.7 || width < 0.5 * usualWidth - 0.3;
-        samples.push_back({point.at, sigma, point.beside || odd});
+        samples.push_back({points[i].at, sigma, points[i].beside || (odd && !steady[i])});
     }
     return samples;
 }

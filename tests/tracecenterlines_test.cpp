@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace {
@@ -257,6 +258,24 @@ TEST(TraceCenterlines, TeeStandsOnTheLineThatRunsOn) {
         std::sqrt(dx * dx + dy * dy);
     EXPECT_LT(std::abs(off), 1e-9);
     EXPECT_LT(result.widths[0], result.widths[1]);
+}
+
+TEST(TraceCenterlines, WideLineThatAThinOneGoesOnFromIsThere) {
+    // An eave: the thin line leaves the corner of the wide ones almost straight on.
+    Sheet sheet(700, 200);
+    sheet.line(40.0, 40.0, 140.0, 76.0, 7.0);
+    sheet.line(140.0, 76.0, 60.0, 140.0, 7.0);
+    sheet.line(140.0, 76.0, 680.0, 76.0, 3.5);
+    const OvCenterlines result = OvTraceCenterlines().trace(sheet.image);
+    const std::array<std::array<OvCenterlinePoint, 2>, 3> lines{
+        {{{{40.0, 160.0}, {140.0, 124.0}}},
+         {{{140.0, 124.0}, {60.0, 60.0}}},
+         {{{140.0, 124.0}, {680.0, 124.0}}}}};
+    for (const auto& [from, to] : lines)
+        EXPECT_TRUE(
+            std::any_of(result.strokes.begin(), result.strokes.end(),
+                        [&](const Stroke& stroke) { return endError(stroke, from, to) < 1.0; }))
+            << from.x << ' ' << from.y << " to " << to.x << ' ' << to.y;
 }
 
 TEST(TraceCenterlines, SameImageGivesTheSameValuesTwice) {
