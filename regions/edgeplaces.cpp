@@ -100,6 +100,7 @@ EdgePlace EdgePlaces::edgeAt(GridPoint from, GridPoint to) const {
 std::vector<Sample> EdgePlaces::placesOf(const CrackMap& cracks, const CrackChain& chain,
                                          double most) const {
     std::vector<Sample> samples;
+    std::vector<Sample> everywhere;
     const ChainSteps steps(cracks, chain);
     SharpnessCount sharpness;
     GridPoint p = chain.start;
@@ -108,20 +109,23 @@ std::vector<Sample> EdgePlaces::placesOf(const CrackMap& cracks, const CrackChai
         const GridPoint here = p;
         p = p + step;
         const bool horizontal = step == Step::Right || step == Step::Left;
-        if (steps.isFlat(i) != horizontal)
-            continue;
-        const int x = std::min(here.x, p.x);
-        const int y = std::min(here.y, p.y);
+        const bool runsAlong = steps.isFlat(i) == horizontal;
         const EdgePlace place = edgeAt(here, p);
         const double off = std::clamp(place.at, -most, most);
+        const int x = std::min(here.x, p.x);
+        const int y = std::min(here.y, p.y);
         const Point at = horizontal ? Point{x + 0.5, y + off} : Point{x + off, y + 0.5};
+        if (runsAlong || place.sharp)
+            everywhere.push_back({at, std::max(place.sigma, RoundedSigma), place.loose});
+        if (!runsAlong)
+            continue;
         samples.push_back({at, place.sigma, place.loose});
         sharpness.add(place, horizontal, horizontal ? at.y : at.x);
     }
-    if (sharpness.isSharp()) {
-        for (Sample& sample : samples)
-            sample.sigma = std::max(sample.sigma, RoundedSigma);
-    }
+    // Coverage says nothing where the edge runs the other way. Without any, each step is as good as
+    // the others, and what sticks out by a pixel has no place of its own but across.
+    if (sharpness.isSharp())
+        samples = std::move(everywhere);
     trustLongRuns(samples);
     return samples;
 }

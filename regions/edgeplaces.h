@@ -30,7 +30,8 @@ public:
     }
 
     /// The places along a chain, in its order: one for each row that it crosses where it is steep,
-    /// one for each column where it is flat. Neither side is beyond the image. None is farther than
+    /// one for each column where it is flat; in images without anti-aliasing one for each step of
+    /// the chain. Neither side is beyond the image. None is farther than
     /// `most` pixels from its edge between pixels; those of different chains never pass each other
     /// when that is less than a half.
     std::vector<Sample> placesOf(const CrackMap& cracks, const CrackChain& chain,
