@@ -281,7 +281,7 @@ private:
                               std::optional<Point> end) const {
         if (model.carriers.empty())
             return {};
-        std::vector<Piece> pieces = joinChain(model, samples, options, start, end);
+        std::vector<Piece> pieces = joinChain(model, samples, optionsFor(samples), start, end);
         if (!pieces.empty() && !followsSamples(pieces, samples, closed))
             pieces.clear();
         return pieces;

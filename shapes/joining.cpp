@@ -173,7 +173,8 @@ private:
         constexpr double farthest = 6.0;
         const Point u = directionAt(a, place);
         const Point v = directionAt(b, place);
-        // The tip is narrower than a pixel from half the tangent of half the turn on.
+        // The tip is narrower than a pixel from half the tangent of half the turn on. Places that
+        // are rounded to pixels end there; others lack as much again.
         const double forward = 1.0 + dot(u, v);
         // Sides that noise does not tell from parallel have no tip.
         const double sine = std::abs(cross(u, v));
@@ -183,7 +184,8 @@ private:
         const double tip = forward > 0.0 ? sine / forward : farthest;
         // Sides that are short themselves do not lead far.
         const double reach = std::min(farthest, std::min(chord(a), chord(b)) / 2.0);
-        const double limit = 1.0 + width / 2.0 + std::min(tip, reach);
+        const double lacking = isRounded() ? 0.5 : 1.0;
+        const double limit = lacking + width / 2.0 + std::min(lacking * tip, reach);
         std::optional<Point> best;
         for (const Point& candidate : meetings(a, b))
             if (distance(candidate, place) < (best ? distance(*best, place) : limit))
@@ -221,6 +223,10 @@ private:
             k = end;
         }
         return pieces;
+    }
+
+    [[nodiscard]] bool isRounded() const {
+        return std::isfinite(options_.mostOff);
     }
 
     [[nodiscard]] double spread() const {

@@ -92,3 +92,24 @@ TEST(Joining, WholeCircleClosesOnItself) {
     EXPECT_EQ(pieces[1].to, pieces[0].from);
     EXPECT_LT(areaOf(pieces[0]) + areaOf(pieces[1]), 0.0);
 }
+
+TEST(Joining, BluntEndOfRoundedPlacesGetsNoTip) {
+    // Two sides that come together at 18 degrees but end where they are still 2 pixels apart.
+    std::vector<Sample> samples;
+    for (int k = 0; k < 30; ++k)
+        samples.push_back({{0.0, 0.5 + k}, 0.2887, false});
+    for (const double x : {0.5, 1.5})
+        samples.push_back({{x, 30.0}, 0.2887, false});
+    for (int k = 29; k >= 0; --k)
+        samples.push_back({{std::round(2.0 + (29 - k) * 0.325), 0.5 + k}, 0.2887, false});
+    const auto farthest = [&](const FitOptions& options) {
+        double y = 0.0;
+        for (const Piece& piece : joined(samples, false, options))
+            y = std::max({y, piece.from.y, piece.to.y});
+        return y;
+    };
+    FitOptions rounded;
+    rounded.skipCost = std::numeric_limits<double>::infinity();
+    rounded.mostOff = 0.9;
+    EXPECT_LT(farthest(rounded), 32.0);
+}
