@@ -1,5 +1,6 @@
 #include "merging.h"
 
+#include "mergecandidates.h"
 #include "pace.h"
 #include "strokegrid.h"
 
@@ -95,7 +96,7 @@ std::optional<Carrier> commonCircle(const Stroke& a, const Stroke& b) {
 class Merger {
 public:
     Merger(std::vector<Stroke>& strokes, const InkLevels& ink, const Measure& measure)
-        : strokes(strokes), ink(ink), measure(measure) {
+        : strokes(strokes), ink(ink), measure(measure), candidates(strokes, ink.width, ink.height) {
     }
 
     void run(Pace& pace) {
@@ -125,9 +126,14 @@ private:
         bool again = !at(i).dropped;
         while (again && !at(i).closed) {
             again = false;
-            for (int j = 0; j < static_cast<int>(strokes.size()) && !again; ++j)
+            for (const int j : candidates.of(i)) {
                 again = j != i && !at(j).dropped && join(i, j);
-            if (!again)
+                if (again)
+                    break;
+            }
+            if (again)
+                candidates.grew(i);
+            else
                 closeCircle(at(i));
         }
     }
@@ -141,23 +147,19 @@ private:
         return a.carrier.isLine() ? joinLines(i, j) : joinCircles(i, j);
     }
 
-    bool likeWidths(const Stroke& a, const Stroke& b) const {
-        const double least = std::min(a.width, b.width);
-        return std::max(a.width, b.width) < 1.45 * least + 0.8;
-    }
-
     bool joinLines(int i, int j) {
         Stroke& a = at(i);
         Stroke& b = at(j);
-        // Cheap tests first: b lies about on a's line, as far as that can be told.
+        // Cheap tests first: the shorter one lies about on the line of the longer one.
         const double la = lengthOf(a);
         const double lb = lengthOf(b);
-        const double reach = std::max(a.width, b.width) + 1.0;
-        const double away = std::abs(signedDistance(a.carrier, b.start())) +
-                            std::abs(signedDistance(a.carrier, b.finish()));
-        if (away > reach * (lb > la ? 1.0 + lb / la : 2.0) || !likeWidths(a, b))
+        const Stroke& guide = lb > la ? b : a;
+        const Stroke& other = lb > la ? a : b;
+        const double away = std::abs(signedDistance(guide.carrier, other.start())) +
+                            std::abs(signedDistance(guide.carrier, other.finish()));
+        if (away > 2.0 * mergeReach(std::max(a.width, b.width)) || !likeWidths(a.width, b.width))
             return false;
-        if (std::abs(dot(a.carrier.direction, b.carrier.direction)) < 0.9)
+        if (std::abs(dot(a.carrier.direction, b.carrier.direction)) < LineAgreement)
             return false;
         const bool along = dot(a.carrier.direction, b.carrier.direction) > 0.0;
         const double b0 = placeAlong(a, along ? b.start() : b.finish());
@@ -165,7 +167,8 @@ private:
         const bool after = b0 + b1 > la;
         const double gap = after ? b0 - la : -b1;
         // Side by side they are two strokes (or one is explained by the other).
-        if (gap < -std::max(3.0, 0.5 * std::min(la, lb)) || gap > mostGap(a, b))
+        if (gap < -std::max(3.0, 0.5 * std::min(la, lb)) ||
+            gap > mergeGap(a.width, b.width, la + lb))
             return false;
         const auto line = commonLine(a, b);
         if (!line || !agrees(a, b, *line, measure.sigma))
@@ -192,9 +195,9 @@ private:
     bool joinCircles(int i, int j) {
         Stroke& a = at(i);
         Stroke& b = at(j);
-        if (!likeWidths(a, b))
+        if (!likeWidths(a.width, b.width))
             return false;
-        const double reach = 3.0 * (a.width + 1.0);
+        const double reach = 3.0 * mergeReach(a.width);
         if (std::abs(signedDistance(a.carrier, b.start())) > reach ||
             std::abs(signedDistance(a.carrier, b.finish())) > reach)
             return false;
@@ -214,7 +217,7 @@ private:
             return false;
         const bool joinsAfter = after < before;
         const double gap = joinsAfter ? after : before;
-        if (gap > mostGap(a, b))
+        if (gap > mergeGap(a.width, b.width, la + lengthOf(b)))
             return false;
         const Point gapFrom = projected(*circle, joinsAfter ? a.finish() : bTo);
         const Point gapTo = projected(*circle, joinsAfter ? bFrom : a.start());
@@ -226,10 +229,6 @@ private:
         at(i).ends[0].at = from;
         at(i).ends[1].at = to;
         return true;
-    }
-
-    double mostGap(const Stroke& a, const Stroke& b) const {
-        return std::max(8.0 * std::max(a.width, b.width), lengthOf(a) + lengthOf(b));
     }
 
     bool inkBetween(const Carrier& carrier, Point from, Point to, double peak) const {
@@ -293,6 +292,7 @@ private:
     std::vector<Stroke>& strokes;
     const InkLevels& ink;
     const Measure& measure;
+    MergeCandidates candidates;
 };
 
 /// Whether `p`, on a stroke of `width`, lies in the ink of the other stroke.
