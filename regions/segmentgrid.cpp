@@ -40,8 +40,15 @@ void SegmentGrid::forEachCell(const EdgeSegment& segment, const Visit& visit) co
         const double share = std::clamp((y - up.y) / (down.y - up.y), 0.0, 1.0);
         return up.x + (down.x - up.x) * share;
     };
+    const std::size_t first = rowOf(up.y - Room);
     const std::size_t last = rowOf(down.y + Room);
-    for (std::size_t row = rowOf(up.y - Room); row <= last; ++row) {
+    if (first == last) {
+        const std::size_t end = columnOf(std::max(up.x, down.x) + Room);
+        for (std::size_t column = columnOf(std::min(up.x, down.x) - Room); column <= end; ++column)
+            visit(cellAt(first, column));
+        return;
+    }
+    for (std::size_t row = first; row <= last; ++row) {
         const double top = least.y + double(row) * side;
         const double one = flat ? up.x : xAt(top - Room);
         const double other = flat ? down.x : xAt(top + side + Room);

@@ -1,17 +1,14 @@
 #include "separation.h"
 
+#include "contacts.h"
 #include "ringcheck.h"
 #include "twists.h"
 
-#include "shapes/flatten.h"
-
 #include <algorithm>
+#include <numeric>
 
 namespace ovtrace {
 namespace {
-
-/// Pixels: finer than what is written, so that curves that are apart here are apart in files.
-constexpr double Flatness = 0.01;
 
 /// Appends a ring as chords.
 void appendRing(const CrackMap& cracks, const CrackRing& ring,
@@ -29,54 +26,118 @@ void appendRing(const CrackMap& cracks, const CrackRing& ring,
 
 Separation::Separation(const CrackMap& cracks)
     : cracks(cracks), patches(cracks.chains.size()), changed(cracks.chains.size(), false),
-      pinned(cracks.junctions.size(), false) {
+      pinned(cracks.junctions.size(), false), newlyPinned(cracks.junctions.size(), false),
+      boxes(cracks.chains.size()) {
 }
 
 bool Separation::search(std::span<const std::vector<Piece>> curves) {
+    const std::vector<std::uint32_t> others = searches == 0 ? allChains() : changedChains();
     changed.assign(changed.size(), false);
+    newlyPinned.assign(newlyPinned.size(), false);
     any = false;
     ++searches;
     noteUnsoundRings(curves);
-    const std::vector<EdgeSegment> segments = segmentsOf(curves);
-    const SegmentGrid grid(segments);
+    std::unique_ptr<ChainSegments> looked = findMeetings(curves, others);
     places.clear();
-    for (const Contact& contact : findContacts(grid))
-        note(contact, segments);
-    if (!any && places.empty()) {
-        const std::vector<Misplacement> misplaced = findMisplaced(cracks, grid);
-        noteTwists(segments);
-        noteMisplaced(misplaced, grid);
+    for (const Meeting& meeting : meetings)
+        note(meeting);
+    if (any || !places.empty()) {
         yieldAll();
-        for (const Misplacement& part : misplaced) {
-            if (!any)
-                forEachChainOf(part.area, [this](std::uint32_t chain) { yieldWhole(chain); });
-        }
-    } else {
-        yieldAll();
+        return any;
     }
+    if (!looked || looked->chainCount < cracks.chains.size())
+        looked = std::make_unique<ChainSegments>(cracks, curves, allChains());
+    searchNesting(*looked);
     return any;
 }
 
-std::vector<EdgeSegment> Separation::segmentsOf(std::span<const std::vector<Piece>> curves) const {
-    std::vector<EdgeSegment> segments;
-    auto corner = static_cast<std::uint32_t>(cracks.junctions.size());
-    std::vector<Point> points;
-    for (std::uint32_t i = 0; i < curves.size(); ++i) {
-        const CrackChain& chain = cracks.chains[i];
-        points.assign(1, curves[i].front().from);
-        for (const Piece& piece : curves[i])
-            flatten(piece, Flatness, points);
-        const std::uint32_t first =
-            chain.from >= 0 ? static_cast<std::uint32_t>(chain.from) : corner++;
-        const std::uint32_t last = chain.from >= 0 ? static_cast<std::uint32_t>(chain.to) : first;
-        std::uint32_t start = first;
-        for (std::size_t k = 1; k < points.size(); ++k) {
-            const std::uint32_t end = k + 1 == points.size() ? last : corner++;
-            segments.push_back({points[k - 1], points[k], i, start, end});
-            start = end;
-        }
+/// Looks for what lies where it should not, when nothing meets.
+void Separation::searchNesting(const ChainSegments& all) {
+    const std::vector<Misplacement> misplaced = findMisplaced(cracks, all.grid);
+    noteTwists(all.segments);
+    noteMisplaced(misplaced, all.grid);
+    yieldAll();
+    for (const Misplacement& part : misplaced) {
+        if (!any)
+            forEachChainOf(part.area, [this](std::uint32_t chain) { yieldWhole(chain); });
     }
-    return segments;
+}
+
+std::vector<std::uint32_t> Separation::allChains() const {
+    std::vector<std::uint32_t> all(cracks.chains.size());
+    std::iota(all.begin(), all.end(), 0U);
+    return all;
+}
+
+/// The chains whose curves may be others than in the last search.
+std::vector<std::uint32_t> Separation::changedChains() const {
+    const auto hasMoved = [this](std::int32_t junction) {
+        return junction >= 0 && newlyPinned[static_cast<std::size_t>(junction)];
+    };
+    std::vector<std::uint32_t> found;
+    for (std::uint32_t i = 0; i < cracks.chains.size(); ++i) {
+        const CrackChain& chain = cracks.chains[i];
+        if (changed[i] || hasMoved(chain.from) || hasMoved(chain.to))
+            found.push_back(i);
+    }
+    return found;
+}
+
+/// Brings the meetings up to date, `renewed` being the chains that are not as they were. Returns
+/// the segments that were looked at.
+std::unique_ptr<ChainSegments> Separation::findMeetings(std::span<const std::vector<Piece>> curves,
+                                                        std::span<const std::uint32_t> renewed) {
+    if (renewed.empty())
+        return nullptr;
+    std::vector<bool> isRenewed(cracks.chains.size(), false);
+    for (const std::uint32_t chain : renewed)
+        isRenewed[chain] = true;
+    std::erase_if(meetings, [&](const Meeting& meeting) {
+        return isRenewed[meeting.chain] || isRenewed[meeting.other];
+    });
+    auto looked = std::make_unique<ChainSegments>(cracks, curves, renewed);
+    measure(looked->segments);
+    if (renewed.size() < cracks.chains.size())
+        looked = std::make_unique<ChainSegments>(cracks, curves, chainsNear(isRenewed));
+    for (const Contact& contact : findContacts(looked->grid)) {
+        const EdgeSegment& one = looked->segments[contact.first];
+        const EdgeSegment& other = looked->segments[contact.second];
+        if (isRenewed[one.boundary] || isRenewed[other.boundary])
+            meetings.push_back({one.boundary, other.boundary, contact.at, one.to - one.from,
+                                other.to - other.from, contact.first == contact.second});
+    }
+    return looked;
+}
+
+/// Finds the boxes of chains, of which these are all segments.
+void Separation::measure(std::span<const EdgeSegment> segments) {
+    for (std::size_t i = 0; i < segments.size(); ++i) {
+        const EdgeSegment& segment = segments[i];
+        Box& box = boxes[segment.boundary];
+        if (i == 0 || segments[i - 1].boundary != segment.boundary)
+            box = {segment.from, segment.from};
+        include(box, segment.to);
+    }
+}
+
+/// The renewed chains and all others that they may meet.
+std::vector<std::uint32_t> Separation::chainsNear(const std::vector<bool>& isRenewed) const {
+    Box all = boxes.front();
+    for (const Box& box : boxes) {
+        include(all, box.least);
+        include(all, box.greatest);
+    }
+    BoxMarks marks(all);
+    for (std::size_t i = 0; i < boxes.size(); ++i) {
+        if (isRenewed[i])
+            marks.mark(boxes[i]);
+    }
+    std::vector<std::uint32_t> found;
+    for (std::uint32_t i = 0; i < boxes.size(); ++i) {
+        if (isRenewed[i] || marks.isNear(boxes[i]))
+            found.push_back(i);
+    }
+    return found;
 }
 
 /// The shorter chain gives way first: a long one is worth more as a curve.
@@ -87,13 +148,11 @@ bool Separation::isYielding(std::uint32_t chain, std::uint32_t other) const {
            patches[other].isWhole(cracks.chains[other].stepCount) || searches > 3;
 }
 
-void Separation::note(const Contact& contact, std::span<const EdgeSegment> segments) {
-    const EdgeSegment& one = segments[contact.first];
-    const EdgeSegment& other = segments[contact.second];
-    if (isYielding(one.boundary, other.boundary))
-        places.push_back({one.boundary, contact.at, one.to - one.from});
-    if (contact.first != contact.second && isYielding(other.boundary, one.boundary))
-        places.push_back({other.boundary, contact.at, other.to - other.from});
+void Separation::note(const Meeting& meeting) {
+    if (isYielding(meeting.chain, meeting.other))
+        places.push_back({meeting.chain, meeting.at, meeting.along});
+    if (!meeting.ofOneSegment && isYielding(meeting.other, meeting.chain))
+        places.push_back({meeting.other, meeting.at, meeting.otherAlong});
 }
 
 void Separation::noteTwists(std::span<const EdgeSegment> segments) {
@@ -213,6 +272,7 @@ void Separation::pin(std::int32_t junction) {
     if (junction < 0 || pinned[static_cast<std::size_t>(junction)])
         return;
     pinned[static_cast<std::size_t>(junction)] = true;
+    newlyPinned[static_cast<std::size_t>(junction)] = true;
     any = true;
 }
 

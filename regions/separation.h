@@ -1,12 +1,14 @@
 #pragma once
 
-#include "contacts.h"
+#include "boxmarks.h"
+#include "chainsegments.h"
 #include "crackmap.h"
 #include "nesting.h"
 #include "patching.h"
 
 #include "shapes/piecerecord.h"
 
+#include <memory>
 #include <span>
 #include <vector>
 
@@ -22,7 +24,8 @@ public:
     explicit Separation(const CrackMap& cracks);
 
     /// Searches the curves (one a chain, each from junction to junction); returns whether any
-    /// chain or junction has to change.
+    /// chain or junction has to change. Only curves that had to with the last search, and those that
+    /// end in junctions pinned by it, may be others than then.
     bool search(std::span<const std::vector<Piece>> curves);
 
     /// What the chain's curve has to leave out.
@@ -47,8 +50,24 @@ private:
         bool onlyNear = false; ///< nothing to the chain when it runs elsewhere
     };
 
-    std::vector<EdgeSegment> segmentsOf(std::span<const std::vector<Piece>> curves) const;
-    void note(const Contact& contact, std::span<const EdgeSegment> segments);
+    /// Where two chains meet, or one meets itself.
+    struct Meeting {
+        std::uint32_t chain = 0;
+        std::uint32_t other = 0;
+        Point at;
+        Point along;
+        Point otherAlong;
+        bool ofOneSegment = false;
+    };
+
+    std::vector<std::uint32_t> allChains() const;
+    std::vector<std::uint32_t> changedChains() const;
+    std::vector<std::uint32_t> chainsNear(const std::vector<bool>& isRenewed) const;
+    std::unique_ptr<ChainSegments> findMeetings(std::span<const std::vector<Piece>> curves,
+                                                std::span<const std::uint32_t> renewed);
+    void measure(std::span<const EdgeSegment> segments);
+    void searchNesting(const ChainSegments& all);
+    void note(const Meeting& meeting);
     void noteTwists(std::span<const EdgeSegment> segments);
     void noteMisplaced(std::span<const Misplacement> misplaced, const SegmentGrid& grid);
     template <typename Visit> void forEachChainOf(std::int32_t region, const Visit& visit) const;
@@ -64,6 +83,9 @@ private:
     std::vector<PatchedSteps> patches;
     std::vector<bool> changed;
     std::vector<bool> pinned;
+    std::vector<bool> newlyPinned; ///< with the last search
+    std::vector<Meeting> meetings; ///< of the curves as they are
+    std::vector<Box> boxes;        ///< of the chains' curves
     std::vector<Place> places;
     int searches = 0;
     bool any = false; ///< found in this search

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "shapes/piece.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace ovtrace {
+
+/// Makes a box as large as to hold a point.
+inline void include(Box& box, Point at) {
+    box.least = {std::min(box.least.x, at.x), std::min(box.least.y, at.y)};
+    box.greatest = {std::max(box.greatest.x, at.x), std::max(box.greatest.y, at.y)};
+}
+
+/// Tells what is near some boxes: marks in a grid of square cells.
+class BoxMarks {
+public:
+    /// For boxes within `all`.
+    explicit BoxMarks(const Box& all);
+
+    void mark(const Box& box);
+    /// Whether a marked box may meet this one; never false when it does.
+    bool isNear(const Box& box) const;
+
+private:
+    struct Cells {
+        std::size_t left = 0;
+        std::size_t top = 0;
+        std::size_t right = 0;
+        std::size_t bottom = 0;
+    };
+    Cells cellsOf(const Box& box) const;
+    static std::size_t limited(double place, std::size_t count);
+
+    Point origin;
+    std::size_t columns = 0;
+    std::size_t rows = 0;
+    std::vector<bool> marks;
+};
+
+} // namespace ovtrace
