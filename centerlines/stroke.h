@@ -32,6 +32,7 @@ struct Stroke {
     bool dropped = false;
     std::vector<double> dashes; ///< lengths of dash and gap in turns; empty: drawn through
     bool hatch = false;
+    bool aligned = false; ///< has a direction that other lines of the drawing have as well
     int widthClass = 0;
     std::vector<Sample> samples; ///< measured points, for circles to be fitted again
 

@@ -70,7 +70,7 @@ void trim(Stroke& line, int end, Point foot) {
         if (!s.loose)
             support.add(s.at, 1.0 / (s.sigma * s.sigma));
     line.ends[static_cast<std::size_t>(end)].at = foot;
-    if (support.count() < static_cast<int>(FewestSamples))
+    if (line.aligned || support.count() < static_cast<int>(FewestSamples))
         return;
     Carrier again = lineCarrier(support, line.start(), line.finish());
     if (dot(again.direction, line.carrier.direction) > 0.9999)

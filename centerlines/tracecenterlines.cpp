@@ -1,5 +1,6 @@
 #include "tracecenterlines.h"
 
+#include "alignment.h"
 #include "arrowheads.h"
 #include "centerlineoptions.h"
 #include "centerlineoutput.h"
@@ -95,6 +96,7 @@ Found findStrokes(InkLevels ink, const CenterlineOptions& options, const Raster&
                    std::make_move_iterator(bars.end()));
     joinDashes(strokes, ink, measure, pace);
     dropDirt(strokes, strokeWidth);
+    alignLines(strokes);
     makeTangent(strokes, measure);
     completeHatching(strokes, ink);
     found.nodes = joinEnds(strokes, ink, measure, pace);

@@ -187,3 +187,30 @@ TEST_F(Input, WhatWasStraightenedLiesAsBeforeInTheWorld) {
     EXPECT_NEAR(blackBox(level.output).width(), 326.0, 2.0);
     EXPECT_NEAR(blackBox(level.output).height(), 206.0, 2.0);
 }
+
+TEST_F(Input, StraightenedLinesAreLevel) {
+    const QString image = saveImage(shadedFrame(3.0), "leaning.png");
+    const auto leans = [&](const QStringList& options) {
+        const auto result = run(QStringList{image, "--method", "centerlines", "--threshold",
+                                            "local", "-f", "geojson", "-o", "-"} +
+                                options);
+        std::vector<double> found;
+        const QJsonArray features =
+            QJsonDocument::fromJson(result.output).object()["features"].toArray();
+        for (const QJsonValue& feature : features) {
+            const QJsonArray line = feature["geometry"]["coordinates"].toArray();
+            const double dx = std::abs(line.last()[0].toDouble() - line.first()[0].toDouble());
+            const double dy = std::abs(line.last()[1].toDouble() - line.first()[1].toDouble());
+            found.push_back(std::min(dx, dy) / std::max(dx, dy));
+        }
+        return found;
+    };
+    const std::vector<double> askew = leans({});
+    const std::vector<double> level = leans({"--deskew"});
+    ASSERT_EQ(askew.size(), 4U);
+    ASSERT_EQ(level.size(), 4U);
+    for (const double lean : askew)
+        EXPECT_NEAR(lean, 0.0524, 0.005);
+    for (const double lean : level)
+        EXPECT_LT(lean, 0.0005);
+}

@@ -134,11 +134,11 @@ private:
         addCurve(drawing.paths.pieces(stroke.path), false, style);
     }
 
-    /// Millimetres a pixel: as asked for, as the image's file says, or as screens have it.
+    /// Millimetres a pixel: as asked for, as the image's file says, or as line drawings are scanned.
     double paperPixel() const {
-        constexpr double ScreenPixel = 25.4 / 96.0;
+        constexpr double ScannedPixel = 25.4 / 300.0;
         return drawing.pixelMillimetres.value_or(
-            drawing.filePixelMillimetres.value_or(ScreenPixel));
+            drawing.filePixelMillimetres.value_or(ScannedPixel));
     }
 
     /// The entity that says it best: a circle, a line or an arc where it is one.
