@@ -1,14 +1,12 @@
 #pragma once
 
+#include "tracecancelled.h"
 #include "traceprogress.h"
 
 #include <algorithm>
 #include <chrono>
 
 namespace ovtrace {
-
-/// Thrown by a Pace when the host wants no more; the public classes catch it.
-struct TraceCancelled {};
 
 /// Tells the host how far a trace has come, often enough and not more often.
 class Pace {

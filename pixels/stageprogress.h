@@ -1,14 +1,13 @@
 #pragma once
 
+#include "tracecancelled.h"
+
 #include <chrono>
 #include <cstdint>
 
 class OvTraceProgress;
 
 namespace ovtrace {
-
-/// Thrown out of a stage when the host cancels the trace. A tracer catches it.
-struct TraceCancelled {};
 
 class ProgressMeter;
 

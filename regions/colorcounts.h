@@ -44,6 +44,11 @@ public:
             i = (i + 1) & (places.size() - 1);
         return places[i] == Free ? list.size() : places[i];
     }
+    /// How often `color` was met.
+    std::uint32_t countOf(QRgb color) const {
+        const std::size_t found = find(color);
+        return found < list.size() ? list[found].count : 0;
+    }
     const std::vector<Entry>& entries() const {
         return list;
     }

@@ -74,8 +74,7 @@ ColorCounts withoutMixes(const PixelView& image, const ColorCounts& blocks) {
     ColorCounts plain;
     for (const ColorCounts::Entry& entry : blocks.entries()) {
         const bool isMix = std::find(mixes.begin(), mixes.end(), entry.color) != mixes.end();
-        if (!isMix ||
-            pixels.entries()[pixels.find(entry.color)].count / PixelsPerBlock < entry.count)
+        if (!isMix || pixels.countOf(entry.color) / PixelsPerBlock < entry.count)
             plain.add(entry.color, entry.count);
     }
     return plain;

@@ -4,25 +4,12 @@
 #include "ringcheck.h"
 #include "twists.h"
 
+#include "shapes/piece.h"
+
 #include <algorithm>
 #include <numeric>
 
 namespace ovtrace {
-namespace {
-
-/// Appends a ring as chords.
-void appendRing(const CrackMap& cracks, const CrackRing& ring,
-                std::span<const std::vector<Piece>> curves, std::vector<Chord>& chords) {
-    for (std::size_t i = 0; i < ring.passCount; ++i) {
-        const ChainPass pass = cracks.passes[ring.firstPass + i];
-        const std::vector<Piece>& pieces = curves[pass.chain];
-        for (std::size_t k = 0; k < pieces.size(); ++k)
-            appendChords(pieces[pass.reversed ? pieces.size() - 1 - k : k], pass.reversed,
-                         pass.chain, chords);
-    }
-}
-
-} // namespace
 
 Separation::Separation(const CrackMap& cracks)
     : cracks(cracks), patches(cracks.chains.size()), changed(cracks.chains.size(), false),
@@ -199,14 +186,23 @@ void Separation::forEachChainOf(std::int32_t region, const Visit& visit) const {
 }
 
 void Separation::noteUnsoundRings(std::span<const std::vector<Piece>> curves) {
-    std::vector<Chord> chords;
+    std::vector<double> areas;
+    areas.reserve(curves.size());
+    for (const std::vector<Piece>& pieces : curves) {
+        double area = 0.0;
+        for (const Piece& piece : pieces)
+            area += areaOf(piece);
+        areas.push_back(area);
+    }
     for (const CrackRing& ring : cracks.rings) {
-        chords.clear();
-        appendRing(cracks, ring, curves, chords);
-        if (hasAreaOf(chords, double(ring.area)))
+        const auto passes = std::span(cracks.passes).subspan(ring.firstPass, ring.passCount);
+        double area = 0.0;
+        for (const ChainPass pass : passes)
+            area += pass.reversed ? -areas[pass.chain] : areas[pass.chain];
+        if (standsForRing(area, double(ring.area)))
             continue;
-        for (std::size_t i = 0; i < ring.passCount; ++i)
-            yieldWhole(cracks.passes[ring.firstPass + i].chain);
+        for (const ChainPass pass : passes)
+            yieldWhole(pass.chain);
     }
 }
 

@@ -1,5 +1,7 @@
 // Groups of similar colours.
 
+#include "support/colors.h"
+
 #include <clusters.h>
 #include <mixing.h>
 
@@ -10,9 +12,6 @@
 namespace {
 
 using namespace ovtrace;
-
-constexpr QRgb White = 0xffffffffU;
-constexpr QRgb Black = 0xff000000U;
 
 TEST(Clusters, ColoursApartAreTheirOwnGroups) {
     ColorCounts counts;

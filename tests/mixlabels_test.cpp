@@ -1,5 +1,6 @@
 // The colours of mixed pixels.
 
+#include "support/colors.h"
 #include "support/coverage.h"
 #include "support/pixelview.h"
 
@@ -12,11 +13,6 @@ namespace {
 using namespace ovtrace;
 using coverage::ground;
 using coverage::paint;
-
-constexpr QRgb White = 0xffffffffU;
-constexpr QRgb Black = 0xff000000U;
-constexpr QRgb Grey = 0xff808080U;
-constexpr QRgb Red = 0xffe31a1cU;
 
 QRgb colorAt(const LabelImage& labels, int x, int y) {
     return labels.palette[labels.at(x, y)];

@@ -1,5 +1,6 @@
 // Noise and the colours of plain areas.
 
+#include "support/colors.h"
 #include "support/coverage.h"
 #include "support/pixelview.h"
 
@@ -15,10 +16,6 @@ namespace {
 using namespace ovtrace;
 using coverage::ground;
 using coverage::paint;
-
-constexpr QRgb White = 0xffffffffU;
-constexpr QRgb Red = 0xffe31a1cU;
-constexpr QRgb Blue = 0xff1f78b4U;
 
 QImage drawing() {
     QImage image = ground(80, 80, White);

@@ -1,3 +1,4 @@
+#include "support/colors.h"
 #include "support/messagelog.h"
 #include <options.h>
 #include <preprocess.h>
@@ -27,9 +28,6 @@ QRgb preprocessed(QRgb color, const OptionMap& options) {
     preprocess(image, read);
     return image.pixel(0, 0);
 }
-
-constexpr QRgb White = 0xffffffffU;
-constexpr QRgb Black = 0xff000000U;
 
 } // namespace
 

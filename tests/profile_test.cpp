@@ -1,5 +1,7 @@
 // The place of an edge in one row of pixels.
 
+#include "support/colors.h"
+
 #include <profile.h>
 
 #include <gtest/gtest.h>
@@ -10,11 +12,6 @@
 namespace {
 
 using namespace ovtrace;
-
-constexpr QRgb White = 0xffffffffU;
-constexpr QRgb Black = 0xff000000U;
-constexpr QRgb Grey = 0xff808080U;
-constexpr QRgb Red = 0xffe31a1cU;
 
 /// A row painted with a colour from each place to the next, by exact coverage.
 struct Row {

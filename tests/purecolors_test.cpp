@@ -1,5 +1,6 @@
 // Blocks of equal pixels, and counts of colours.
 
+#include "support/colors.h"
 #include "support/coverage.h"
 #include "support/pixelview.h"
 
@@ -12,20 +13,12 @@ namespace {
 using namespace ovtrace;
 using coverage::ground;
 
-constexpr QRgb White = 0xffffffffU;
-constexpr QRgb Red = 0xffe31a1cU;
-
-std::uint32_t countOf(const ColorCounts& counts, QRgb color) {
-    const std::size_t found = counts.find(color);
-    return found < counts.entries().size() ? counts.entries()[found].count : 0;
-}
-
 TEST(PureColors, PlainImageHasABlockAtEveryPlace) {
     const QImage image = ground(7, 5, Red);
     const PureColors pure = findPureColors(viewOf(image));
     EXPECT_EQ(pure.blockCount, 24U);
     EXPECT_EQ(pure.placeCount, 24U);
-    EXPECT_EQ(countOf(pure.blocks, Red), 24U);
+    EXPECT_EQ(pure.blocks.countOf(Red), 24U);
 }
 
 TEST(PureColors, BlocksAreThoseOfAPlainCount) {
@@ -46,8 +39,8 @@ TEST(PureColors, BlocksAreThoseOfAPlainCount) {
             }
         }
         const PureColors pure = findPureColors(viewOf(image));
-        EXPECT_EQ(countOf(pure.blocks, Red), red);
-        EXPECT_EQ(countOf(pure.blocks, White), white);
+        EXPECT_EQ(pure.blocks.countOf(Red), red);
+        EXPECT_EQ(pure.blocks.countOf(White), white);
         EXPECT_EQ(pure.blockCount, std::uint64_t(red) + white);
     }
 }
@@ -60,14 +53,12 @@ TEST(PureColors, OneRowHasNoBlocks) {
 TEST(PureColors, CountingEndsSoonAfterTheMostColours) {
     QImage image = ground(4, 3, White);
     image.setPixel(1, 0, Red);
-    EXPECT_EQ(countOf(countColors(viewOf(image), 2), White), 11U);
+    EXPECT_EQ(countColors(viewOf(image), 2).countOf(White), 11U);
     // The first row has more than one colour: the others are not looked at.
-    EXPECT_EQ(countOf(countColors(viewOf(image), 1), White), 3U);
+    EXPECT_EQ(countColors(viewOf(image), 1).countOf(White), 3U);
 }
 
 TEST(PureColors, BlocksOfMixesAreNoColours) {
-    constexpr QRgb Black = 0xff000000U;
-    constexpr QRgb Grey = 0xff808080U;
     QImage image = ground(60, 60, White);
     for (int y = 0; y < 60; ++y) {
         for (int x = 0; x < 60; ++x) {
@@ -79,7 +70,7 @@ TEST(PureColors, BlocksOfMixesAreNoColours) {
     }
     const auto greys = [&image] {
         const PureColors pure = findPureColors(viewOf(image));
-        return countOf(withoutMixes(viewOf(image), pure.blocks), Grey);
+        return withoutMixes(viewOf(image), pure.blocks).countOf(Grey);
     };
     // One block among two hundred pixels of that grey happens; four are an area.
     for (const auto& [x, y] : {std::pair(33, 33), std::pair(33, 34), std::pair(34, 33)})
@@ -100,7 +91,7 @@ TEST(PureColors, ColoursThatAreNoMixesStay) {
     image.setPixel(10, 1, Red);
     image.setPixel(11, 1, Red);
     const PureColors pure = findPureColors(viewOf(image));
-    EXPECT_EQ(countOf(withoutMixes(viewOf(image), pure.blocks), Red), 1U);
+    EXPECT_EQ(withoutMixes(viewOf(image), pure.blocks).countOf(Red), 1U);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 // What happens to the map when the picture is turned, mirrored, recoloured or framed: the same.
 
+#include "support/colors.h"
 #include "support/coverage.h"
 
 #include <traceregions.h>
@@ -16,11 +17,6 @@ namespace {
 using namespace ovtrace;
 using coverage::ground;
 using coverage::paint;
-
-constexpr QRgb White = 0xffffffffU;
-constexpr QRgb Red = 0xffe31a1cU;
-constexpr QRgb Blue = 0xff1f78b4U;
-constexpr QRgb Black = 0xff000000U;
 
 /// A circle, a slanting rectangle, a ring around another colour and thin lines.
 QImage makeDrawing() {

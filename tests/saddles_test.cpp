@@ -1,5 +1,6 @@
 // Corners at which two colours meet crosswise.
 
+#include "support/colors.h"
 #include "support/coverage.h"
 #include "support/pixelview.h"
 
@@ -11,9 +12,6 @@ namespace {
 
 using namespace ovtrace;
 using coverage::ground;
-
-constexpr QRgb White = 0xffffffffU;
-constexpr QRgb Black = 0xff000000U;
 
 LabelImage labelled(const QImage& image) {
     LabelImage labels;

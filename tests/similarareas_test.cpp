@@ -1,5 +1,6 @@
 // Photographs and gradients as areas of similar pixels.
 
+#include "support/colors.h"
 #include "support/coverage.h"
 #include "support/pixelview.h"
 
@@ -14,9 +15,6 @@ namespace {
 
 using namespace ovtrace;
 using coverage::ground;
-
-constexpr QRgb White = 0xffffffffU;
-constexpr QRgb Grey = 0xff808080U;
 
 QImage gradient(int width, int height) {
     QImage image = ground(width, height, White);

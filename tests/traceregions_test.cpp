@@ -1,5 +1,6 @@
 // Maps of whole images: plain forms whose truth is known, and what holds for any image.
 
+#include "support/colors.h"
 #include "support/coverage.h"
 #include "support/pixelview.h"
 
@@ -21,11 +22,6 @@ namespace {
 using namespace ovtrace;
 using coverage::ground;
 using coverage::paint;
-
-constexpr QRgb White = 0xffffffffU;
-constexpr QRgb Red = 0xffe31a1cU;
-constexpr QRgb Blue = 0xff1f78b4U;
-constexpr QRgb Black = 0xff000000U;
 
 RegionMap traced(const QImage& image, const QMap<QString, double>& options = {}) {
     OvTraceRegions tracer;

@@ -24,10 +24,10 @@ struct Arguments {
     bool continueOnError = false;
     bool recursive = false;
     bool overwrite = false; ///< results may replace files that have a picture's ending
-    bool isWorker = false;  ///< whether this is the process for one image of a batch
+    bool isWorker = false;  ///< whether this process takes images of a batch from another
     bool quiet = false;
     StatisticsForm statistics = StatisticsForm::None;
-    QStringList worker; ///< the options to hand to a worker process, for one image
+    QStringList worker; ///< the options to hand to worker processes
     QString pluginFile; ///< another module to load; empty for the program's own
     QString action;     ///< instead of tracing: the option that asks for it, or empty
     QString saveSettings;
