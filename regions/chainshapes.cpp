@@ -27,9 +27,9 @@ bool areRounded(std::span<const Sample> samples) {
 
 /// A chain on its way to a curve.
 struct FittedChain {
-    std::vector<Sample> samples;
-    ChainModel model;
-    bool followsModel = false; ///< its curve is that of the model
+    std::vector<Sample> samples; ///< until it is joined, as they take more than all else
+    ChainModel model;            ///< until then
+    bool followsModel = false;   ///< its curve is that of the model
     /// The curve as it would be without the others; none when it is as it would be.
     std::vector<Piece> alone;
 };
@@ -44,9 +44,12 @@ public:
 
     std::optional<ShapedChains> run(const std::function<bool(double)>& report) {
         fitted.resize(cracks.chains.size());
+        curves.resize(cracks.chains.size());
         std::size_t steps = 0;
         for (std::size_t i = 0; i < cracks.chains.size(); ++i) {
             fit(i);
+            if (cracks.chains[i].from < 0)
+                join(i);
             steps += cracks.chains[i].stepCount;
             // A thousand steps take less than 20 ms.
             if (steps / 1024 != (steps - cracks.chains[i].stepCount) / 1024 &&
@@ -54,20 +57,34 @@ public:
                 return std::nullopt;
         }
         placeJunctions();
-        curves.resize(cracks.chains.size());
-        for (std::size_t i = 0; i < cracks.chains.size(); ++i)
-            join(i);
+        for (std::size_t i = 0; i < cracks.chains.size(); ++i) {
+            if (cracks.chains[i].from >= 0)
+                join(i);
+        }
         if (!separate(report))
             return std::nullopt;
-        for (const std::vector<Piece>& curve : curves) {
-            shapes.starts.push_back(shapes.pieces.size());
-            shapes.pieces.insert(shapes.pieces.end(), curve.begin(), curve.end());
-        }
-        shapes.starts.push_back(shapes.pieces.size());
+        gather();
         return std::move(shapes);
     }
 
 private:
+    /// The curves one after another, each let go at once.
+    void gather() {
+        fitted = {};
+        std::size_t count = 0;
+        shapes.starts.reserve(curves.size() + 1);
+        for (const std::vector<Piece>& curve : curves) {
+            shapes.starts.push_back(count);
+            count += curve.size();
+        }
+        shapes.starts.push_back(count);
+        shapes.pieces.reserve(count);
+        for (std::vector<Piece>& curve : curves) {
+            shapes.pieces.insert(shapes.pieces.end(), curve.begin(), curve.end());
+            curve = {};
+        }
+    }
+
     /// Samples of a part that is worth a curve of its own.
     static constexpr std::size_t LongPart = 12;
 
@@ -86,9 +103,9 @@ private:
         const CrackChain& chain = cracks.chains[i];
         if (isRim(chain))
             return;
-        fitted[i].samples = places.placesOf(cracks, chain);
-        fitted[i].model =
-            segmentChain(fitted[i].samples, chain.from < 0, optionsFor(fitted[i].samples));
+        FittedChain& f = fitted[i];
+        f.samples = places.placesOf(cracks, chain);
+        f.model = segmentChain(f.samples, chain.from < 0, optionsFor(f.samples));
     }
 
     /// Rounded places have a bound, and none is worse than the others, as those beside the corners
@@ -185,6 +202,8 @@ private:
             const Point only = start ? *start : f.samples.front().at;
             pieces.push_back(linePiece(only, only));
         }
+        f.samples = {};
+        f.model = {};
     }
 
     /// Joins a chain half by half where its whole curve does not follow the samples, so that the
@@ -256,8 +275,11 @@ private:
             return;
         }
         std::vector<Piece> pieces;
-        if (f.followsModel)
-            pieces = joined(false, f.model, f.samples, start, end);
+        if (f.followsModel) {
+            const std::vector<Sample> samples = places.placesOf(cracks, chain);
+            pieces = joined(false, segmentChain(samples, false, optionsFor(samples)), samples,
+                            start, end);
+        }
         if (pieces.empty())
             pieces = bentTo(f.alone.empty() ? curves[i] : f.alone, start, end);
         curves[i] = pieces;

@@ -13,6 +13,7 @@
 
 #include <QImage>
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -65,17 +66,36 @@ QList<OvRegionOutline> OvTraceRegions::outlines(const ovtrace::RegionMap& map) {
 namespace ovtrace {
 namespace {
 
-/// The image in 32 bits a pixel, transparent pixels all of one kind.
+const QRgb* rowOf(const QImage& image, int y) {
+    return reinterpret_cast<const QRgb*>(image.constScanLine(y));
+}
+
+/// Whether an image of 32 bits a pixel has nothing but 255 where others have their alpha.
+bool isOpaque(const QImage& image) {
+    const auto opaque = [](QRgb pixel) { return qAlpha(pixel) == 255; };
+    for (int y = 0; y < image.height(); ++y) {
+        const QRgb* row = rowOf(image, y);
+        if (!std::all_of(row, row + image.width(), opaque))
+            return false;
+    }
+    return true;
+}
+
+/// The image in 32 bits a pixel, transparent pixels all of one kind. Shares the pixels of an image
+/// that is so: a copy takes more than what is made of it.
 QImage plainImage(const QImage& image) {
+    if (image.format() == QImage::Format_RGB32 && isOpaque(image))
+        return image;
     QImage plain = image.convertToFormat(QImage::Format_ARGB32);
     if (!image.hasAlphaChannel())
         return plain;
+    const auto hasHiddenColor = [](QRgb pixel) { return qAlpha(pixel) == 0 && pixel != 0; };
     for (int y = 0; y < plain.height(); ++y) {
-        auto* row = reinterpret_cast<QRgb*>(plain.scanLine(y));
-        for (int x = 0; x < plain.width(); ++x) {
-            if (qAlpha(row[x]) == 0)
-                row[x] = 0;
-        }
+        const QRgb* row = rowOf(plain, y);
+        if (std::none_of(row, row + plain.width(), hasHiddenColor))
+            continue;
+        auto* changed = reinterpret_cast<QRgb*>(plain.scanLine(y));
+        std::replace_if(changed, changed + plain.width(), hasHiddenColor, 0U);
     }
     return plain;
 }
@@ -116,18 +136,21 @@ ovtrace::RegionMap OvTraceRegions::trace(const QImage& image) const {
         return {};
     const RegionOptions settings = readRegionOptions(options);
     Stages stages(progress);
-    const QImage plain = plainImage(image);
+    QImage plain = plainImage(image);
     const PixelView pixels = viewOf(plain);
     LabelImage labels = findLabels(pixels, {palette.begin(), palette.end()}, settings);
     if (!stages.done(0.3))
         return {};
     RegionGrid grid = findRegions(pixels, labels);
     const double speck = settings.speck >= 0.0 ? settings.speck : usualSpeck(labels);
-    if (mergeSpecks(labels, grid, speck))
+    if (mergeSpecks(labels, grid, speck)) {
+        grid = {};
         grid = findRegions(pixels, labels);
+    }
     if (!stages.done(0.4))
         return {};
     const CrackMap cracks = walkCracks(grid);
+    grid.ids = {}; // where areas lie is known by their edges from here on
     if (!stages.done(0.5))
         return {};
     FitOptions fit;
@@ -138,5 +161,7 @@ ovtrace::RegionMap OvTraceRegions::trace(const QImage& image) const {
         settings.exactPixels ? pixelEdges(cracks) : fitChains(pixels, labels, cracks, fit, go);
     if (!shapes)
         return {};
+    plain = {};
+    labels.labels = {};
     return assembleMap(grid, cracks, std::move(*shapes), labels.palette);
 }
