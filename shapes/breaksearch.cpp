@@ -17,16 +17,19 @@ constexpr char remarkableBreak = 2;
 
 /// Where breaks may be, before each sample and after the last.
 std::vector<char> breakCandidates(const Weighted& data) {
-    constexpr int edge = 8;
     constexpr double remarkable = 2.5;
+    // Noise of half a pixel hides what is remarkable, and which sample it is at.
+    const bool rounded = data.mostOff < infinite;
+    const int stride = rounded ? breakStride / 2 : breakStride;
+    const int edge = rounded ? 5 : 8;
     const int n = data.size();
     std::vector<char> candidates(static_cast<std::size_t>(n) + 1, noBreak);
-    const bool few = n <= 64;
+    const bool few = n <= (rounded ? 24 : 64);
     for (int k = 0; k <= n; ++k) {
         const bool near = few || k < edge || k > n - edge;
         if (near || change(data, k, false) > remarkable)
             candidates[static_cast<std::size_t>(k)] = remarkableBreak;
-        else if (k % breakStride == 0)
+        else if (k % stride == 0)
             candidates[static_cast<std::size_t>(k)] = plainBreak;
     }
     return candidates;

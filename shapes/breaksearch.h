@@ -9,7 +9,8 @@ namespace ovtrace {
 /// Samples at a break that belong to neither side: the corner of a pixel's area is cut over about
 /// one pixel on each side, which three samples cover.
 constexpr int mostSkipped = 3;
-/// Where nothing happens, every so many samples may be a break; the place is refined afterwards.
+/// Where nothing happens, every so many samples may be a break (twice as many where places are
+/// rounded to pixels); the place is refined afterwards.
 constexpr int breakStride = 6;
 
 /// The samples that one shape explains.

@@ -125,6 +125,59 @@ void unrotate(std::vector<Carrier>& carriers, int start, int count) {
     }
 }
 
+/// What carriers in order cost, with the samples that they leave out from `first` to `last`.
+double costOf(const Weighted& data, const FitOptions& options, std::span<const Carrier> carriers,
+              int first, int last) {
+    double cost = 0.0;
+    int next = first;
+    const auto leaveOut = [&](int end) {
+        for (int k = next; k < end; ++k)
+            cost += data.skipCost(k % data.size());
+    };
+    for (const Carrier& carrier : carriers) {
+        leaveOut(carrier.first);
+        next = carrier.last + 1;
+        cost += carrier.error + (carrier.isLine() ? 2.0 : 3.0) * options.parameterCost;
+    }
+    leaveOut(last + 1);
+    return cost;
+}
+
+/// The beginning of a closed chain is a break by decree: explains the stretch around it once more,
+/// two carriers on either side. Indices beyond the last sample go on with the first. False where
+/// there are too few carriers to tell stretch and rest apart.
+bool mendBeginning(std::span<const Sample> samples, int start, const FitOptions& options,
+                   const Weighted& data, std::vector<Carrier>& carriers) {
+    constexpr std::size_t side = 2;
+    if (carriers.size() < 2 * side + 2)
+        return false;
+    const int count = data.size();
+    std::vector<Carrier> around(carriers.end() - side, carriers.end());
+    for (std::size_t k = 0; k < side; ++k) {
+        around.push_back(carriers[k]);
+        around.back().first += count;
+        around.back().last += count;
+    }
+    const int first = around.front().first;
+    const int last = around.back().last;
+    std::vector<Sample> stretch;
+    for (int k = first; k <= last; ++k)
+        stretch.push_back(samples[static_cast<std::size_t>((start + k) % count)]);
+    Weighted part = weighted(stretch, 0, false, options);
+    std::vector<Carrier> found = explain(part, options).carriers;
+    if (found.empty() ||
+        costOf(part, options, found, 0, last - first) >= costOf(data, options, around, first, last))
+        return true;
+    for (Carrier& carrier : found) {
+        carrier.first += first;
+        carrier.last += first;
+    }
+    carriers.erase(carriers.end() - side, carriers.end());
+    carriers.erase(carriers.begin(), carriers.begin() + side);
+    carriers.insert(carriers.end(), found.begin(), found.end());
+    return true;
+}
+
 /// Whether the samples go once round a circle, enclosing most of its area. Those on both sides of a
 /// thin shape lie near many a wide circle.
 bool goesRound(const Carrier& circle, const Weighted& data) {
@@ -160,7 +213,7 @@ ChainModel closedModel(std::span<const Sample> samples, const FitOptions& option
     int start = strongestChange(samples, options);
     Weighted data = weighted(samples, start, true, options);
     Explanation best = explain(data, options);
-    if (!best.carriers.empty()) {
+    if (!best.carriers.empty() && !mendBeginning(samples, start, options, data, best.carriers)) {
         const int again = sharpestBreak(data, best.carriers);
         // Begun on a smooth place: once more from a better one.
         if (again != best.carriers.front().first) {

@@ -137,3 +137,21 @@ TEST(Segmentation, BoundedPlacesKeepNearTheirShapes) {
     }
     EXPECT_EQ(next, 40);
 }
+
+TEST(Segmentation, NoBreakStaysWhereTheCountOfAClosedChainBegins) {
+    // A rounded rectangle has eight shapes wherever its samples begin.
+    const Outline outline = roundedRectangle({40.3, 40.2}, {30.1, 20.4}, 9.0, 11.0);
+    const auto samples = coverageSamples(outline, 0.003, 0.01);
+    for (std::size_t start = 0; start < samples.size(); start += 7) {
+        std::vector<Sample> turned(samples);
+        std::rotate(turned.begin(), turned.begin() + static_cast<std::ptrdiff_t>(start),
+                    turned.end());
+        const ChainModel model = segmentChain(turned, true, {});
+        EXPECT_EQ(model.carriers.size(), 8u) << start;
+        int covered = 0;
+        for (const Carrier& carrier : model.carriers)
+            covered += carrier.last - carrier.first + 1;
+        EXPECT_LE(covered, static_cast<int>(samples.size()));
+        EXPECT_GE(covered, static_cast<int>(samples.size()) - 24);
+    }
+}
