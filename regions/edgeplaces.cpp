@@ -8,6 +8,8 @@ namespace {
 
 /// Steps on either side that tell the direction of a chain.
 constexpr std::int64_t DirectionReach = 4;
+/// The same where it is measured.
+constexpr std::int64_t LeanReach = 16;
 /// The standard deviation, in pixels, of a place that is rounded to whole ones.
 constexpr double RoundedSigma = 0.2887;
 
@@ -36,6 +38,26 @@ public:
         if (std::abs(way.x) != std::abs(way.y))
             return std::abs(way.x) > std::abs(way.y);
         return steps[i] == Step::Right || steps[i] == Step::Left;
+    }
+
+    /// How many pixels the chain moves on across step i for each pixel along it, at most 1; not
+    /// beyond where it turns back.
+    double leanAt(std::int64_t i) const {
+        int along = 1;
+        int across = 0;
+        for (const std::int64_t way : {-1, 1}) {
+            for (std::int64_t k = 1; k <= LeanReach; ++k) {
+                const std::int64_t next = i + way * k;
+                if (!closed && (next < 0 || next >= count))
+                    break;
+                const Step step = steps[closed ? (next % count + count) % count : next];
+                if (step == opposite(steps[i]))
+                    break;
+                along += step == steps[i] ? 1 : 0;
+                across += step == turnedRight(steps[i]) ? 1 : step == turnedLeft(steps[i]) ? -1 : 0;
+            }
+        }
+        return std::min(1.0, std::abs(double(across)) / along);
     }
 
 private:
@@ -90,11 +112,12 @@ void trustLongRuns(std::vector<Sample>& samples) {
 } // namespace
 
 /// The place of the edge in the row or column that the step between two corners crosses.
-EdgePlace EdgePlaces::edgeAt(GridPoint from, GridPoint to) const {
+EdgePlace EdgePlaces::edgeAt(GridPoint from, GridPoint to,
+                             const std::function<double()>& lean) const {
     const int across = from.y == to.y ? 1 : 0;
     const PixelLine line(image, labels, std::min(from.x, to.x), std::min(from.y, to.y), 1 - across,
                          across);
-    return findEdge(line, options.noise);
+    return findEdge(line, options.noise, lean);
 }
 
 std::vector<Sample> EdgePlaces::placesOf(const CrackMap& cracks, const CrackChain& chain,
@@ -110,7 +133,7 @@ std::vector<Sample> EdgePlaces::placesOf(const CrackMap& cracks, const CrackChai
         p = p + step;
         const bool horizontal = step == Step::Right || step == Step::Left;
         const bool runsAlong = steps.isFlat(i) == horizontal;
-        const EdgePlace place = edgeAt(here, p);
+        const EdgePlace place = edgeAt(here, p, [&] { return steps.leanAt(i); });
         const double off = std::clamp(place.at, -most, most);
         const int x = std::min(here.x, p.x);
         const int y = std::min(here.y, p.y);
@@ -140,7 +163,9 @@ std::vector<Point> EdgePlaces::placesBeside(const CrackMap& cracks, const CrackC
         const bool horizontal = here.y == p.y;
         // Where the chain runs the other way, the coverage tells nothing about this step.
         const double off =
-            steps.isFlat(i) == horizontal ? std::clamp(edgeAt(here, p).at, -Beside, Beside) : 0.0;
+            steps.isFlat(i) == horizontal
+                ? std::clamp(edgeAt(here, p, [&] { return steps.leanAt(i); }).at, -Beside, Beside)
+                : 0.0;
         const Point middle{(here.x + p.x) / 2.0, (here.y + p.y) / 2.0};
         places.push_back(horizontal ? Point{middle.x, middle.y + off}
                                     : Point{middle.x + off, middle.y});

@@ -46,7 +46,7 @@ public:
     static constexpr double Beside = 0.45;
 
 private:
-    EdgePlace edgeAt(GridPoint from, GridPoint to) const;
+    EdgePlace edgeAt(GridPoint from, GridPoint to, const std::function<double()>& lean) const;
 
     const PixelView& image;
     const LabelImage& labels;

@@ -1,12 +1,15 @@
 #include "profile.h"
 
 #include "mixing.h"
+#include "thinline.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdlib>
+#include <numeric>
 #include <optional>
+#include <vector>
 
 namespace ovtrace {
 namespace {
@@ -17,6 +20,8 @@ constexpr int Widest = 8;
 constexpr double PixelSigma = 0.29;
 /// What coverage is rounded to by those who draw, as a standard deviation of a pixel's share.
 constexpr double DrawnSigma = 0.005;
+/// Pixels: what roundings leave is no line.
+constexpr double LeastWidth = 0.05;
 
 bool isPure(QRgb color, QRgb palette, int noise) {
     return color == palette || (noise > 0 && farthestChannel(color, palette) <= noise);
@@ -32,8 +37,8 @@ struct Side {
 
 class EdgeFinder {
 public:
-    EdgeFinder(const PixelLine& line, int noise)
-        : line(line), noise(noise), first(line.label(-1)), second(line.label(0)),
+    EdgeFinder(const PixelLine& line, int noise, const std::function<double()>& lean)
+        : line(line), noise(noise), lean(lean), first(line.label(-1)), second(line.label(0)),
           axis(line.paletteColor(first), line.paletteColor(second)) {
     }
 
@@ -149,18 +154,16 @@ private:
         if (!triangle.isFlat())
             return byShares(pure, end, way, triangle);
         const ColorAxis toLine(colors[0], colors[1]);
+        if (colors[0] == colors[2])
+            return lineOnGround(pure, end, way, toLine);
         const double beyond = toLine.rawPosition(mixColor(colors[2]));
         const int count = std::abs(end - pure) - 1;
         double sum = 0.0;
         double moment = 0.0;
-        double worst = 0.0;
         for (int i = 0; i < count; ++i) {
-            const MixColor color = mixColor(line.color(pure + (i + 1) * way));
-            const double t = toLine.rawPosition(color);
+            const double t = toLine.rawPosition(mixColor(line.color(pure + (i + 1) * way)));
             sum += t;
             moment += t * (i + 0.5);
-            if (colors[0] == colors[2])
-                worst = std::max(worst, toLine.residual(color) * toLine.step());
         }
         const auto edge = nearEdge(sum, moment, beyond, count);
         if (!edge)
@@ -171,7 +174,32 @@ private:
         const double contrast = std::fabs(1.0 - beyond);
         place.sigma = 1.5 * uncertainty(count) * std::max(toLine.step() / axis.step(), 1.0) /
                       std::max(contrast, 0.1);
+        return place;
+    }
+    /// The same where the colour is that of the ground again beyond the line.
+    EdgePlace lineOnGround(int pure, int end, int way, const ColorAxis& toLine) const {
+        std::vector<double> shares;
+        double worst = 0.0;
+        for (int k = pure + way; k != end; k += way) {
+            const MixColor color = mixColor(line.color(k));
+            shares.push_back(toLine.rawPosition(color));
+            worst = std::max(worst, toLine.residual(color) * toLine.step());
+        }
+        const double width = std::accumulate(shares.begin(), shares.end(), 0.0);
+        if (width < LeastWidth)
+            return halfWay();
+        const double doubt = uncertainty(static_cast<int>(shares.size())) *
+                             std::max(toLine.step() / axis.step(), 1.0);
+        const ThinLine found(shares, lean(), doubt);
+        const double edge = found.centre() - width / 2.0;
+        EdgePlace place;
+        // From the far side of the pure pixel, along `way`.
+        place.at = way > 0 ? pure + 1 + edge : pure - edge;
+        place.sigma = std::min(PixelSigma, found.sigma() + doubt / 2.0);
         spoil(place, worst);
+        // Where the line ends, or meets another, it covers less than it is wide.
+        constexpr double Odd = 0.12;
+        place.loose = place.loose || found.misfit() > Odd;
         return place;
     }
     /// The same where each of the three colours has its share in every pixel. The line's own is
@@ -272,6 +300,7 @@ private:
 
     const PixelLine& line;
     int noise;
+    const std::function<double()>& lean;
     std::uint16_t first;
     std::uint16_t second;
     ColorAxis axis;
@@ -279,8 +308,8 @@ private:
 
 } // namespace
 
-EdgePlace findEdge(const PixelLine& line, int noise) {
-    return EdgeFinder(line, noise).run();
+EdgePlace findEdge(const PixelLine& line, int noise, const std::function<double()>& lean) {
+    return EdgeFinder(line, noise, lean).run();
 }
 
 } // namespace ovtrace

@@ -3,6 +3,7 @@
 #include "labelimage.h"
 
 #include <cstdint>
+#include <functional>
 
 namespace ovtrace {
 
@@ -50,6 +51,8 @@ private:
 };
 
 /// The place of the edge at the crack between the pixels -1 and 0, which have different labels.
-EdgePlace findEdge(const PixelLine& line, int noise);
+/// `lean` says, when that matters, how many pixels the edge moves on from one line of pixels to the
+/// next, at most 1.
+EdgePlace findEdge(const PixelLine& line, int noise, const std::function<double()>& lean);
 
 } // namespace ovtrace

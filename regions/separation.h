@@ -24,8 +24,8 @@ public:
     explicit Separation(const CrackMap& cracks);
 
     /// Searches the curves (one a chain, each from junction to junction); returns whether any
-    /// chain or junction has to change. Only curves that had to with the last search, and those that
-    /// end in junctions pinned by it, may be others than then.
+    /// chain or junction has to change. Only curves that had to with the last search, and those
+    /// that end in junctions pinned by it, may be others than then.
     bool search(std::span<const std::vector<Piece>> curves);
 
     /// What the chain's curve has to leave out.

@@ -41,7 +41,7 @@ struct Row {
     }
     EdgePlace edgeAt(int crack) const {
         const PixelView view{pixels.data(), pixels.size(), labels.width, 1};
-        return findEdge(PixelLine(view, labels, crack, 0, 1, 0), 0);
+        return findEdge(PixelLine(view, labels, crack, 0, 1, 0), 0, [] { return 0.0; });
     }
 
     std::vector<QRgb> pixels;
