@@ -71,6 +71,25 @@ Piece partOf(const Piece& piece, double start, double end, Point from, Point to)
     return withEnds(part, from, to);
 }
 
+bool goesStraightOn(const Piece& before, const Piece& after) {
+    const Point one = before.to - before.from;
+    const Point other = after.to - after.from;
+    return before.kind == PieceKind::Line && after.kind == PieceKind::Line &&
+           cross(one, other) == 0.0 && dot(one, other) > 0.0;
+}
+
+/// Lines that go straight on as one.
+std::vector<Piece> joinedStraight(std::span<const Piece> pieces) {
+    std::vector<Piece> result;
+    for (const Piece& piece : pieces) {
+        if (!result.empty() && goesStraightOn(result.back(), piece))
+            result.back() = linePiece(result.back().from, piece.to);
+        else
+            result.push_back(piece);
+    }
+    return result;
+}
+
 class Patcher {
 public:
     Patcher(std::span<const Piece> pieces, std::span<const Point> places, bool closed)
@@ -248,7 +267,7 @@ std::vector<Piece> patched(std::vector<Piece> pieces, std::span<const Point> pla
                            std::span<const StepRange> ranges, bool closed) {
     if (closed)
         pieces = rotated(std::move(pieces), places.front());
-    return Patcher(pieces, places, closed).run(ranges);
+    return joinedStraight(Patcher(pieces, places, closed).run(ranges));
 }
 
 std::vector<Piece> bentTo(std::vector<Piece> pieces, Point start, Point end) {

@@ -36,7 +36,21 @@ TEST(Patching, OnlyTheRangeLeavesTheCurve) {
         const bool near = piece.to.x > 10.0 && piece.to.x < 15.0;
         EXPECT_EQ(piece.to.y, near ? -0.25 : 0.0) << piece.to.x;
     }
-    EXPECT_EQ(pieces.size(), 8U); // the two ends of the line, five places, and back
+    EXPECT_EQ(pieces.size(), 5U); // the two ends of the line, the one beside, there and back
+}
+
+TEST(Patching, StepsInOneLineAreOneLine) {
+    // Ten steps along y = 0; four of them are drawn beside, where the curve is already.
+    const std::vector<Piece> pieces{linePiece({0, 0}, {10, 0})};
+    std::vector<Point> places;
+    for (int i = 0; i < 10; ++i)
+        places.push_back({i + 0.5, 0.0});
+    const std::vector<StepRange> ranges{{3, 6}};
+    const auto straight = patched(pieces, places, ranges, false);
+    ASSERT_EQ(straight.size(), 1u);
+    EXPECT_EQ(straight.front(), linePiece({0, 0}, {10, 0}));
+    places[5].y = 0.25;
+    EXPECT_GE(patched(pieces, places, ranges, false).size(), 3u);
 }
 
 TEST(Patching, RangesAtTheEndsKeepTheEnds) {
