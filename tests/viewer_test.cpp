@@ -2,6 +2,7 @@
 
 #include "support/windowtest.h"
 
+#include <viewer/background.h>
 #include <viewer/canvas.h>
 #include <viewer/dragoutbutton.h>
 #include <viewer/palettepanel.h>
@@ -23,7 +24,6 @@
 #include <QProcess>
 #include <QSignalSpy>
 #include <QSpinBox>
-#include <QThreadPool>
 #include <QToolButton>
 
 namespace {
@@ -333,7 +333,7 @@ void ViewerTest::manyImagesDoNotGrow() {
     const auto openMany = [this](int count) {
         for (int i = 0; i < count; ++i)
             openAndWait(sample(i % 2 == 0 ? "sprite.png" : "text.png"));
-        QThreadPool::globalInstance()->waitForDone(); // old results are taken apart there
+        backgroundThread().wait(); // old results are taken apart there
     };
     openMany(10);
     const qsizetype objects = window->findChildren<QObject*>().size();

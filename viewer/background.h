@@ -1,9 +1,12 @@
 #pragma once
 
-#include <QThreadPool>
+#include "taskthread.h"
 
 #include <memory>
 #include <utility>
+
+/// The thread in which objects end that take long to take apart.
+TaskThread& backgroundThread();
 
 /// Makes an object that several threads share and whose end is left to another thread: a result of
 /// a million outlines takes longer to take apart than a frame lasts.
@@ -11,5 +14,5 @@ template <typename Object, typename... Arguments>
 std::shared_ptr<Object> makeSharedInBackground(Arguments&&... arguments) {
     return std::shared_ptr<Object>(
         new Object(std::forward<Arguments>(arguments)...),
-        [](Object* object) { QThreadPool::globalInstance()->start([object] { delete object; }); });
+        [](Object* object) { backgroundThread().start([object] { delete object; }); });
 }

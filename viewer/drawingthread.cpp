@@ -14,6 +14,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QTemporaryFile>
+#include <QThread>
 
 #include <chrono>
 #include <functional>
@@ -111,12 +112,7 @@ template <typename Work> QString errorOf(Work work) {
 
 } // namespace
 
-DrawingThread::DrawingThread(QObject* parent) : QThread(parent) {
-    qRegisterMetaType<std::shared_ptr<const TraceResult>>();
-    qRegisterMetaType<std::shared_ptr<const Scene>>();
-    qRegisterMetaType<TraceFigures>();
-    qRegisterMetaType<WriteResult>();
-    start(QThread::LowPriority); // the window comes first
+DrawingThread::DrawingThread(QObject* parent) : QObject(parent), thread(&DrawingThread::run, this) {
 }
 
 DrawingThread::~DrawingThread() {
@@ -127,7 +123,7 @@ DrawingThread::~DrawingThread() {
         newest = Closing;
     }
     wake.notify_one();
-    wait();
+    thread.join();
 }
 
 void DrawingThread::trace(const TraceJob& job) {
@@ -167,6 +163,7 @@ DrawingThread::Work DrawingThread::waitForWork() {
 }
 
 void DrawingThread::run() {
+    QThread::currentThread()->setPriority(QThread::LowPriority); // the window comes first
     for (Work work = waitForWork(); !work.closing; work = waitForWork()) {
         if (work.write)
             doWrite(*work.write);
@@ -182,7 +179,7 @@ void DrawingThread::doTrace(const TraceJob& job) {
     const auto result = makeResult(job, true);
     if (isOutdated(job.number))
         return;
-    emit traced(result);
+    mailbox.post([this, result] { emit traced(result); });
     if (result->error.isEmpty())
         unmeasured = result;
 }
@@ -200,7 +197,7 @@ void DrawingThread::doMeasure() {
                 measure(result->drawing.title, result->drawing, {0.0, result->seconds, 0.0});
     });
     if (error.isEmpty() && !isOutdated(result->job.number))
-        emit measured(figures);
+        mailbox.post([this, figures] { emit measured(figures); });
 }
 
 void DrawingThread::doWrite(const WriteJob& job) {
@@ -220,7 +217,7 @@ void DrawingThread::doWrite(const WriteJob& job) {
             }
         });
     }
-    emit written(result);
+    mailbox.post([this, result] { emit written(result); });
 }
 
 /// The image of a job, read when it is another one than the last.
@@ -241,7 +238,9 @@ const InputImage& DrawingThread::readImage(const TraceJob& job) {
     lastImage = ReadImage{job, readInput(fileName, request), nullptr};
     const InputImage& input = lastImage->input;
     lastImage->scene = makeSharedInBackground<Scene>(input.image);
-    emit imageRead(job.number, lastImage->scene, histogramOf(input.image), pages);
+    mailbox.post([this, number = job.number, scene = lastImage->scene,
+                  histogram = histogramOf(input.image),
+                  pages] { emit imageRead(number, scene, histogram, pages); });
     return lastImage->input;
 }
 
@@ -263,8 +262,11 @@ std::shared_ptr<const TraceResult> DrawingThread::makeResult(const TraceJob& job
             result->scene = sceneOf(*result);
             return;
         }
-        Reporter progress([&](double fraction) { emit progressed(job.number, fraction); },
-                          [&] { return canBeCancelled && isOutdated(job.number); });
+        Reporter progress(
+            [this, number = job.number](double fraction) {
+                mailbox.post([this, number, fraction] { emit progressed(number, fraction); });
+            },
+            [&] { return canBeCancelled && isOutdated(job.number); });
         QElapsedTimer clock;
         clock.start();
         result->place = input.place;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mailbox.h"
 #include "scene.h"
 
 #include <drawing/drawing.h>
@@ -7,7 +8,7 @@
 #include <drawing/jobsettings.h>
 #include <drawing/statistics.h>
 
-#include <QThread>
+#include <QObject>
 
 #include <atomic>
 #include <condition_variable>
@@ -15,6 +16,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <thread>
 
 /// Where an image comes from.
 struct ImageSource {
@@ -63,8 +65,8 @@ struct WriteResult {
 /// Reads, traces and writes in a thread of its own, so that the window never waits.
 ///
 /// Of the traces only the newest counts: it cancels the one under way. Everything that is to be
-/// written is written, in order.
-class DrawingThread : public QThread {
+/// written is written, in order. Signals come in the thread that the object lives in.
+class DrawingThread : public QObject {
     Q_OBJECT
 
 public:
@@ -85,9 +87,6 @@ signals:
     void measured(const TraceFigures& figures);
     void written(const WriteResult& result);
 
-protected:
-    void run() override;
-
 private:
     /// An image as it was read, and for which request.
     struct ReadImage {
@@ -103,6 +102,7 @@ private:
         bool closing = false; ///< nothing more
     };
 
+    void run();
     Work waitForWork();
     void doTrace(const TraceJob& job);
     void doWrite(const WriteJob& job);
@@ -127,4 +127,7 @@ private:
     std::optional<ReadImage> lastImage;
     std::shared_ptr<const TraceResult> lastResult;
     std::shared_ptr<const TraceResult> unmeasured; ///< shown, its figures still to come
+
+    Mailbox mailbox; ///< for what the thread tells
+    std::thread thread;
 };

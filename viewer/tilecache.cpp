@@ -64,12 +64,10 @@ size_t qHash(const TilePlace& place, size_t seed) noexcept {
 }
 
 TileCache::TileCache(QObject* parent) : QObject(parent) {
-    painters.setMaxThreadCount(1); // another processor is left to the window and to tracing
 }
 
 TileCache::~TileCache() {
     painters.clear();
-    painters.waitForDone();
 }
 
 void TileCache::setScene(std::shared_ptr<const Scene> newScene) {
@@ -142,8 +140,7 @@ void TileCache::request(Level& level, const TilePlace& place) {
     pending.insert(place);
     painters.start([this, number = level.number, shown = level.scene, place, scale = level.scale] {
         const QImage tile = paintTile(*shown, place, scale);
-        QMetaObject::invokeMethod(
-            this, [this, number, place, tile] { keep(number, place, tile); }, Qt::QueuedConnection);
+        painted.post([this, number, place, tile] { keep(number, place, tile); });
     });
 }
 

@@ -1,11 +1,12 @@
 #pragma once
 
+#include "mailbox.h"
 #include "scene.h"
+#include "taskthread.h"
 
 #include <QHash>
 #include <QObject>
 #include <QSet>
-#include <QThreadPool>
 
 #include <deque>
 
@@ -78,5 +79,6 @@ private:
     std::deque<Level> levels; ///< the newest first
     QSet<TilePlace> pending;  ///< of the newest level
     quint64 lastNumber = 0;
-    QThreadPool painters;
+    Mailbox painted;
+    TaskThread painters; ///< one: another processor is left to the window and to tracing
 };

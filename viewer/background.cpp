@@ -1,0 +1,6 @@
+#include "background.h"
+
+TaskThread& backgroundThread() {
+    static TaskThread thread;
+    return thread;
+}
