@@ -134,7 +134,8 @@ private:
         addCurve(drawing.paths.pieces(stroke.path), false, style);
     }
 
-    /// Millimetres a pixel: as asked for, as the image's file says, or as line drawings are scanned.
+    /// Millimetres a pixel: as asked for, as the image's file says, or as line drawings are
+    /// scanned.
     double paperPixel() const {
         constexpr double ScannedPixel = 25.4 / 300.0;
         return drawing.pixelMillimetres.value_or(
