@@ -13,6 +13,11 @@ namespace {
 
 /// Cosine beyond which two lines count as parallel: 4 degrees.
 constexpr double Parallel = 0.9976;
+/// Cosines of the sharpest bends within a path that are none, between lines and where arcs take
+/// part, and of the sharpest of a curve: 14, 25 and 60 degrees.
+constexpr double Touching = 0.97;
+constexpr double Smooth = 0.906;
+constexpr double Curved = 0.5;
 
 /// What is known of one end of a stroke while its place is sought.
 struct EndState {
@@ -45,6 +50,7 @@ public:
                 choose(i, e);
             pace.step(i, count());
         }
+        joinCurves();
         groupCorners();
         placeCorners();
         placeRest();
@@ -145,10 +151,13 @@ private:
                     consider(i, e, j, best);
         }
         // Lines that touch meet nowhere, or anywhere: neighbours of one path share the place
-        // between.
+        // between. Where an arc is one of them its path says more than strokes that cross there.
         const int next = stroke.ends[index(e)].next;
-        if (next >= 0 && !at(next).dropped && (s.partner < 0 || s.partner == next) &&
-            isTouching(i, e, next))
+        if (next < 0 || at(next).dropped)
+            return;
+        const bool isAlone = s.partner < 0 || s.partner == next;
+        if (goesOn(i, e) ? s.partner < 0 || cosineAt(i, e) > Smooth
+                         : std::abs(cosineAt(i, e)) > Touching && isAlone)
             joinSmoothly(i, e);
     }
 
@@ -170,13 +179,19 @@ private:
             const double expected = offset + 0.5 * other.width / sine;
             if (sticksOut(i, e, expected))
                 continue;
-            const double miss = std::abs(s.ink - expected) - (linked ? 2.0 : 0.0);
+            // An arc meets its neighbour twice: the place is where their path says.
+            if (linked && !(stroke.carrier.isLine() && other.carrier.isLine()) &&
+                distance(p, breakAt(i, e)) > 2.0 * (stroke.width + other.width) + 2.0)
+                continue;
+            const bool onPath = linked && goesOn(i, e);
+            const double miss = (onPath ? distance(p, breakAt(i, e)) : std::abs(s.ink - expected)) -
+                                (linked ? 2.0 : 0.0);
             if (miss >= best)
                 continue;
             best = miss;
             s.partner = j;
             s.target = p;
-            s.through = endAt(j, p) < 0;
+            s.through = !onPath && endAt(j, p) < 0;
         }
     }
 
@@ -198,10 +213,30 @@ private:
         });
     }
 
-    bool isTouching(int i, int e, int next) {
-        const Point p = at(i).ends[index(e)].at;
-        return std::abs(dot(directionAt(at(i).carrier, p), directionAt(at(next).carrier, p))) >
-               0.97;
+    /// Where the fits of an end and of its neighbour on the path part.
+    Point breakAt(int i, int e) {
+        const StrokeEnd& end = at(i).ends[index(e)];
+        return middle(end.at, at(end.next).ends[index(end.nextEnd)].at);
+    }
+
+    /// Cosine of the bend of the path between an end and its neighbour; below 0 where it turns
+    /// back.
+    double cosineAt(int i, int e) {
+        const StrokeEnd& end = at(i).ends[index(e)];
+        const Point p = breakAt(i, e);
+        const double cosine =
+            dot(directionAt(at(i).carrier, p), directionAt(at(end.next).carrier, p));
+        return end.nextEnd == e ? -cosine : cosine;
+    }
+
+    /// Whether the end or its neighbour on the path is that of an arc.
+    bool isOnCurve(int i, int e) {
+        return !at(i).carrier.isLine() || !at(at(i).ends[index(e)].next).carrier.isLine();
+    }
+
+    /// Whether a curve goes on there: no cusp and no sharp corner.
+    bool goesOn(int i, int e) {
+        return isOnCurve(i, e) && cosineAt(i, e) > Curved;
     }
 
     void joinSmoothly(int i, int e) {
@@ -218,6 +253,21 @@ private:
         s.through = false;
     }
 
+    /// Ends of curves within a path that found no partner meet all the same, unless the path turned
+    /// back in a cusp.
+    void joinCurves() {
+        for (int i = 0; i < count(); ++i)
+            for (int e = 0; isOpen(i) && e < 2; ++e) {
+                const StrokeEnd& end = at(i).ends[index(e)];
+                if (end.next >= 0 && isOpen(end.next) && isOnCurve(i, e) &&
+                    state(i, e).partner < 0 && state(end.next, end.nextEnd).partner < 0 &&
+                    cosineAt(i, e) > -Curved) {
+                    joinSmoothly(i, e);
+                    joinSmoothly(end.next, end.nextEnd);
+                }
+            }
+    }
+
     /// Corners of lines of a hatching come last: where others have made one the line stands beside
     /// it.
     void groupCorners() {
@@ -227,7 +277,9 @@ private:
                     const EndState& s = state(i, e);
                     if (s.partner < 0 || s.through || (at(i).hatch || at(s.partner).hatch) != hatch)
                         continue;
-                    const int f = endAt(s.partner, s.target);
+                    const StrokeEnd& end = at(i).ends[index(e)];
+                    const bool onPath = s.partner == end.next && goesOn(i, e);
+                    const int f = onPath ? end.nextEnd : endAt(s.partner, s.target);
                     if (f >= 0 && !(at(i).hatch && isFrameCorner(s.partner, f)))
                         unite(i, e, s.partner, f);
                 }
@@ -279,8 +331,12 @@ private:
                     std::abs(cross(directionAt(p.carrier, around), directionAt(q.carrier, around)));
                 const double surety = sine * std::min({lengths[index(members[a][0])],
                                                        lengths[index(members[b][0])], 60.0});
+                // Arcs meet twice, and far off where they nearly touch.
+                const double widths = p.width + q.width;
+                const double most =
+                    p.carrier.isLine() && q.carrier.isLine() ? 4.0 + 2.0 * widths : 1.0 + widths;
                 for (const Point& m : meetings(p.carrier, q.carrier))
-                    if (surety > best && distance(m, around) < 4.0 + 2.0 * (p.width + q.width)) {
+                    if (surety > best && distance(m, around) < most) {
                         best = surety;
                         place = m;
                     }

@@ -5,6 +5,7 @@
 
 #include <QImage>
 #include <QPainter>
+#include <QPainterPath>
 #include <QPolygonF>
 #include <QTransform>
 
@@ -276,6 +277,37 @@ TEST(TraceCenterlines, WideLineThatAThinOneGoesOnFromIsThere) {
             std::any_of(result.strokes.begin(), result.strokes.end(),
                         [&](const Stroke& stroke) { return endError(stroke, from, to) < 1.0; }))
             << from.x << ' ' << from.y << " to " << to.x << ' ' << to.y;
+}
+
+/// The length of a stroke; of arcs over half a turn that of the half.
+double lengthOf(const Stroke& stroke) {
+    const double chord = distanceOf(stroke.start, stroke.end);
+    if (stroke.shape != Stroke::Shape::Arc)
+        return chord;
+    return 2.0 * stroke.radius * std::asin(std::min(1.0, chord / (2.0 * stroke.radius)));
+}
+
+TEST(TraceCenterlines, CurvesAreRunsThatMeetAndNeverTurnBack) {
+    for (int k = 0; k < 12; ++k) {
+        // A wave of a sharp and a wide bend, of one bit.
+        QPainterPath path(QPointF(20.5, 100.0));
+        path.cubicTo(30.0, 20.0 - 3.0 * k, 46.0 + k, 20.0 - 3.0 * k, 60.5 + k, 90.0);
+        path.cubicTo(70.0 + k, 130.0 + 4.0 * k, 80.0 + k, 130.0 + 4.0 * k, 100.5 + 2.0 * k, 70.0);
+        Sheet sheet(150, 200);
+        QPainter painter(&sheet.image);
+        painter.setPen(QPen(Qt::black, k % 2 == 0 ? 1.0 : 2.0));
+        painter.drawPath(path);
+        painter.end();
+        const OvCenterlines result = OvTraceCenterlines().trace(sheet.image);
+        int free = 0;
+        double length = 0.0;
+        for (const Stroke& stroke : result.strokes) {
+            free += (stroke.startNode < 0 ? 1 : 0) + (stroke.endNode < 0 ? 1 : 0);
+            length += lengthOf(stroke);
+        }
+        EXPECT_EQ(free, 2) << k;
+        EXPECT_NEAR(length, path.length(), 0.02 * path.length()) << k;
+    }
 }
 
 TEST(TraceCenterlines, SameImageGivesTheSameValuesTwice) {
