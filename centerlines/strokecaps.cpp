@@ -84,7 +84,7 @@ CapSample capAt(const InkLevels& ink, const Stroke& stroke, int end, Point tip) 
     return {stroke.width, (edgeAt(0.0) - (edgeAt(-Aside) + edgeAt(Aside)) / 2.0) / stroke.width};
 }
 
-PenCap penCapOf(const std::vector<CapSample>& samples, const Measure& measure) {
+double penRoundness(const std::vector<CapSample>& samples, const Measure& measure) {
     // The share of a half circle's rounding that explains all ends best, weighted least squares;
     // a cut end gives 0 whatever the blur, which lowers the ink beside the middle everywhere alike.
     const bool ragged = measure.ragged;
@@ -104,24 +104,16 @@ PenCap penCapOf(const std::vector<CapSample>& samples, const Measure& measure) {
         sum += weight * full * std::clamp(sample.rounding, -HalfCircle, 2.0 * HalfCircle);
     }
     if (!(known > 0.0))
-        return PenCap::Unknown;
+        return 0.0;
     const double share = sum / known;
-    if (std::abs(share - 0.5) * std::sqrt(known) < Sure)
-        return PenCap::Unknown;
-    return share > 0.5 ? PenCap::Round : PenCap::Butt;
+    return std::clamp((share - 0.5) * std::sqrt(known) / Sure, -1.0, 1.0);
 }
 
-double capDepth(PenCap cap, double width) {
+double capDepth(double roundness, double width) {
     // What is narrower than its blur ends where the mean over the half circle does: pi / 8 of it.
     const double round = width * std::clamp(0.34 + 0.04 * width, 0.39, 0.5);
-    switch (cap) {
-    case PenCap::Butt:
-        return 0.0;
-    case PenCap::Round:
-        return round;
-    default:
-        return std::min(0.27 * width, 0.95);
-    }
+    const double unknown = std::min(0.27 * width, 0.95);
+    return roundness > 0.0 ? unknown + roundness * (round - unknown) : unknown * (1.0 + roundness);
 }
 
 } // namespace ovtrace

@@ -17,17 +17,16 @@ struct CapSample {
     double peak = 1.0; ///< usual ink in the middle of the stroke, 0 to 1: blur lowers it
 };
 
-/// What the free ends of a drawing say about the pen.
-enum class PenCap : std::uint8_t { Butt, Round, Unknown };
-
 /// Measures an end (0 start, 1 end) of a stroke whose ink ends at `tip`.
 CapSample capAt(const InkLevels& ink, const Stroke& stroke, int end, Point tip);
 
-/// The cap that all free ends of a drawing have, by the sum of what each one tells.
-PenCap penCapOf(const std::vector<CapSample>& samples, const Measure& measure);
+/// What all free ends of a drawing say about the pen, by the sum of what each one tells: 1 surely
+/// round, -1 surely cut, 0 where they tell nothing, and between where they are not sure.
+double penRoundness(const std::vector<CapSample>& samples, const Measure& measure);
 
-/// How far from the end of its ink a stroke of `width` ends, in pixels: where the centre of the
-/// pen stopped. Where the cap is unknown, between the two, so that neither is far off.
-double capDepth(PenCap cap, double width);
+/// How far from the end of its ink a stroke of `width` ends, in pixels: where the centre of a pen
+/// of the given roundness stopped. Where that is unknown, between the two, so that neither is far
+/// off; what makes the ends a little surer moves them a little.
+double capDepth(double roundness, double width);
 
 } // namespace ovtrace

@@ -86,14 +86,14 @@ private:
         s.ended = s.ink < most - 0.5;
     }
 
-    /// The pen's cap, by the free ends.
-    PenCap capOfPen() {
+    /// That of the pen, by the free ends.
+    double roundness() {
         std::vector<CapSample> samples;
         for (int i = 0; i < count(); ++i)
             for (int e = 0; isOpen(i) && e < 2; ++e)
                 if (isFree(i, e) && state(i, e).ended && lengths[index(i)] > 3.0 * at(i).width)
                     samples.push_back(capAt(ink, at(i), e, state(i, e).tip));
-        return penCapOf(samples, measured);
+        return penRoundness(samples, measured);
     }
 
     /// Pixels beyond the end `e` of stroke `i` at which its carrier is closest to `p`.
@@ -402,14 +402,14 @@ private:
     }
 
     /// Where a free end lies: the pen stopped before its ink ends.
-    Point freeEnd(int i, int e, PenCap cap) {
+    Point freeEnd(int i, int e, double cap) {
         const double depth = std::min(capDepth(cap, at(i).width), 0.4 * lengths[index(i)]);
         return beyond(at(i), e, state(i, e).ink - depth);
     }
 
     /// Free ends at one place are a node, whatever their directions: the cusps of a coil, whose
     /// arcs touch and do not meet.
-    void joinTips(PenCap cap) {
+    void joinTips(double cap) {
         std::vector<int> around;
         for (int i = 0; i < count(); ++i)
             for (int e = 0; isOpen(i) && e < 2; ++e) {
@@ -436,7 +436,7 @@ private:
 
     /// Ends of T joints and free ends.
     void placeRest() {
-        const PenCap cap = capOfPen();
+        const double cap = roundness();
         joinTips(cap);
         for (int i = 0; i < count(); ++i)
             for (int e = 0; isOpen(i) && e < 2; ++e) {

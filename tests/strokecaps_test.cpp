@@ -54,27 +54,31 @@ TEST(StrokeCaps, ManyEndsDecideWhatOneLeavesOpen) {
     const Measure grey{0.1, false, false};
     const CapSample cut{3.0, 0.0, 0.9};
     const CapSample round{3.0, 0.028, 0.9};
-    EXPECT_EQ(penCapOf({cut}, grey), PenCap::Unknown);
-    EXPECT_EQ(penCapOf(std::vector<CapSample>(60, cut), grey), PenCap::Butt);
-    EXPECT_EQ(penCapOf(std::vector<CapSample>(60, round), grey), PenCap::Round);
-    EXPECT_EQ(penCapOf({}, grey), PenCap::Unknown);
+    EXPECT_GT(penRoundness({cut}, grey), -0.5);
+    EXPECT_LT(penRoundness({cut}, grey), 0.0);
+    EXPECT_EQ(penRoundness(std::vector<CapSample>(60, cut), grey), -1.0);
+    EXPECT_EQ(penRoundness(std::vector<CapSample>(60, round), grey), 1.0);
+    EXPECT_EQ(penRoundness({}, grey), 0.0);
     // Without blur, two are enough.
-    EXPECT_EQ(penCapOf({{3.0, 0.0, 1.0}, {3.0, 0.0, 1.0}}, grey), PenCap::Butt);
+    EXPECT_EQ(penRoundness({{3.0, 0.0, 1.0}, {3.0, 0.0, 1.0}}, grey), -1.0);
 }
 
 TEST(StrokeCaps, NarrowEndsOfRaggedEdgesTellNothing) {
     const Measure ragged{0.3, true, true};
-    EXPECT_EQ(penCapOf(std::vector<CapSample>(60, {3.0, 0.14, 1.0}), ragged), PenCap::Unknown);
-    EXPECT_EQ(penCapOf(std::vector<CapSample>(60, {6.0, 0.14, 1.0}), ragged), PenCap::Round);
-    EXPECT_EQ(penCapOf(std::vector<CapSample>(60, {6.0, 0.01, 1.0}), ragged), PenCap::Butt);
+    EXPECT_EQ(penRoundness(std::vector<CapSample>(60, {3.0, 0.14, 1.0}), ragged), 0.0);
+    EXPECT_EQ(penRoundness(std::vector<CapSample>(60, {6.0, 0.14, 1.0}), ragged), 1.0);
+    EXPECT_EQ(penRoundness(std::vector<CapSample>(60, {6.0, 0.01, 1.0}), ragged), -1.0);
 }
 
-TEST(StrokeCaps, UnknownDepthLiesBetweenTheKnownOnes) {
+TEST(StrokeCaps, LittleMoreSuretyMovesEndsALittle) {
     for (const double width : {1.0, 2.0, 3.0, 6.0}) {
-        EXPECT_EQ(capDepth(PenCap::Butt, width), 0.0);
-        EXPECT_GT(capDepth(PenCap::Unknown, width), 0.0);
-        EXPECT_LT(capDepth(PenCap::Unknown, width), capDepth(PenCap::Round, width));
-        EXPECT_LE(capDepth(PenCap::Round, width), width / 2.0);
+        EXPECT_EQ(capDepth(-1.0, width), 0.0);
+        EXPECT_LE(capDepth(1.0, width), width / 2.0);
+        for (int k = -10; k < 10; ++k) {
+            const double step = capDepth((k + 1) / 10.0, width) - capDepth(k / 10.0, width);
+            EXPECT_GT(step, 0.0);
+            EXPECT_LT(step, 0.04 * width);
+        }
     }
 }
 
