@@ -111,12 +111,15 @@ void Search::consider(const Moments& moments, int first, int end, Reached& best)
     if (arcError < infinite)
         floor = std::max(floor, arcError);
     leastError_ = std::min(lineError, arcError);
-    if (before + arcCost_ + arcError >= best.cost)
+    // Three samples are on a circle whatever they are.
+    const double arcDoubt = moments.count() == 3 ? doubtCost_ : 0.0;
+    const double asArc = before + arcCost_ + arcDoubt + arcError;
+    if (asArc >= best.cost)
         return;
     const CircleFit circle(moments);
     if (data_.advances(first, end - 1, circle.radius) &&
         data_.keepsToCircle(circle.centre, circle.radius, first, end - 1))
-        best = {before + arcCost_ + arcError, first, true};
+        best = {asArc, first, true};
 }
 
 /// Far from the end, fewer of the breaks where nothing happens will do: the merging closes what

@@ -33,7 +33,8 @@ double shapeCost(const Weighted& data, const FitOptions& options, int first, int
     const CircleFit circle(moments);
     if (moments.count() >= 3 && circle.isValid() && data.advances(first, last, circle.radius) &&
         data.keepsToCircle(circle.centre, circle.radius, first, last))
-        best = std::min(best, 3.0 * options.parameterCost + CircleFit::errorOf(moments));
+        best = std::min(best, (moments.count() < 4 ? 4.0 : 3.0) * options.parameterCost +
+                                  CircleFit::errorOf(moments));
     return best;
 }
 
