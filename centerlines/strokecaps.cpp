@@ -106,7 +106,8 @@ double penRoundness(const std::vector<CapSample>& samples, const Measure& measur
     if (!(known > 0.0))
         return 0.0;
     const double share = sum / known;
-    return std::clamp((share - 0.5) * std::sqrt(known) / Sure, -1.0, 1.0);
+    // Cubed, what is not sure stays nearly between the two, and becomes either without a jump.
+    return cubed(std::clamp((share - 0.5) * std::sqrt(known) / Sure, -1.0, 1.0));
 }
 
 double capDepth(double roundness, double width) {
