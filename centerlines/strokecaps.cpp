@@ -27,8 +27,9 @@ constexpr double GreyEdge = 0.1;
 constexpr double TwoLevelEdge = 0.35;
 /// Share of the rounding below which blur has hidden it.
 constexpr double LeastVisible = 0.12;
-/// Standard deviations that decide.
-constexpr double Sure = 1.5;
+/// Standard deviations that tell nothing, and those that decide; between them ends move evenly.
+constexpr double Unsure = 1.0;
+constexpr double Sure = 2.0;
 
 double cubed(double v) {
     return v * v * v;
@@ -106,8 +107,9 @@ double penRoundness(const std::vector<CapSample>& samples, const Measure& measur
     if (!(known > 0.0))
         return 0.0;
     const double share = sum / known;
-    // Cubed, what is not sure stays nearly between the two, and becomes either without a jump.
-    return cubed(std::clamp((share - 0.5) * std::sqrt(known) / Sure, -1.0, 1.0));
+    const double deviations = (share - 0.5) * std::sqrt(known);
+    const double surety = std::clamp((std::abs(deviations) - Unsure) / (Sure - Unsure), 0.0, 1.0);
+    return deviations > 0.0 ? surety : -surety;
 }
 
 double capDepth(double roundness, double width) {
