@@ -1,5 +1,14 @@
 # Shared by the scripts beside it.
 
+# What builds the module once more, unoptimised and without debugging information. In: CCACHE and
+# CCACHE_FOLDER (optional).
+set(fast_build -DCMAKE_CXX_FLAGS_DEBUG=)
+if(CCACHE)
+  list(APPEND fast_build -DCMAKE_CXX_COMPILER_LAUNCHER=${CCACHE})
+  set(ENV{CCACHE_DIR} ${CCACHE_FOLDER})
+  set(ENV{CCACHE_NOHASHDIR} 1)
+endif()
+
 # run(COMMAND...): runs it and keeps what it printed in `output`; stops when it fails.
 function(run)
   execute_process(COMMAND ${ARGN} RESULT_VARIABLE status OUTPUT_VARIABLE output
