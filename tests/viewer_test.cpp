@@ -14,6 +14,7 @@
 #include <QClipboard>
 #include <QComboBox>
 #include <QDir>
+#include <QDoubleSpinBox>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QFile>
@@ -48,6 +49,8 @@ class ViewerTest : public WindowTest {
     Q_OBJECT
 
 private slots:
+    void anEmptyWindowSaysWhatToDo();
+    void saysHowLargeTheDrawingIs();
     void opensAFile();
     void opensADroppedFile();
     void opensAPastedPicture();
@@ -72,6 +75,36 @@ private slots:
     void theProgramStarts();
     void everyControlHasAName();
 };
+
+void ViewerTest::anEmptyWindowSaysWhatToDo() {
+    const QImage canvas = window->findChild<Canvas*>()->grab().toImage();
+    const QRgb ground = canvas.pixel(1, 1);
+    qint64 marked = 0;
+    for (int y = 0; y < canvas.height(); ++y) {
+        for (int x = 0; x < canvas.width(); ++x)
+            marked += canvas.pixel(x, y) != ground ? 1 : 0;
+    }
+    QVERIFY2(marked > 200, qPrintable(QString::number(marked)));
+    // What the program finds out by itself is no strange number.
+    QCOMPARE(find<QDoubleSpinBox>("setting.speck")->text(), QString("automatic"));
+    MainWindow first;
+    QVERIFY(first.width() > 600 && first.height() > 450);
+}
+
+/// The logo has transparent margins: the image is 80 mm wide, what is drawn is less.
+void ViewerTest::saysHowLargeTheDrawingIs() {
+    openAndWait(sample("logo.png"));
+    set("width", "80mm");
+    QVERIFY(waitForResult());
+    const QString text = find<QLabel>("size")->text();
+    QVERIFY2(text.contains(QString::fromUtf8("80.00 \u00d7 60.00 mm, drawn: 69.")),
+             qPrintable(text));
+    // The full text of a step stands in the menu, and the bar keeps its buttons in their places.
+    QVERIFY(find<QAction>("undo")->text().size() > QString("Undo").size());
+    QCOMPARE(find<QAction>("undo")->iconText(), QString("Undo"));
+    QCOMPARE(find<QListWidget>("palette")->item(1)->text().section(' ', 0, 0),
+             QString("transparent"));
+}
 
 void ViewerTest::opensAFile() {
     openAndWait(sample("logo.png"));

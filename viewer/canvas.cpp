@@ -301,8 +301,11 @@ void Canvas::updateCursor(QPointF place) {
 void Canvas::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.fillRect(rect(), palette().color(QPalette::Mid));
-    if (!shown)
+    if (!shown) {
+        painter.drawText(rect(), Qt::AlignCenter | Qt::TextWordWrap,
+                         tr("Open an image (Ctrl+O), drop it here or paste it (Ctrl+V)."));
         return;
+    }
     if (currentView == View::Split) {
         const int place = static_cast<int>(std::lround(dividerPlace()));
         paintContent(painter, Scene::Content::Image, QRect(0, 0, place, height()));

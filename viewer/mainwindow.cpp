@@ -272,10 +272,17 @@ void MainWindow::showSize() {
     try {
         Drawing sized = result->drawing;
         setSize(sized, doc.fileName(), result->place, sizeRequest(doc.settings()));
-        if (sized.pixelMillimetres)
+        if (sized.pixelMillimetres) {
+            const auto inMillimetres = [&](double side) {
+                return locale().toString(side * *sized.pixelMillimetres, 'f', 2);
+            };
+            const QRectF drawn = result->scene->drawnBox();
             text += tr("\n%1 \u00d7 %2 mm")
-                        .arg(locale().toString(pixels.width() * *sized.pixelMillimetres, 'f', 2),
-                             locale().toString(pixels.height() * *sized.pixelMillimetres, 'f', 2));
+                        .arg(inMillimetres(pixels.width()), inMillimetres(pixels.height()));
+            if (drawn.toAlignedRect().size() != pixels)
+                text += tr(", drawn: %1 \u00d7 %2 mm")
+                            .arg(inMillimetres(drawn.width()), inMillimetres(drawn.height()));
+        }
     } catch (const std::exception& error) {
         text += '\n' + QString::fromUtf8(error.what());
     }

@@ -19,6 +19,7 @@
 #include <QFileInfo>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QScreen>
 #include <QSettings>
 #include <QSpinBox>
 #include <QStandardPaths>
@@ -86,9 +87,11 @@ void MainWindow::makeEditMenu() {
     QMenu* edit = menuBar()->addMenu(tr("&Edit"));
     QAction* undo = doc.undoStack().createUndoAction(this, tr("&Undo"));
     undo->setObjectName(QStringLiteral("undo"));
+    undo->setIconText(tr("Undo")); // on the bar, where a longer text would move the buttons
     undo->setShortcuts({QKeySequence::Undo});
     QAction* redo = doc.undoStack().createRedoAction(this, tr("&Redo"));
     redo->setObjectName(QStringLiteral("redo"));
+    redo->setIconText(tr("Redo"));
     redo->setShortcuts({QKeySequence::Redo, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z)});
     edit->addActions({undo, redo});
     connect(addNamed(this, edit, tr("Show the settings &before (hold B)"), "compare",
@@ -227,6 +230,7 @@ void MainWindow::rebuildRecent() {
 
 void MainWindow::restoreHabits() {
     const QSettings habits;
+    resize(QSize(1200, 800).boundedTo(screen()->availableSize() * 0.9)); // the first time
     restoreGeometry(habits.value("geometry").toByteArray());
     restoreState(habits.value("panels").toByteArray());
     recent = habits.value("recent").toStringList();

@@ -79,12 +79,17 @@ PalettePanel::PalettePanel(QWidget* parent) : QWidget(parent), list(new QListWid
     });
 }
 
+QString PalettePanel::nameOf(const QColor& color) {
+    if (color.alpha() == 0)
+        return tr("transparent");
+    return color.alpha() == 255 ? color.name() : color.name(QColor::HexArgb);
+}
+
 void PalettePanel::show(const QList<PaletteEntry>& entries, bool isFixed) {
     isShowing = true;
     list->clear();
     for (const PaletteEntry& entry : entries) {
-        const QString name =
-            entry.color.alpha() == 255 ? entry.color.name() : entry.color.name(QColor::HexArgb);
+        const QString name = nameOf(entry.color);
         auto* item =
             new QListWidgetItem(swatch(entry.color),
                                 tr("%1   %2 %   %3")

@@ -44,6 +44,7 @@ signals:
     void pickingAsked(bool on);
 
 private:
+    static QString nameOf(const QColor& color);
     void edit(QListWidgetItem* item);
     void removeSelected();
     void fixWith(const QList<QColor>& colors);

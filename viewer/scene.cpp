@@ -59,6 +59,13 @@ Scene::Scene(const Scene& image, const Drawing& drawing)
     buildIndex();
 }
 
+QRectF Scene::drawnBox() const {
+    QRectF box;
+    for (const SceneOutline& outline : all)
+        box |= outline.box;
+    return box;
+}
+
 void Scene::addShape(const Drawing& drawing, const Underlay& underlay, qsizetype index) {
     const Shape& shape = drawing.shapes[index];
     SceneOutline outline;

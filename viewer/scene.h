@@ -58,6 +58,8 @@ public:
     const std::vector<ColorShare>& colorShares() const {
         return shares;
     }
+    /// The box around all outlines, in pixels of the image; empty without any.
+    QRectF drawnBox() const;
     /// The size of what is shown, in pixels of the image.
     QSize size() const {
         return source.size();

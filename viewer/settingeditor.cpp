@@ -75,6 +75,8 @@ public:
         box->setSingleStep(isWhole() ? 1.0 : std::pow(10.0, 1 - digits()));
         if (setting.unit[0] != '\0')
             box->setSuffix(' ' + settingText(setting.unit));
+        if (setting.low < 0.0 && setting.usual == setting.low)
+            box->setSpecialValueText(SettingEditor::tr("automatic"));
         box->setKeyboardTracking(false);
         setControls({box, slider});
         connect(slider, &QSlider::valueChanged, this, [this](int place) {

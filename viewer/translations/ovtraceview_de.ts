@@ -7,6 +7,10 @@
         <source>Image and result</source>
         <translation>Bild und Ergebnis</translation>
     </message>
+    <message>
+        <source>Open an image (Ctrl+O), drop it here or paste it (Ctrl+V).</source>
+        <translation>Ein Bild öffnen (Strg+O), hierher ziehen oder einfügen (Strg+V).</translation>
+    </message>
 </context>
 <context>
     <name>DragOutButton</name>
@@ -331,6 +335,18 @@
         <source>Settings of last time</source>
         <translation>Einstellungen vom letzten Mal</translation>
     </message>
+    <message>
+        <source>Undo</source>
+        <translation>Rückgängig</translation>
+    </message>
+    <message>
+        <source>Redo</source>
+        <translation>Wiederholen</translation>
+    </message>
+    <message>
+        <source>, drawn: %1 × %2 mm</source>
+        <translation>, gezeichnet: %1 × %2 mm</translation>
+    </message>
 </context>
 <context>
     <name>MessageBar</name>
@@ -395,6 +411,10 @@
     <message>
         <source>Colour</source>
         <translation>Farbe</translation>
+    </message>
+    <message>
+        <source>transparent</source>
+        <translation>durchsichtig</translation>
     </message>
 </context>
 <context>
