@@ -1,5 +1,9 @@
 #include "boxmarks.h"
 
+#include "cellplace.h"
+
+#include <algorithm>
+
 namespace ovtrace {
 namespace {
 
@@ -17,15 +21,11 @@ BoxMarks::BoxMarks(const Box& all)
       marks(columns * rows, false) {
 }
 
-std::size_t BoxMarks::limited(double place, std::size_t count) {
-    return place <= 0.0 ? 0 : std::min(static_cast<std::size_t>(place), count - 1);
-}
-
 BoxMarks::Cells BoxMarks::cellsOf(const Box& box) const {
     const Point least = (box.least - origin - Point{Room, Room}) / Side;
     const Point greatest = (box.greatest - origin + Point{Room, Room}) / Side;
-    return {limited(least.x, columns), limited(least.y, rows), limited(greatest.x, columns),
-            limited(greatest.y, rows)};
+    return {cellOf(least.x, columns), cellOf(least.y, rows), cellOf(greatest.x, columns),
+            cellOf(greatest.y, rows)};
 }
 
 void BoxMarks::mark(const Box& box) {

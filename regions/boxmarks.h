@@ -2,16 +2,9 @@
 
 #include "shapes/piece.h"
 
-#include <algorithm>
 #include <vector>
 
 namespace ovtrace {
-
-/// Makes a box as large as to hold a point.
-inline void include(Box& box, Point at) {
-    box.least = {std::min(box.least.x, at.x), std::min(box.least.y, at.y)};
-    box.greatest = {std::max(box.greatest.x, at.x), std::max(box.greatest.y, at.y)};
-}
 
 /// Tells what is near some boxes: marks in a grid of square cells.
 class BoxMarks {
@@ -31,7 +24,6 @@ private:
         std::size_t bottom = 0;
     };
     Cells cellsOf(const Box& box) const;
-    static std::size_t limited(double place, std::size_t count);
 
     Point origin;
     std::size_t columns = 0;

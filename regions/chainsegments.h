@@ -16,6 +16,10 @@ struct ChainSegments {
     ChainSegments(const CrackMap& cracks, std::span<const std::vector<Piece>> curves,
                   std::span<const std::uint32_t> chains);
 
+    /// The grid refers to the segments.
+    ChainSegments(const ChainSegments&) = delete;
+    ChainSegments& operator=(const ChainSegments&) = delete;
+
     std::size_t chainCount; ///< how many there are
     /// Chain by chain in the order given. Junctions have their own numbers as corners.
     std::vector<EdgeSegment> segments;

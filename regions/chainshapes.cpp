@@ -105,7 +105,7 @@ private:
             return;
         FittedChain& f = fitted[i];
         f.samples = places.placesOf(cracks, chain);
-        f.model = segmentChain(f.samples, chain.from < 0, optionsFor(f.samples));
+        f.model = modelOf(f.samples, chain.from < 0);
     }
 
     /// Rounded places have a bound, and none is worse than the others, as those beside the corners
@@ -119,6 +119,10 @@ private:
             chosen.skipCost = std::numeric_limits<double>::infinity();
         }
         return chosen;
+    }
+
+    ChainModel modelOf(std::span<const Sample> samples, bool closed) const {
+        return segmentChain(samples, closed, optionsFor(samples));
     }
 
     /// The carriers that end in each junction.
@@ -185,8 +189,7 @@ private:
         f.followsModel = !pieces.empty();
         if (pieces.empty()) {
             const std::vector<Sample> tight = tightened(f.samples);
-            pieces = joined(chain.from < 0, segmentChain(tight, chain.from < 0, options), tight,
-                            start, end);
+            pieces = joined(chain.from < 0, modelOf(tight, chain.from < 0), tight, start, end);
         }
         if (pieces.empty()) {
             const std::vector<Sample> near = places.placesOf(cracks, chain, EdgePlaces::Beside);
@@ -212,8 +215,7 @@ private:
     void joinParts(std::span<const Sample> samples, std::span<const Sample> near, Point start,
                    Point end, std::vector<Piece>& pieces) const {
         const std::vector<Sample> own(samples.begin(), samples.end());
-        std::vector<Piece> part =
-            joined(false, segmentChain(own, false, optionsFor(own)), own, start, end);
+        std::vector<Piece> part = joined(false, modelOf(own, false), own, start, end);
         if (part.empty() && samples.size() <= LongPart)
             part = polygonThrough(near, false, start, end);
         if (!part.empty()) {
@@ -277,8 +279,7 @@ private:
         std::vector<Piece> pieces;
         if (f.followsModel) {
             const std::vector<Sample> samples = places.placesOf(cracks, chain);
-            pieces = joined(false, segmentChain(samples, false, optionsFor(samples)), samples,
-                            start, end);
+            pieces = joined(false, modelOf(samples, false), samples, start, end);
         }
         if (pieces.empty())
             pieces = bentTo(f.alone.empty() ? curves[i] : f.alone, start, end);

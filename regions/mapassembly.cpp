@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
 #include <utility>
 
 namespace ovtrace {
@@ -59,10 +60,8 @@ private:
             boundary.from = static_cast<JunctionId>(chain.from);
             boundary.to = static_cast<JunctionId>(chain.to);
             map.boundaries.push_back(boundary);
-            double area = 0.0;
-            for (std::size_t k = shapes.starts[i]; k < shapes.starts[i + 1]; ++k)
-                area += areaOf(shapes.pieces[k]);
-            areas.push_back(area);
+            areas.push_back(
+                areaOf(std::span(shapes.pieces).subspan(shapes.starts[i], boundary.pieceCount)));
         }
     }
 

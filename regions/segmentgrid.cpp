@@ -1,5 +1,7 @@
 #include "segmentgrid.h"
 
+#include "shapes/piece.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -8,25 +10,19 @@ namespace ovtrace {
 SegmentGrid::SegmentGrid(std::span<const EdgeSegment> segments) : segments(segments) {
     if (segments.empty())
         return;
-    Point greatest = segments.front().from;
-    least = greatest;
+    Box all{segments.front().from, segments.front().from};
     for (const EdgeSegment& segment : segments) {
-        for (const Point end : {segment.from, segment.to}) {
-            least = {std::min(least.x, end.x), std::min(least.y, end.y)};
-            greatest = {std::max(greatest.x, end.x), std::max(greatest.y, end.y)};
-        }
+        extend(all, segment.from);
+        extend(all, segment.to);
     }
-    const Point size = greatest - least;
+    least = all.least;
+    const Point size = all.greatest - all.least;
     // As many cells as segments, none smaller than a pixel.
     const auto count = double(segments.size());
     side = std::max({1.0, std::sqrt(size.x * size.y / count), (size.x + size.y) / count});
     columns = static_cast<std::size_t>(size.x / side) + 1;
     rows = static_cast<std::size_t>(size.y / side) + 1;
     fill();
-}
-
-std::size_t SegmentGrid::limited(double place, std::size_t count) {
-    return place <= 0.0 ? 0 : std::min(static_cast<std::size_t>(place), count - 1);
 }
 
 /// Calls visit for each cell, with some room for what is rounded.
@@ -40,21 +36,21 @@ void SegmentGrid::forEachCell(const EdgeSegment& segment, const Visit& visit) co
         const double share = std::clamp((y - up.y) / (down.y - up.y), 0.0, 1.0);
         return up.x + (down.x - up.x) * share;
     };
+    const auto visitRow = [&](std::size_t row, double one, double other) {
+        const std::size_t end = columnOf(std::max(one, other) + Room);
+        for (std::size_t column = columnOf(std::min(one, other) - Room); column <= end; ++column)
+            visit(cellAt(row, column));
+    };
     const std::size_t first = rowOf(up.y - Room);
     const std::size_t last = rowOf(down.y + Room);
-    if (first == last) {
-        const std::size_t end = columnOf(std::max(up.x, down.x) + Room);
-        for (std::size_t column = columnOf(std::min(up.x, down.x) - Room); column <= end; ++column)
-            visit(cellAt(first, column));
+    if (flat || first == last) {
+        for (std::size_t row = first; row <= last; ++row)
+            visitRow(row, up.x, down.x);
         return;
     }
     for (std::size_t row = first; row <= last; ++row) {
         const double top = least.y + double(row) * side;
-        const double one = flat ? up.x : xAt(top - Room);
-        const double other = flat ? down.x : xAt(top + side + Room);
-        const std::size_t end = columnOf(std::max(one, other) + Room);
-        for (std::size_t column = columnOf(std::min(one, other) - Room); column <= end; ++column)
-            visit(cellAt(row, column));
+        visitRow(row, xAt(top - Room), xAt(top + side + Room));
     }
 }
 

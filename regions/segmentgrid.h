@@ -1,5 +1,7 @@
 #pragma once
 
+#include "cellplace.h"
+
 #include "shapes/point.h"
 
 #include <cstdint>
@@ -38,10 +40,10 @@ public:
         return row * columns + column;
     }
     std::size_t columnOf(double x) const {
-        return limited((x - least.x) / side, columns);
+        return cellOf((x - least.x) / side, columns);
     }
     std::size_t rowOf(double y) const {
-        return limited((y - least.y) / side, rows);
+        return cellOf((y - least.y) / side, rows);
     }
     /// The x of a column's left side.
     double leftOf(std::size_t column) const {
@@ -49,7 +51,6 @@ public:
     }
 
 private:
-    static std::size_t limited(double place, std::size_t count);
     template <typename Visit>
     void forEachCell(const EdgeSegment& segment, const Visit& visit) const;
     void fill();

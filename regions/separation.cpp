@@ -14,17 +14,19 @@ namespace ovtrace {
 Separation::Separation(const CrackMap& cracks)
     : cracks(cracks), patches(cracks.chains.size()), changed(cracks.chains.size(), false),
       pinned(cracks.junctions.size(), false), newlyPinned(cracks.junctions.size(), false),
-      boxes(cracks.chains.size()) {
+      boxes(cracks.chains.size()), areas(cracks.chains.size()) {
 }
 
 bool Separation::search(std::span<const std::vector<Piece>> curves) {
-    const std::vector<std::uint32_t> others = searches == 0 ? allChains() : changedChains();
+    const std::vector<std::uint32_t> renewed = searches == 0 ? allChains() : changedChains();
     changed.assign(changed.size(), false);
     newlyPinned.assign(newlyPinned.size(), false);
     any = false;
     ++searches;
-    noteUnsoundRings(curves);
-    std::unique_ptr<ChainSegments> looked = findMeetings(curves, others);
+    for (const std::uint32_t chain : renewed)
+        areas[chain] = areaOf(curves[chain]);
+    noteUnsoundRings();
+    std::unique_ptr<ChainSegments> looked = findMeetings(curves, renewed);
     places.clear();
     for (const Meeting& meeting : meetings)
         note(meeting);
@@ -103,7 +105,7 @@ void Separation::measure(std::span<const EdgeSegment> segments) {
         Box& box = boxes[segment.boundary];
         if (i == 0 || segments[i - 1].boundary != segment.boundary)
             box = {segment.from, segment.from};
-        include(box, segment.to);
+        extend(box, segment.to);
     }
 }
 
@@ -111,8 +113,8 @@ void Separation::measure(std::span<const EdgeSegment> segments) {
 std::vector<std::uint32_t> Separation::chainsNear(const std::vector<bool>& isRenewed) const {
     Box all = boxes.front();
     for (const Box& box : boxes) {
-        include(all, box.least);
-        include(all, box.greatest);
+        extend(all, box.least);
+        extend(all, box.greatest);
     }
     BoxMarks marks(all);
     for (std::size_t i = 0; i < boxes.size(); ++i) {
@@ -185,15 +187,7 @@ void Separation::forEachChainOf(std::int32_t region, const Visit& visit) const {
     }
 }
 
-void Separation::noteUnsoundRings(std::span<const std::vector<Piece>> curves) {
-    std::vector<double> areas;
-    areas.reserve(curves.size());
-    for (const std::vector<Piece>& pieces : curves) {
-        double area = 0.0;
-        for (const Piece& piece : pieces)
-            area += areaOf(piece);
-        areas.push_back(area);
-    }
+void Separation::noteUnsoundRings() {
     for (const CrackRing& ring : cracks.rings) {
         const auto passes = std::span(cracks.passes).subspan(ring.firstPass, ring.passCount);
         double area = 0.0;

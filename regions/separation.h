@@ -71,7 +71,7 @@ private:
     void noteTwists(std::span<const EdgeSegment> segments);
     void noteMisplaced(std::span<const Misplacement> misplaced, const SegmentGrid& grid);
     template <typename Visit> void forEachChainOf(std::int32_t region, const Visit& visit) const;
-    void noteUnsoundRings(std::span<const std::vector<Piece>> curves);
+    void noteUnsoundRings();
     bool isYielding(std::uint32_t chain, std::uint32_t other) const;
     void yieldAll();
     void yield(std::span<const Place> ofChain);
@@ -86,6 +86,7 @@ private:
     std::vector<bool> newlyPinned; ///< with the last search
     std::vector<Meeting> meetings; ///< of the curves as they are
     std::vector<Box> boxes;        ///< of the chains' curves
+    std::vector<double> areas;     ///< of each curve against the origin, see areaOf()
     std::vector<Place> places;
     int searches = 0;
     bool any = false; ///< found in this search

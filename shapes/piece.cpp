@@ -68,11 +68,6 @@ double distanceToCubic(const Piece& piece, Point point) {
     return least;
 }
 
-void extend(Box& box, Point point) {
-    box.least = {std::min(box.least.x, point.x), std::min(box.least.y, point.y)};
-    box.greatest = {std::max(box.greatest.x, point.x), std::max(box.greatest.y, point.y)};
-}
-
 void extendByArc(Box& box, const Piece& arc) {
     const Circle circle = circleOf(arc);
     const std::array<Point, 4> sides{
@@ -224,6 +219,18 @@ double areaOf(const Piece& piece) {
     const Point b = piece.control2 - piece.from;
     const Point c = piece.to - piece.from;
     return chord + (3.0 * cross(a, b) + 3.0 * cross(a, c) + 6.0 * cross(b, c)) / 20.0;
+}
+
+double areaOf(std::span<const Piece> pieces) {
+    double area = 0.0;
+    for (const Piece& piece : pieces)
+        area += areaOf(piece);
+    return area;
+}
+
+void extend(Box& box, Point point) {
+    box.least = {std::min(box.least.x, point.x), std::min(box.least.y, point.y)};
+    box.greatest = {std::max(box.greatest.x, point.x), std::max(box.greatest.y, point.y)};
 }
 
 Box boundsOf(const Piece& piece) {

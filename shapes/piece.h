@@ -2,6 +2,7 @@
 
 #include "shapes/piecerecord.h"
 
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -49,8 +50,12 @@ double distanceTo(const Piece& piece, Point point);
 /// The area between the piece and the origin: half the integral of x dy - y dx. Summed along a
 /// closed ring it is its area, positive when the ring turns from +x to +y.
 double areaOf(const Piece& piece);
+/// The same of pieces that follow one another.
+double areaOf(std::span<const Piece> pieces);
 
 Box boundsOf(const Piece& piece);
+/// Makes a box as large as to hold a point.
+void extend(Box& box, Point point);
 
 /// The length of the piece (arcs and cubics by chords, within about a thousandth).
 double lengthOf(const Piece& piece);

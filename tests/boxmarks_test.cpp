@@ -32,8 +32,8 @@ TEST(BoxMarks, NoBoxThatMeetsAnotherIsMissed) {
         Box all{{0, 0}, {0, 0}};
         for (int i = 0; i < 20; ++i) {
             boxes.push_back(randomBox(random, i % 4 == 0 ? 600 : 80));
-            include(all, boxes.back().least);
-            include(all, boxes.back().greatest);
+            extend(all, boxes.back().least);
+            extend(all, boxes.back().greatest);
         }
         BoxMarks marks(all);
         const std::span marked = std::span(boxes).first(3);

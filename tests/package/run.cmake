@@ -2,7 +2,8 @@
 # In: PROJECT_BUILD (build tree to install) or PROJECT_SOURCE and HOST_SDK (built here first),
 #     WORK (folder to work in), CONSUMER (its source: a project whose program has the name of its
 #     folder), EXPECTED (what the program prints, | for a new line), FLAGS (compiler flags),
-#     BUILD_TYPE, CCACHE and CCACHE_FOLDER (see support.cmake), PAGE (optional: a Markdown page from which the source is taken first).
+#     BUILD_TYPE, CCACHE and CCACHE_FOLDER (see support.cmake), PAGE (optional: a Markdown page from
+#     which the source is taken first).
 
 include(${CMAKE_CURRENT_LIST_DIR}/support.cmake)
 
@@ -14,8 +15,8 @@ get_filename_component(program ${CONSUMER} NAME)
 if(HOST_SDK)
   set(PROJECT_BUILD ${WORK}/build)
   run(${CMAKE_COMMAND} -S ${PROJECT_SOURCE} -B ${PROJECT_BUILD} -G Ninja
-      -DCMAKE_BUILD_TYPE=${BUILD_TYPE} ${fast_build} -DOVTRACE_HOST_SDK=${HOST_SDK} -DOVTRACE_BUILD_TOOLS=OFF
-      -DOVTRACE_BUILD_TESTS=OFF)
+      -DCMAKE_BUILD_TYPE=${BUILD_TYPE} ${fast_build} -DOVTRACE_HOST_SDK=${HOST_SDK}
+      -DOVTRACE_BUILD_TOOLS=OFF -DOVTRACE_BUILD_TESTS=OFF)
   run(${CMAKE_COMMAND} --build ${PROJECT_BUILD})
 endif()
 run(${CMAKE_COMMAND} --install ${PROJECT_BUILD} --prefix ${WORK}/prefix)
