@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <limits>
+#include <numeric>
+#include <span>
 
 namespace ovtrace {
 namespace {
@@ -61,10 +63,6 @@ struct Contact {
     std::uint32_t a;
     std::uint32_t b;
     float length; ///< edges between pixels
-
-    bool operator<(const Contact& other) const {
-        return a != other.a ? a < other.a : b < other.b;
-    }
 };
 
 class AreaMerger {
@@ -76,16 +74,18 @@ public:
     LabelImage run() {
         findRuns();
         joinRuns();
+        renumber();
         findContacts();
         merge();
         return labelled();
     }
 
 private:
-    /// Pixels beside each other in a row: the index is that of their area.
+    /// Pixels beside each other in a row.
     struct Run {
         std::int32_t begin;
         std::int32_t end;
+        std::uint32_t area;
     };
 
     /// Squared steps within which pixels are put together first, beside each other.
@@ -102,7 +102,7 @@ private:
                 area.add(floatColor(row[x++]));
                 while (x < image.width && isAlike(area, floatColor(row[x])))
                     area.add(floatColor(row[x++]));
-                runs.push_back({begin, x});
+                runs.push_back({begin, x, area.parent});
                 areas.push_back(area);
             }
         }
@@ -131,8 +131,8 @@ private:
     }
     void joinRuns() {
         forEachOverlap([this](std::size_t above, std::size_t below, int) {
-            const std::uint32_t a = root(static_cast<std::uint32_t>(above));
-            const std::uint32_t b = root(static_cast<std::uint32_t>(below));
+            const std::uint32_t a = root(runs[above].area);
+            const std::uint32_t b = root(runs[below].area);
             if (a != b && squaredDistance(areas[a].mean(), areas[b].mean()) <= Alike)
                 join(a, b);
         });
@@ -160,26 +160,38 @@ private:
     void findContacts() {
         for (std::size_t y = 0; y < static_cast<std::size_t>(image.height); ++y) {
             for (std::size_t i = rowStarts[y] + 1; i < rowStarts[y + 1]; ++i)
-                touch(root(static_cast<std::uint32_t>(i - 1)), root(static_cast<std::uint32_t>(i)),
-                      1.0F);
+                touch(runs[i - 1].area, runs[i].area, 1.0F);
         }
         forEachOverlap([this](std::size_t above, std::size_t below, int length) {
             if (length > 0)
-                touch(root(static_cast<std::uint32_t>(above)),
-                      root(static_cast<std::uint32_t>(below)), static_cast<float>(length));
+                touch(runs[above].area, runs[below].area, static_cast<float>(length));
         });
         combineContacts();
     }
+    /// Sorts the contacts by their areas, and makes one of those between the same two.
     void combineContacts() {
-        std::sort(contacts.begin(), contacts.end());
-        std::size_t kept = 0;
-        for (std::size_t i = 0; i < contacts.size();) {
-            Contact sum = contacts[i];
-            for (++i; i < contacts.size() && contacts[i].a == sum.a && contacts[i].b == sum.b; ++i)
-                sum.length += contacts[i].length;
-            contacts[kept++] = sum;
+        std::vector<std::size_t> begins(areas.size() + 1, 0);
+        for (const Contact& contact : contacts)
+            ++begins[contact.a + 1];
+        std::partial_sum(begins.begin(), begins.end(), begins.begin());
+        std::vector<std::size_t> ends(begins.begin(), begins.end() - 1);
+        std::vector<Contact> sorted(contacts.size());
+        for (const Contact& contact : contacts)
+            sorted[ends[contact.a]++] = contact;
+        contacts.clear();
+        for (std::size_t area = 0; area < areas.size(); ++area)
+            appendCombined(std::span(sorted).subspan(begins[area], ends[area] - begins[area]));
+    }
+    /// Of one area `a`.
+    void appendCombined(std::span<Contact> ofArea) {
+        std::sort(ofArea.begin(), ofArea.end(),
+                  [](const Contact& one, const Contact& other) { return one.b < other.b; });
+        for (std::size_t i = 0; i < ofArea.size(); ++i) {
+            if (i > 0 && ofArea[i].b == ofArea[i - 1].b)
+                contacts.back().length += ofArea[i].length;
+            else
+                contacts.push_back(ofArea[i]);
         }
-        contacts.resize(kept);
     }
 
     /// What a boundary is worth a pixel of its length. Transparent and other areas stay apart.
@@ -223,6 +235,31 @@ private:
         }
         std::erase_if(contacts, [](const Contact& contact) { return contact.a == contact.b; });
         combineContacts();
+        if (areaCount < areas.size() / 2)
+            renumber();
+    }
+    /// Leaves out the areas that have become part of others: the rest is read all over again, and
+    /// is nearer to hand so. Their order stays.
+    void renumber() {
+        std::vector<std::uint32_t> numbers(areas.size());
+        std::uint32_t count = 0;
+        for (std::uint32_t i = 0; i < areas.size(); ++i) {
+            // Areas become part of earlier ones, which have their numbers.
+            const bool isPart = areas[i].parent != i;
+            numbers[i] = isPart ? numbers[areas[i].parent] : count;
+            if (isPart)
+                continue;
+            areas[count] = areas[i];
+            areas[count].parent = count;
+            ++count;
+        }
+        areas.resize(count);
+        for (Run& run : runs)
+            run.area = numbers[run.area];
+        for (Contact& contact : contacts) {
+            contact.a = numbers[contact.a];
+            contact.b = numbers[contact.b];
+        }
     }
 
     static QRgb stored(const Area& area) {
@@ -253,7 +290,7 @@ private:
         for (std::size_t y = 0; y < static_cast<std::size_t>(image.height); ++y) {
             std::uint16_t* row = labels.row(static_cast<int>(y));
             for (std::size_t i = rowStarts[y]; i < rowStarts[y + 1]; ++i) {
-                const Area& area = areas[root(static_cast<std::uint32_t>(i))];
+                const Area& area = areas[root(runs[i].area)];
                 std::fill(row + runs[i].begin, row + runs[i].end,
                           labelOf[means.find(stored(area))]);
             }
