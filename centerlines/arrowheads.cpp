@@ -209,7 +209,8 @@ std::vector<InkArea> findArrowHeads(const InkLevels& ink, const InkMask& mask,
     };
     for (std::size_t i = 0; i < strokes.size(); ++i) {
         const Stroke& stroke = strokes[i];
-        if (stroke.dropped || stroke.closed || !stroke.carrier.isLine() || !stroke.dashes.empty())
+        if (stroke.dropped || stroke.closed || !stroke.carrier.isLine() || !stroke.dashes.empty() ||
+            stroke.hatch)
             continue;
         for (int end = 0; end < 2; ++end) {
             if (stroke.ends[static_cast<std::size_t>(end)].solid)

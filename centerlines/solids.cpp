@@ -10,6 +10,10 @@
 namespace ovtrace {
 namespace {
 
+/// Square of the depth, in thirds of a pixel, over the pixels that an inscribed circle of that
+/// depth leaves of a corner at most: of one of 30 degrees.
+constexpr int CornerOfDepth = 4;
+
 /// A filled area while it is looked at.
 struct Candidate {
     std::vector<std::size_t> pixels;
@@ -39,8 +43,9 @@ public:
         : mask(mask), distance(distance) {
     }
 
-    /// The deep pixels that hang together with `start`, then what lies around them within `reach`.
-    Candidate grow(std::size_t start, int deep, int reach) {
+    /// The deep pixels that hang together with `start`, those around them within `reach` that no
+    /// stroke has, and the circles inscribed there: strokes that run into the area stay outside.
+    Candidate grow(std::size_t start, int deep, int slim, int reach) {
         Candidate area;
         area.left = area.right = mask.xOf(start);
         area.top = area.bottom = mask.yOf(start);
@@ -52,14 +57,16 @@ public:
             const std::size_t end = area.pixels.size();
             // Straight and diagonal steps in turns go round in an octagon.
             for (std::size_t i = begin; i < end; ++i)
-                spread(area, area.pixels[i], step % 2 == 1, 1);
+                spread(area, area.pixels[i], step % 2 == 1, slim);
             begin = end;
         }
+        fillCircles(area);
+        takeCorners(area, static_cast<std::size_t>(slim * slim / CornerOfDepth));
         return area;
     }
 
-    void mark(const Candidate& area, InkMask::Value value) {
-        for (const std::size_t i : area.pixels)
+    void mark(const std::vector<std::size_t>& pixels, InkMask::Value value) {
+        for (const std::size_t i : pixels)
             mask.values[i] = value;
     }
 
@@ -74,14 +81,65 @@ private:
         area.bottom = std::max(area.bottom, mask.yOf(i));
     }
 
-    void spread(Candidate& area, std::size_t from, bool diagonally, int least) {
+    template <typename Visit> void forNeighbors(std::size_t from, bool diagonally, Visit visit) {
         const std::ptrdiff_t s = mask.stride;
         const std::array<std::ptrdiff_t, 8> steps{-s, 1, s, -1, -s - 1, -s + 1, s - 1, s + 1};
         for (std::size_t k = 0; k < (diagonally ? 8U : 4U); ++k) {
             const std::size_t i = from + static_cast<std::size_t>(steps[k]);
-            if (mask.values[i] == InkMask::Ink && distance[i] >= least)
-                take(area, i);
+            if (mask.values[i] == InkMask::Ink)
+                visit(i, k < 4 ? std::size_t{3} : std::size_t{4});
         }
+    }
+
+    void spread(Candidate& area, std::size_t from, bool diagonally, int least) {
+        forNeighbors(from, diagonally, [&](std::size_t i, std::size_t) {
+            if (distance[i] >= least)
+                take(area, i);
+        });
+    }
+
+    /// Takes what lies nearer to a pixel of the area than paper does, in the steps of the
+    /// distances: first where most is left of a circle.
+    void fillCircles(Candidate& area) {
+        std::array<std::vector<std::size_t>, 256> left;
+        for (const std::size_t i : area.pixels)
+            left[distance[i]].push_back(i);
+        for (std::size_t rest = left.size(); --rest > 0;)
+            for (const std::size_t from : left[rest]) {
+                if (mask.values[from] == InkMask::Ink)
+                    take(area, from);
+                forNeighbors(from, true, [&](std::size_t i, std::size_t step) {
+                    if (rest > step)
+                        left[rest - step].push_back(i);
+                });
+            }
+    }
+
+    /// Takes what is left of ink beside the area where it is no more than a corner has: a stroke
+    /// runs on.
+    void takeCorners(Candidate& area, std::size_t most) {
+        std::vector<std::size_t> corner;
+        const std::size_t count = area.pixels.size();
+        for (std::size_t n = 0; n < count; ++n)
+            forNeighbors(area.pixels[n], true, [&](std::size_t i, std::size_t) {
+                flood(i, most, corner);
+                mark(corner, InkMask::Ink);
+                if (corner.size() <= most)
+                    for (const std::size_t k : corner)
+                        take(area, k);
+            });
+    }
+
+    /// Marks the ink that hangs together with `start` and holds it in `found`: all of it, or more
+    /// than `most`.
+    void flood(std::size_t start, std::size_t most, std::vector<std::size_t>& found) {
+        found.assign(1, start);
+        mask.values[start] = InkMask::Solid;
+        for (std::size_t n = 0; n < found.size() && found.size() <= most; ++n)
+            forNeighbors(found[n], true, [&](std::size_t i, std::size_t) {
+                mask.values[i] = InkMask::Solid;
+                found.push_back(i);
+            });
     }
 
     InkMask& mask;
@@ -111,6 +169,7 @@ void markSolids(InkMask& mask, const std::vector<std::uint8_t>& distance,
         const int deep = static_cast<int>(3.0 * (rules.widerThanStrokes * halfWidth + 0.4));
         // Half again as far as the inscribed circle reaches: into the corners of squares.
         const int reach = deep / 2 + 1;
+        const int slim = std::min(deep, ridge + 4);
         for (std::uint32_t i = 0; i < component.runCount; ++i) {
             const InkRun& run = components.runs[component.firstRun + i];
             for (int x = run.begin; x < run.end; ++x) {
@@ -119,21 +178,15 @@ void markSolids(InkMask& mask, const std::vector<std::uint8_t>& distance,
                     continue;
                 // Ink a pixel less deep tells whether a pen ran on: the middle of a slanting stroke
                 // is now that of an odd width and now of an even one.
-                Candidate area = grower.grow(at, deep - 3, reach);
-                if (isStroke(area, rules)) {
-                    strokes.push_back(std::move(area)); // stays marked, so as not to be met again
-                    continue;
-                }
-                grower.mark(area, InkMask::Ink);
-                area = grower.grow(at, deep, reach);
+                Candidate area = grower.grow(at, deep - 3, slim, reach);
                 if (isStroke(area, rules))
-                    strokes.push_back(std::move(area));
+                    strokes.push_back(std::move(area)); // stays marked, so as not to be met again
             }
         }
         pace.step(++done, static_cast<double>(components.components.size()));
     }
     for (const Candidate& stroke : strokes)
-        grower.mark(stroke, InkMask::Ink);
+        grower.mark(stroke.pixels, InkMask::Ink);
 }
 
 } // namespace ovtrace
