@@ -3,40 +3,110 @@
 #include "mixing.h"
 
 #include <algorithm>
-#include <limits>
 
 namespace ovtrace {
 
 namespace {
 
-/// The colours between two others that have many more blocks.
-std::vector<QRgb> likelyMixes(const ColorCounts& blocks) {
+constexpr double Rounding = 2.0; // steps of a channel
+
+/// A colour between two others that have more blocks, and how its pixels lie.
+struct LikelyMix {
+    QRgb color = 0;
+    std::uint32_t blocks = 0;
+    bool isRare = false;       ///< many more blocks, they have
+    std::uint32_t pixels = 0;  ///< of this colour
+    std::uint32_t inner = 0;   ///< those whose neighbours all have it
+    std::uint32_t onEdges = 0; ///< those alone between pixels of which it is a mix
+};
+
+bool isBetween(QRgb color, QRgb one, QRgb other) {
+    const ColorAxis axis(one, other);
+    const double t = axis.rawPosition(mixColor(color));
+    return t > 0.0 && t < 1.0 && axis.residual(mixColor(color)) <= Rounding;
+}
+
+/// The colours between two others that have more blocks.
+std::vector<LikelyMix> likelyMixes(const ColorCounts& blocks) {
     constexpr std::size_t Usual = 64; // colours that others may be mixes of
     constexpr std::uint32_t ManyMore = 16;
-    constexpr double Rounding = 2.0; // steps of a channel
     std::vector<ColorCounts::Entry> order = blocks.entries();
     std::stable_sort(order.begin(), order.end(),
                      [](const auto& a, const auto& b) { return a.count > b.count; });
-    const auto isBetween = [](QRgb color, QRgb one, QRgb other) {
-        const ColorAxis axis(one, other);
-        const double t = axis.rawPosition(mixColor(color));
-        return t > 0.0 && t < 1.0 && axis.residual(mixColor(color)) <= Rounding;
-    };
-    std::vector<QRgb> mixes;
-    for (const ColorCounts::Entry& entry : order) {
-        std::size_t count = 0;
-        while (count < std::min(Usual, order.size()) &&
-               order[count].count / ManyMore >= entry.count)
-            ++count;
-        bool found = false;
-        for (std::size_t i = 0; i < count && !found; ++i) {
-            for (std::size_t k = 0; k < i && !found; ++k)
-                found = isBetween(entry.color, order[i].color, order[k].color);
+    order.resize(std::min(order.size(), Usual));
+    const auto isBetweenThose = [&order](const ColorCounts::Entry& entry, std::uint32_t times) {
+        for (std::size_t i = 0; i < order.size() && order[i].count / times > entry.count; ++i) {
+            for (std::size_t k = 0; k < i; ++k) {
+                if (isBetween(entry.color, order[i].color, order[k].color))
+                    return true;
+            }
         }
-        if (found)
-            mixes.push_back(entry.color);
+        return false;
+    };
+    std::vector<LikelyMix> mixes;
+    for (const ColorCounts::Entry& entry : blocks.entries()) {
+        const bool isRare = isBetweenThose(entry, ManyMore);
+        if (isRare || isBetweenThose(entry, 1))
+            mixes.push_back({entry.color, entry.count, isRare});
     }
     return mixes;
+}
+
+/// Looks at the pixels of all likely mixes.
+class MixPixels {
+public:
+    MixPixels(const PixelView& image, std::vector<LikelyMix>& mixes) : image(image), mixes(mixes) {
+        for (const LikelyMix& mix : mixes)
+            places.add(mix.color);
+    }
+    void count() {
+        for (int y = 0; y < image.height; ++y) {
+            const QRgb* row = image.row(y);
+            std::size_t found = mixes.size();
+            for (int x = 0; x < image.width; ++x) {
+                if (x == 0 || row[x] != row[x - 1])
+                    found = places.find(row[x]);
+                if (found < mixes.size())
+                    add(x, y, mixes[found]);
+            }
+        }
+    }
+
+private:
+    void add(int x, int y, LikelyMix& mix) const {
+        ++mix.pixels;
+        if (x == 0 || y == 0 || x + 1 == image.width || y + 1 == image.height)
+            return;
+        mix.inner += std::uint32_t(isInner(x, y, mix.color));
+        mix.onEdges +=
+            std::uint32_t(isAloneBetween(mix.color, image.at(x - 1, y), image.at(x + 1, y)) ||
+                          isAloneBetween(mix.color, image.at(x, y - 1), image.at(x, y + 1)));
+    }
+    bool isInner(int x, int y, QRgb color) const {
+        for (int row = y - 1; row <= y + 1; ++row) {
+            for (int column = x - 1; column <= x + 1; ++column) {
+                if (image.at(column, row) != color)
+                    return false;
+            }
+        }
+        return true;
+    }
+    static bool isAloneBetween(QRgb color, QRgb before, QRgb behind) {
+        return before != color && behind != color && before != behind &&
+               isBetween(color, before, behind);
+    }
+
+    const PixelView& image;
+    std::vector<LikelyMix>& mixes;
+    ColorCounts places; ///< in the same order
+};
+
+/// What has few blocks for its pixels is no area; nor is what has none as wide as three pixels, and
+/// lies along edges more often than in blocks: lines that run between two rows make these.
+bool isMix(const LikelyMix& mix) {
+    constexpr std::uint32_t PixelsPerBlock = 128; // lines of one pixel on the grid make more blocks
+    return (mix.isRare && mix.pixels / PixelsPerBlock >= mix.blocks) ||
+           (mix.inner == 0 && mix.onEdges > mix.blocks);
 }
 
 } // namespace
@@ -66,15 +136,18 @@ PureColors findPureColors(const PixelView& image) {
 }
 
 ColorCounts withoutMixes(const PixelView& image, const ColorCounts& blocks) {
-    constexpr std::uint32_t PixelsPerBlock = 128; // lines of one pixel on the grid make more blocks
-    const std::vector<QRgb> mixes = likelyMixes(blocks);
-    if (mixes.empty())
+    std::vector<LikelyMix> likely = likelyMixes(blocks);
+    if (likely.empty())
         return blocks;
-    const ColorCounts pixels = countColors(image, std::numeric_limits<std::size_t>::max());
+    MixPixels(image, likely).count();
+    ColorCounts mixes;
+    for (const LikelyMix& mix : likely) {
+        if (isMix(mix))
+            mixes.add(mix.color);
+    }
     ColorCounts plain;
     for (const ColorCounts::Entry& entry : blocks.entries()) {
-        const bool isMix = std::find(mixes.begin(), mixes.end(), entry.color) != mixes.end();
-        if (!isMix || pixels.countOf(entry.color) / PixelsPerBlock < entry.count)
+        if (mixes.countOf(entry.color) == 0)
             plain.add(entry.color, entry.count);
     }
     return plain;

@@ -16,8 +16,9 @@ struct PureColors {
 
 PureColors findPureColors(const PixelView& image);
 
-/// The colours of blocks without those that mixes happen to make: they have few blocks for their
-/// pixels, and lie between two colours of many more. Files of few colours make such.
+/// The colours of blocks without those that mixes happen to make. These lie between two colours of
+/// more blocks, and have few blocks for their pixels, as in files of few colours, or none wider
+/// than two pixels and more pixels along edges: where thin lines run between two rows.
 ColorCounts withoutMixes(const PixelView& image, const ColorCounts& blocks);
 
 /// All colours with the number of their pixels; counting ends when there are more than `most`.

@@ -83,6 +83,43 @@ TEST(PureColors, BlocksOfMixesAreNoColours) {
     EXPECT_GT(greys(), 20U);
 }
 
+/// Black on the left of a white image, and a grey bar two pixels wide.
+QImage withGreyBar() {
+    QImage image = ground(60, 60, White);
+    for (int y = 0; y < 60; ++y) {
+        for (int x = 0; x < 20; ++x)
+            image.setPixel(x, y, Black);
+    }
+    for (int x = 30; x < 50; ++x) {
+        image.setPixel(x, 10, Grey);
+        image.setPixel(x, 11, Grey);
+    }
+    return image;
+}
+
+std::uint32_t greysOf(const QImage& image) {
+    const PureColors pure = findPureColors(viewOf(image));
+    return withoutMixes(viewOf(image), pure.blocks).countOf(Grey);
+}
+
+TEST(PureColors, BarsOfAMixThatLiesAlongEdgesAreNoColour) {
+    QImage image = withGreyBar();
+    EXPECT_EQ(greysOf(image), 19U) << "nothing says that it is black in two halves";
+    for (int y = 0; y < 60; ++y)
+        image.setPixel(20, y, Grey);
+    EXPECT_EQ(greysOf(image), 0U);
+}
+
+TEST(PureColors, AreasWiderThanTwoPixelsStayThoughTheirColourLiesAlongEdges) {
+    QImage image = withGreyBar();
+    for (int y = 0; y < 60; ++y)
+        image.setPixel(20, y, Grey);
+    image.setPixel(40, 12, Grey);
+    image.setPixel(41, 12, Grey);
+    image.setPixel(42, 12, Grey);
+    EXPECT_EQ(greysOf(image), 21U);
+}
+
 TEST(PureColors, ColoursThatAreNoMixesStay) {
     QImage image = ground(60, 60, White);
     for (int i = 0; i < 200; ++i)
