@@ -7,6 +7,9 @@ namespace {
 
 using Shape = OvCenterlineStroke::Shape;
 
+/// Arcs that stand for a quarter of an ellipse.
+constexpr int ArcsOfQuarter = 8;
+
 /// An arc through both ends, as close to the carrier in its middle as can be.
 void writeArc(const Stroke& stroke, double height, OvCenterlineStroke& out) {
     const Carrier& c = stroke.carrier;
@@ -29,6 +32,14 @@ OvCenterlineStroke strokeOf(const Stroke& stroke, double height) {
     OvCenterlineStroke out;
     const auto turned = [height](Point p) { return OvCenterlinePoint{p.x, height - p.y}; };
     out.width = stroke.width;
+    if (stroke.ellipse) {
+        out.shape = Shape::Ellipse;
+        out.center = turned(stroke.ellipse->centre);
+        out.radius = stroke.ellipse->major;
+        out.minorRadius = stroke.ellipse->minor;
+        out.axis = {stroke.ellipse->axis.x, -stroke.ellipse->axis.y};
+        return out;
+    }
     if (stroke.closed) {
         out.shape = Shape::Circle;
         out.center = turned(stroke.carrier.at);
@@ -50,8 +61,41 @@ OvCenterlineStroke::Kind kindOf(const Stroke& stroke) {
     return stroke.hatch ? OvCenterlineStroke::Kind::Hatch : OvCenterlineStroke::Kind::Line;
 }
 
-OvVector vectorOf(OvCenterlinePoint p) {
+OvVector vectorOf(Point p) {
     return {p.x, p.y, 0.0, true};
+}
+
+OvVector vectorOf(OvCenterlinePoint p) {
+    return vectorOf(Point{p.x, p.y});
+}
+
+/// The bulge of the arc through three points of a curve.
+double bulgeThrough(Point from, Point by, Point to) {
+    const Point a = by - from;
+    const Point b = to - from;
+    const double area = 2.0 * cross(a, b);
+    if (area == 0.0)
+        return 0.0;
+    const Point centre =
+        from + turnedQuarter(a * lengthSquared(b) - b * lengthSquared(a)) * (1.0 / area);
+    return bulgeAround(from, to, centre, area);
+}
+
+/// Arcs that follow an ellipse.
+void appendEllipse(const OvCenterlineStroke& stroke, OvPolyline& polyline) {
+    const Ellipse ellipse{{stroke.center.x, stroke.center.y},
+                          {stroke.axis.x, stroke.axis.y},
+                          stroke.radius,
+                          stroke.minorRadius};
+    const auto at = [&](int half) {
+        const int quarter = half / (2 * ArcsOfQuarter) % 4;
+        return ellipse.at(quarter, half % (2 * ArcsOfQuarter) / (2.0 * ArcsOfQuarter));
+    };
+    const double w = stroke.width;
+    for (int k = 0; k < 4 * ArcsOfQuarter; ++k)
+        polyline.appendVertex(vectorOf(at(2 * k)),
+                              bulgeThrough(at(2 * k), at(2 * k + 1), at(2 * k + 2)), w, w);
+    polyline.appendVertex(vectorOf(at(0)), 0.0, w, w);
 }
 
 void appendStroke(const OvCenterlineStroke& stroke, OvPolyline& polyline) {
@@ -65,6 +109,9 @@ void appendStroke(const OvCenterlineStroke& stroke, OvPolyline& polyline) {
         polyline.appendVertex(vectorOf(a), 0.0, w, w);
         break;
     }
+    case Shape::Ellipse:
+        appendEllipse(stroke, polyline);
+        break;
     case Shape::Polyline:
         for (const OvCenterlinePoint& p : stroke.points)
             polyline.appendVertex(vectorOf(p), 0.0, w, w);

@@ -32,6 +32,11 @@ void halve(Point& p) {
 void halve(Stroke& stroke) {
     halve(stroke.carrier.at);
     stroke.carrier.radius *= 0.5;
+    if (stroke.ellipse) {
+        halve(stroke.ellipse->centre);
+        stroke.ellipse->major *= 0.5;
+        stroke.ellipse->minor *= 0.5;
+    }
     halve(stroke.ends[0].at);
     halve(stroke.ends[1].at);
     stroke.width *= 0.5;

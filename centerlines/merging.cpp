@@ -322,7 +322,9 @@ bool liesInStrokes(const std::vector<Point>& points, const std::vector<Stroke>& 
     return std::all_of(points.begin(), points.end(), [&](Point p) {
         return std::any_of(strokes.begin(), strokes.end(), [&](const Stroke& s) {
             // Where strokes meet in a corner their ink goes on by half a width.
-            return !s.dropped && std::abs(signedDistance(s.carrier, p)) <= 0.5 * s.width + slack &&
+            const double off =
+                s.ellipse ? signedDistance(*s.ellipse, p) : signedDistance(s.carrier, p);
+            return !s.dropped && std::abs(off) <= 0.5 * s.width + slack &&
                    covers(s, p, 0.5 * s.width + slack);
         });
     });

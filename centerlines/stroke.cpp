@@ -67,6 +67,8 @@ double circumferenceOf(const Stroke& arc) {
 }
 
 double lengthOf(const Stroke& stroke) {
+    if (stroke.ellipse)
+        return circumferenceOf(*stroke.ellipse);
     if (stroke.closed)
         return circumferenceOf(stroke);
     if (stroke.carrier.isLine())
@@ -74,7 +76,22 @@ double lengthOf(const Stroke& stroke) {
     return placeAlong(stroke, stroke.finish());
 }
 
+namespace {
+
+std::vector<Point> pointsAlong(const Ellipse& ellipse, double step) {
+    const int count = std::max(1, static_cast<int>(circumferenceOf(ellipse) / (4.0 * step)));
+    std::vector<Point> points;
+    points.reserve(4 * static_cast<std::size_t>(count) + 1);
+    for (int k = 0; k <= 4 * count; ++k)
+        points.push_back(ellipse.at(k / count % 4, static_cast<double>(k % count) / count));
+    return points;
+}
+
+} // namespace
+
 std::vector<Point> pointsAlong(const Stroke& stroke, double step) {
+    if (stroke.ellipse)
+        return pointsAlong(*stroke.ellipse, step);
     const double length = lengthOf(stroke);
     const int count = std::max(1, static_cast<int>(length / step));
     std::vector<Point> points;

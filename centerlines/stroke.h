@@ -1,10 +1,12 @@
 #pragma once
 
+#include "ellipse.h"
 #include "profiles.h"
 
 #include "shapes/carrier.h"
 
 #include <array>
+#include <optional>
 #include <vector>
 
 namespace ovtrace {
@@ -22,11 +24,12 @@ struct StrokeEnd {
     int node = -1;
 };
 
-/// A line, an arc or a circle while it is worked on; y down.
+/// A line, an arc, a circle or an ellipse while it is worked on; y down.
 struct Stroke {
     Carrier carrier;
-    std::array<StrokeEnd, 2> ends; ///< start and end along the carrier
-    bool closed = false;           ///< a whole circle; the ends do not count
+    std::array<StrokeEnd, 2> ends;  ///< start and end along the carrier
+    bool closed = false;            ///< a whole circle or ellipse; the ends do not count
+    std::optional<Ellipse> ellipse; ///< `carrier` then holds its centre and greater radius
     double width = 0.0;
     double peak = 1.0; ///< usual ink in its middle, 0 to 1
     bool dropped = false;

@@ -7,6 +7,7 @@
 #include "dashes.h"
 #include "distance.h"
 #include "doubling.h"
+#include "ellipses.h"
 #include "hatching.h"
 #include "inklevels.h"
 #include "inkmask.h"
@@ -100,6 +101,7 @@ Found findStrokes(InkLevels ink, const CenterlineOptions& options, const Raster&
     makeTangent(strokes, measure);
     completeHatching(strokes, ink);
     found.nodes = joinEnds(strokes, ink, measure, pace);
+    findEllipses(strokes, found.nodes, measure);
     dropImpossible(strokes, ink.width, ink.height);
     markHatching(strokes, ink);
     found.areas = outlineAreas(ink, mask, InkMask::Solid, pace);

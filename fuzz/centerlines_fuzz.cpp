@@ -41,6 +41,12 @@ void check(const OvCenterlines& drawing) {
             require(stroke.radius > 0.0 && isInside(stroke.center, drawing), "circles are there");
             continue;
         }
+        if (stroke.shape == OvCenterlineStroke::Shape::Ellipse) {
+            require(isInside(stroke.center, drawing), "ellipses are there");
+            require(stroke.minorRadius > 0.0 && stroke.radius >= stroke.minorRadius,
+                    "ellipses have radii");
+            continue;
+        }
         checkEnd(stroke.start, stroke.startNode, drawing);
         checkEnd(stroke.end, stroke.endNode, drawing);
         require(!(stroke.start == stroke.end), "strokes have a length");

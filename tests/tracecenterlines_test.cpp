@@ -40,6 +40,16 @@ public:
         painter.drawEllipse(QPointF(x, y), radius, radius);
     }
 
+    /// An ellipse turned by `angle` degrees from +x to +y.
+    void ellipse(double x, double y, double major, double minor, double angle, double width) {
+        QPainter painter(&image);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.translate(x, y);
+        painter.rotate(angle);
+        painter.setPen(QPen(Qt::black, width));
+        painter.drawEllipse(QPointF(0.0, 0.0), major, minor);
+    }
+
     QImage image;
 };
 
@@ -134,6 +144,48 @@ TEST(TraceCenterlines, CircleIsOneCircle) {
     EXPECT_EQ(result.strokes[0].shape, Stroke::Shape::Circle);
     EXPECT_LT(distanceOf(result.strokes[0].center, {80.2, 80.3}), 0.1);
     EXPECT_NEAR(result.strokes[0].radius, 50.0, 0.1);
+}
+
+TEST(TraceCenterlines, EllipseIsOneEllipseOnWhichLinesStand) {
+    Sheet sheet(300, 260);
+    sheet.ellipse(150.2, 129.7, 90.0, 50.0, 30.0, 3.0);
+    sheet.line(10.0, 100.1, 68.3, 100.1, 2.5);
+    const OvCenterlines result = OvTraceCenterlines().trace(sheet.image);
+    ASSERT_EQ(result.strokes.size(), 2);
+    const bool lineFirst = result.strokes[0].shape == Stroke::Shape::Line;
+    const Stroke& ellipse = result.strokes[lineFirst ? 1 : 0];
+    const Stroke& line = result.strokes[lineFirst ? 0 : 1];
+    EXPECT_EQ(ellipse.shape, Stroke::Shape::Ellipse);
+    EXPECT_LT(distanceOf(ellipse.center, {150.2, 130.3}), 0.1);
+    EXPECT_NEAR(ellipse.radius, 90.0, 0.15);
+    EXPECT_NEAR(ellipse.minorRadius, 50.0, 0.15);
+    // y is up: the axis leans down to the right.
+    EXPECT_NEAR(std::abs(ellipse.axis.x * std::sqrt(0.75) - ellipse.axis.y * 0.5), 1.0, 1e-4);
+    ASSERT_EQ(result.nodes.size(), 1);
+    const OvCenterlinePoint joint = line.startNode == 0 ? line.start : line.end;
+    EXPECT_EQ(joint, result.nodes[0]);
+    const auto levelAt = [&](double px, double py) {
+        const double x = px - ellipse.center.x;
+        const double y = py - ellipse.center.y;
+        const double along = (x * ellipse.axis.x + y * ellipse.axis.y) / ellipse.radius;
+        const double across = (y * ellipse.axis.x - x * ellipse.axis.y) / ellipse.minorRadius;
+        return along * along + across * across;
+    };
+    EXPECT_NEAR(levelAt(joint.x, joint.y), 1.0, 1e-9);
+
+    const QList<OvPolyline> polylines = OvTraceCenterlines::polylines(result);
+    const OvPolyline& arcs = polylines[lineFirst ? 1 : 0];
+    EXPECT_EQ(arcs.getStartPoint(), arcs.getEndPoint());
+    for (qsizetype i = 0; i + 1 < arcs.countPieces(); ++i) {
+        const OvVector from = arcs.getVertexAt(i);
+        const OvVector to = arcs.getVertexAt(i + 1);
+        EXPECT_NEAR(levelAt(from.x, from.y), 1.0, 1e-9);
+        // The middle of an arc lies its bulge times half the chord to the chord's right.
+        const double half = arcs.getVertexParametersAt(i)[0] / 2.0;
+        EXPECT_NEAR(levelAt((from.x + to.x) / 2.0 + (to.y - from.y) * half,
+                            (from.y + to.y) / 2.0 - (to.x - from.x) * half),
+                    1.0, 1e-4);
+    }
 }
 
 TEST(TraceCenterlines, FilledAreaIsAnOutline) {
