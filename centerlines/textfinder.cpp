@@ -3,6 +3,7 @@
 #include "pace.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <vector>
 
@@ -16,6 +17,15 @@ constexpr double Slender = 4.0;
 constexpr double BentFill = 0.65;
 /// Gap between neighbours over the size of the greater one.
 constexpr double GapOfSize = 0.45;
+/// Characters that touch are at most as long as so many of the largest ones.
+constexpr int MostJoined = 4;
+/// Least height of one character of a line over that of its neighbour, of a ring at most, and share
+/// of the lower one's height that the higher one covers at least.
+constexpr double LeastHeight = 0.55;
+constexpr double MostOfRing = 1.1;
+constexpr double Covered = 0.7;
+/// Share of the narrower one's width in which neighbours may overlap.
+constexpr double Overlap = 0.3;
 
 enum class Form : std::uint8_t { Bar, Ring, Complex };
 
@@ -26,6 +36,14 @@ struct Member {
     int group; ///< index of the first member known to be in company with it
     bool text;
     bool besideSimple; ///< a bar stands beside it
+    bool joined;       ///< too long for a character: several that touch, if it is text
+};
+
+/// Two members that may be neighbours in one line of text.
+struct Neighbors {
+    std::size_t a;
+    std::size_t b;
+    bool upright; ///< the line runs up or down
 };
 
 struct Spread {
@@ -107,14 +125,18 @@ int gapBetween(const InkComponent& a, const InkComponent& b) {
     return std::max(dx, dy);
 }
 
-/// Small components, sorted by their left edges.
+/// Small components, and those that may be several characters, sorted by their left edges.
 std::vector<Member> smallOnes(const InkComponents& components, double largest, double strokeWidth) {
     std::vector<Member> members;
     for (std::uint32_t i = 0; i < components.components.size(); ++i) {
         const InkComponent& c = components.components[i];
         const int size = std::max(c.width(), c.height());
-        if (size <= largest)
-            members.push_back({i, formOf(components, c, strokeWidth), size, 0, false, false});
+        const int height = std::min(c.width(), c.height());
+        if (height > largest || size > MostJoined * largest)
+            continue;
+        const Form form = formOf(components, c, strokeWidth);
+        if (size <= largest || form == Form::Complex)
+            members.push_back({i, form, size, 0, false, false, size > largest});
     }
     std::stable_sort(members.begin(), members.end(), [&](const Member& a, const Member& b) {
         return components.components[a.component].left < components.components[b.component].left;
@@ -156,7 +178,8 @@ void forEachPair(std::vector<Member>& members, const InkComponents& components, 
             const InkComponent& b = components.components[members[j].component];
             if (b.left > a.right + GapOfSize * largest)
                 break;
-            if ((!isComplex(members[i]) && !isComplex(members[j])) ||
+            if (members[i].joined || members[j].joined ||
+                (!isComplex(members[i]) && !isComplex(members[j])) ||
                 !isBeside(members[i], a, members[j], b))
                 continue;
             if (isComplex(members[i]))
@@ -199,7 +222,8 @@ void decideComplex(std::vector<Member>& members) {
     const int low = heights[heights.size() / 10];
     const int high = heights[heights.size() * 9 / 10];
     for (Member& m : members)
-        if (isComplex(m) && !m.besideSimple && 10 * m.size >= 8 * low && 10 * m.size <= 12 * high)
+        if (isComplex(m) && !m.joined && !m.besideSimple && 10 * m.size >= 8 * low &&
+            10 * m.size <= 12 * high)
             m.text = true;
 }
 
@@ -211,6 +235,89 @@ void decideSimple(std::vector<Member>& members, const InkComponents& components,
     });
 }
 
+/// One side of a component's box: from `begin` up to `end`.
+struct Extent {
+    int begin;
+    int end;
+
+    int length() const {
+        return end - begin;
+    }
+};
+
+int common(Extent a, Extent b) {
+    return std::min(a.end, b.end) - std::max(a.begin, b.begin);
+}
+
+Extent across(const InkComponent& c, bool upright) {
+    return upright ? Extent{c.left, c.right} : Extent{c.top, c.bottom};
+}
+
+/// Whether two components may be neighbours in a line of text that runs across the page, or up and
+/// down.
+bool isInLine(const InkComponent& a, const InkComponent& b, bool upright) {
+    const Extent ha = across(a, upright);
+    const Extent hb = across(b, upright);
+    const double low = std::min(ha.length(), hb.length());
+    const double high = std::max(ha.length(), hb.length());
+    const Extent wa = across(a, !upright);
+    const Extent wb = across(b, !upright);
+    return low >= LeastHeight * high && common(ha, hb) >= Covered * low &&
+           common(wa, wb) <= Overlap * std::min(wa.length(), wb.length()) &&
+           -common(wa, wb) <= GapOfSize * high;
+}
+
+std::vector<Neighbors> findNeighbors(const std::vector<Member>& members,
+                                     const InkComponents& components, double largest) {
+    std::vector<Neighbors> found;
+    for (std::size_t i = 0; i < members.size(); ++i) {
+        const InkComponent& a = components.components[members[i].component];
+        for (std::size_t j = i + 1; j < members.size(); ++j) {
+            const InkComponent& b = components.components[members[j].component];
+            if (b.left > a.right + GapOfSize * largest)
+                break;
+            if (gapBetween(a, b) > GapOfSize * largest)
+                continue;
+            for (const bool upright : {false, true})
+                if (isInLine(a, b, upright))
+                    found.push_back({i, j, upright});
+        }
+    }
+    return found;
+}
+
+/// Lines of text go on: over letters that are bars or rings, one after the other, and over those
+/// that touch each other.
+void followLines(std::vector<Member>& members, const InkComponents& components, double largest) {
+    const std::vector<Neighbors> neighbors = findNeighbors(members, components, largest);
+    // A line runs where two characters stand side by side in it.
+    std::array<std::vector<bool>, 2> runs;
+    runs.fill(std::vector<bool>(members.size(), false));
+    for (const Neighbors& n : neighbors)
+        if (members[n.a].text && members[n.b].text)
+            runs[n.upright][n.a] = runs[n.upright][n.b] = true;
+    const auto goesOn = [&](std::size_t from, std::size_t to, bool upright) {
+        if (members[to].text || !runs[upright][from])
+            return false;
+        const double height =
+            across(components.components[members[from].component], upright).length();
+        const double next = across(components.components[members[to].component], upright).length();
+        if (members[to].form == Form::Ring && next > MostOfRing * height)
+            return false;
+        members[to].text = true;
+        runs[upright][to] = true;
+        return true;
+    };
+    bool again = true;
+    while (again) {
+        again = false;
+        for (const Neighbors& n : neighbors) {
+            again = goesOn(n.a, n.b, n.upright) || again;
+            again = goesOn(n.b, n.a, n.upright) || again;
+        }
+    }
+}
+
 } // namespace
 
 void markText(InkMask& mask, const InkComponents& components, double largest, double strokeWidth,
@@ -219,6 +326,7 @@ void markText(InkMask& mask, const InkComponents& components, double largest, do
     joinCompany(members, components, largest);
     decideComplex(members);
     decideSimple(members, components, largest);
+    followLines(members, components, largest);
     for (const Member& member : members)
         if (member.text)
             forEachPixel(components, components.components[member.component],
