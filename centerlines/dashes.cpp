@@ -20,6 +20,11 @@ constexpr double FewStrays = 0.06;
 /// Longest part of a row that a filled area or a stroke which it crosses may hide, in pixels.
 constexpr double LongestCover = 120.0;
 
+/// Cosine of the least angle of a line that a dash ends on: 25 degrees; and how far before the edge
+/// of that line's ink the fit of the dash ends, in pixels beyond half its width.
+constexpr double Across = 0.906;
+constexpr double BeforeNode = 2.0;
+
 /// A dash in a row, and which of its ends comes first.
 struct Dash {
     int stroke;
@@ -51,7 +56,7 @@ public:
             if (at(i).dropped || !at(i).dashes.empty())
                 continue;
             std::vector<Dash> row = rowOf(i);
-            if (row.size() >= FewestDashes)
+            if (row.size() >= FewestDashes && isByItself(row))
                 join(row);
         }
         for (int i = 0; i < static_cast<int>(strokes.size()); ++i)
@@ -223,6 +228,33 @@ private:
             gap = gap == 0.0 ? found : 0.7 * gap + 0.3 * found;
             row.push_back(next);
         }
+    }
+
+    /// Whether most gaps of a row are between ends of its own: lines that end on others, row after
+    /// row, are boards behind posts or parts of frames.
+    bool isByItself(const std::vector<Dash>& row) {
+        std::size_t joined = 0;
+        for (std::size_t k = 0; k < row.size(); ++k) {
+            joined += k > 0 && endsOnOther(row, k, false) ? 1U : 0U;
+            joined += k + 1 < row.size() && endsOnOther(row, k, true) ? 1U : 0U;
+        }
+        return joined < row.size();
+    }
+
+    bool endsOnOther(const std::vector<Dash>& row, std::size_t k, bool last) {
+        const Point p = end(row[k], last).at;
+        const Point direction = directionAt(at(row[k].stroke).carrier, p);
+        std::vector<int> near;
+        grid.near(p, 12.0, near);
+        return std::ranges::any_of(near, [&](int j) {
+            const Stroke& other = at(j);
+            // The fit ends before the node, whose radius is about half of both widths.
+            return !other.dropped && !isInRow(row, j) &&
+                   std::abs(dot(direction, directionAt(other.carrier, p))) < Across &&
+                   std::abs(signedDistance(other.carrier, p)) <
+                       0.5 * (other.width + at(row[k].stroke).width) + BeforeNode &&
+                   covers(other, p, 0.5 * other.width);
+        });
     }
 
     /// Where a row goes on: its last end and direction, by the last dash that is long enough to

@@ -392,6 +392,27 @@ TEST(TraceCenterlines, MirroredDrawingIsTheMirroredResult) {
     }
 }
 
+/// Four boards in each of two rows, between nine posts.
+Sheet boardsBehindPosts() {
+    Sheet sheet(360, 160);
+    for (int k = 0; k < 4; ++k) {
+        const double left = 20.0 + 70.0 * k;
+        for (const double y : {50.0, 90.0})
+            sheet.line(left + 16.0, y, left + 70.0, y, 2.5);
+        sheet.line(left, 20.0, left, 140.0, 3.0);
+        sheet.line(left + 16.0, 20.0, left + 16.0, 140.0, 3.0);
+    }
+    sheet.line(300.0, 20.0, 300.0, 140.0, 3.0);
+    return sheet;
+}
+
+TEST(TraceCenterlines, BoardsBehindPostsAreNoDashes) {
+    const OvCenterlines result = OvTraceCenterlines().trace(boardsBehindPosts().image);
+    EXPECT_EQ(result.strokes.size(), 8 + 9);
+    for (const Stroke& stroke : result.strokes)
+        EXPECT_NE(stroke.kind, Stroke::Kind::Dashed);
+}
+
 /// A frame with hatching beside a circle and a line that crosses it.
 Sheet severalShapes() {
     Sheet sheet = hatched(30.5, 30.5, 90.0, 9.0, 18.0);
@@ -425,6 +446,50 @@ TEST(TraceCenterlines, TurnedDrawingIsTheTurnedResult) {
                                    0.1 + (free ? stroke.width / 4.0 : 0.0);
                         }))
             << stroke.start.x << ' ' << stroke.start.y;
+}
+
+/// Whether each stroke of `a` is one of `b` once `moved`, ends within `most` pixels.
+template <typename Move>
+void expectMoved(const OvCenterlines& a, const OvCenterlines& b, Move moved, double most) {
+    ASSERT_GT(a.strokes.size(), 10);
+    ASSERT_EQ(a.strokes.size(), b.strokes.size());
+    for (const Stroke& stroke : a.strokes)
+        EXPECT_TRUE(
+            std::any_of(b.strokes.begin(), b.strokes.end(),
+                        [&](const Stroke& other) {
+                            if (other.shape != stroke.shape || other.kind != stroke.kind)
+                                return false;
+                            if (stroke.shape == Stroke::Shape::Circle)
+                                return distanceOf(other.center, moved(stroke.center)) < most;
+                            return endError(other, moved(stroke.start), moved(stroke.end)) < most;
+                        }))
+            << stroke.start.x << ' ' << stroke.start.y;
+}
+
+TEST(TraceCenterlines, DrawingWithAMarginIsTheSameDrawing) {
+    const Sheet sheet = severalShapes();
+    Sheet wide(sheet.image.width() + 90, sheet.image.height() + 60);
+    QPainter(&wide.image).drawImage(37, 21, sheet.image);
+    const double below = wide.image.height() - sheet.image.height() - 21;
+    expectMoved(
+        OvTraceCenterlines().trace(sheet.image), OvTraceCenterlines().trace(wide.image),
+        [below](OvCenterlinePoint p) {
+            return OvCenterlinePoint{p.x + 37.0, p.y + below};
+        },
+        0.05);
+}
+
+TEST(TraceCenterlines, DrawingAtTwiceTheSizeIsTwiceTheResult) {
+    Sheet sheet = boardsBehindPosts();
+    sheet.circle(330.2, 70.3, 25.0, 2.5);
+    const QImage twice =
+        sheet.image.scaled(2 * sheet.image.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    expectMoved(
+        OvTraceCenterlines().trace(sheet.image), OvTraceCenterlines().trace(twice),
+        [](OvCenterlinePoint p) {
+            return OvCenterlinePoint{2.0 * p.x, 2.0 * p.y};
+        },
+        1.0);
 }
 
 TEST(TraceCenterlines, EachColourOfLinesIsOne) {
