@@ -2,7 +2,9 @@
 
 #include "chaincheck.h"
 #include "edgeplaces.h"
+#include "plainjoining.h"
 #include "separation.h"
+#include "wholepixels.h"
 
 #include "shapes/joining.h"
 #include "shapes/junctions.h"
@@ -38,8 +40,8 @@ class ChainFitter {
 public:
     ChainFitter(const PixelView& image, const LabelImage& labels, const CrackMap& cracks,
                 const FitOptions& options)
-        : width(image.width), height(image.height), places(image, labels, {labels.noise}),
-          cracks(cracks), options(options) {
+        : image(image), labels(labels), places(image, labels, {labels.noise}), cracks(cracks),
+          options(options) {
     }
 
     std::optional<ShapedChains> run(const std::function<bool(double)>& report) {
@@ -96,7 +98,7 @@ private:
         return !contains(a) || !contains(b);
     }
     bool contains(GridPoint pixel) const {
-        return pixel.x >= 0 && pixel.y >= 0 && pixel.x < width && pixel.y < height;
+        return pixel.x >= 0 && pixel.y >= 0 && pixel.x < image.width && pixel.y < image.height;
     }
 
     void fit(std::size_t i) {
@@ -150,8 +152,8 @@ private:
         constexpr double Spread = 0.7;   // pixels: how far a junction may be from its corner
         constexpr double Farthest = 2.0; // pixels: beyond, the carriers are not those of the corner
         const Point around = toPoint(corner);
-        const bool fixedX = corner.x == 0 || corner.x == width;
-        const bool fixedY = corner.y == 0 || corner.y == height;
+        const bool fixedX = corner.x == 0 || corner.x == image.width;
+        const bool fixedY = corner.y == 0 || corner.y == image.height;
         if (fixedX && fixedY)
             return around;
         std::vector<JunctionEnd> ends = found;
@@ -168,7 +170,8 @@ private:
             at.x = around.x;
         if (fixedY)
             at.y = around.y;
-        return {std::clamp(at.x, 0.0, double(width)), std::clamp(at.y, 0.0, double(height))};
+        return {std::clamp(at.x, 0.0, double(image.width)),
+                std::clamp(at.y, 0.0, double(image.height))};
     }
 
     void join(std::size_t i) {
@@ -187,6 +190,8 @@ private:
         std::vector<Piece>& pieces = curves[i];
         pieces = joined(chain.from < 0, f.model, f.samples, start, end);
         f.followsModel = !pieces.empty();
+        if (pieces.empty())
+            pieces = joinedPlainly(i, start, end);
         if (pieces.empty()) {
             const std::vector<Sample> tight = tightened(f.samples);
             pieces = joined(chain.from < 0, modelOf(tight, chain.from < 0), tight, start, end);
@@ -209,13 +214,39 @@ private:
         f.model = {};
     }
 
+    std::vector<Piece> joinedPlainly(std::size_t i, std::optional<Point> start,
+                                     std::optional<Point> end) const {
+        const CrackChain& chain = cracks.chains[i];
+        const FittedChain& f = fitted[i];
+        return joinedPlainly(f.model, f.samples, places.placesOf(cracks, chain, EdgePlaces::Beside),
+                             start, end);
+    }
+    /// What many exact places support, and the places between; nothing when that does not follow
+    /// the samples either.
+    std::vector<Piece> joinedPlainly(const ChainModel& model, const std::vector<Sample>& samples,
+                                     std::span<const Sample> near, std::optional<Point> start,
+                                     std::optional<Point> end) const {
+        if (model.carriers.empty() || !isShortAndExact(samples))
+            return {};
+        std::vector<Piece> pieces = joinPlainly(model, samples, near, start, end);
+        if (!pieces.empty() && isContradicted(pieces, samples, model.closed))
+            pieces.clear();
+        return pieces;
+    }
+
     /// Joins a chain half by half where its whole curve does not follow the samples, so that the
     /// places which no curve follows are a polygon and the others are not. `near` holds the same
     /// samples beside their edges between pixels.
     void joinParts(std::span<const Sample> samples, std::span<const Sample> near, Point start,
                    Point end, std::vector<Piece>& pieces) const {
         const std::vector<Sample> own(samples.begin(), samples.end());
-        std::vector<Piece> part = joined(false, modelOf(own, false), own, start, end);
+        const ChainModel model = modelOf(own, false);
+        std::vector<Piece> part = joined(false, model, own, start, end);
+        // Its ends lie on places of the chain, where pixels are mixed as well.
+        if (!part.empty() && crossesWholePixels(part, own, true))
+            part.clear();
+        if (part.empty() && samples.size() > LongPart)
+            part = joinedPlainly(model, own, near, start, end);
         if (part.empty() && samples.size() <= LongPart)
             part = polygonThrough(near, false, start, end);
         if (!part.empty()) {
@@ -305,9 +336,27 @@ private:
         if (model.carriers.empty())
             return {};
         std::vector<Piece> pieces = joinChain(model, samples, optionsFor(samples), start, end);
-        if (!pieces.empty() && !followsSamples(pieces, samples, closed))
+        if (!pieces.empty() && isContradicted(pieces, samples, closed))
             pieces.clear();
         return pieces;
+    }
+    /// Whether a curve does not follow the samples, or runs where no pixel is mixed; those of
+    /// rounded places do everywhere.
+    bool isContradicted(std::span<const Piece> pieces, std::span<const Sample> samples,
+                        bool closed) const {
+        if (!followsSamples(pieces, samples, closed))
+            return true;
+        return crossesWholePixels(pieces, samples, closed);
+    }
+    bool crossesWholePixels(std::span<const Piece> pieces, std::span<const Sample> samples,
+                            bool closed) const {
+        return isShortAndExact(samples) && crossWholePixels(pieces, image, labels, closed);
+    }
+    /// Whether the samples tell places within pixels and are no more than a letter has: a
+    /// renderer's rough coverage in one place shall not cost a long chain its curves.
+    bool isShortAndExact(std::span<const Sample> samples) const {
+        constexpr std::size_t Most = 128;
+        return samples.size() <= Most && labels.noise == 0 && !areRounded(samples);
     }
     /// All places as if each were known to a part of a pixel: the doubtful ones, too.
     static std::vector<Sample> tightened(const std::vector<Sample>& samples) {
@@ -339,8 +388,8 @@ private:
         }
     }
 
-    int width;
-    int height;
+    const PixelView& image;
+    const LabelImage& labels;
     EdgePlaces places;
     const CrackMap& cracks;
     const FitOptions& options;

@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QTransform>
+
 namespace {
 
 using namespace ovtrace;
@@ -27,6 +29,27 @@ TEST(GridLines, AreThoseOfSeveralLinesOnTheGrid) {
         image.setPixel(50, y, LightGrey);
     EXPECT_EQ(findLineColors(viewOf(image)).countOf(LightGrey), 40U + 40U + 36U);
     EXPECT_EQ(findLineColors(viewOf(image)).countOf(White), 0U);
+}
+
+TEST(GridLines, ThinLinesInAnyPlaceAreOfAnotherColour) {
+    // Black lines of .7 pixels: each in one row, or a part of it in the next.
+    QImage image = ground(60, 60, White);
+    const auto paintRow = [&](int y, int grey) {
+        for (int x = 5; x < 45; ++x)
+            image.setPixel(x, y, qRgb(grey, grey, grey));
+    };
+    for (const int y : {5, 10, 15, 20})
+        paintRow(y, 76);
+    EXPECT_EQ(findLineColors(viewOf(image)).countOf(qRgb(76, 76, 76)), 160U);
+    paintRow(30, 204);
+    paintRow(31, 127);
+    EXPECT_EQ(findLineColors(viewOf(image)).countOf(qRgb(76, 76, 76)), 160U);
+    paintRow(40, 102);
+    paintRow(41, 229);
+    EXPECT_TRUE(findLineColors(viewOf(image)).entries().empty());
+    // The same along columns.
+    image = image.transformed(QTransform().rotate(90));
+    EXPECT_TRUE(findLineColors(viewOf(image)).entries().empty());
 }
 
 TEST(GridLines, EdgesThatLieInOneRowAreNoLines) {

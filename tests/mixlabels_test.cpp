@@ -72,6 +72,39 @@ TEST(MixLabels, LineThinnerThanAPixelIsKept) {
     }
 }
 
+TEST(MixLabels, ThinPartsAreKeptBesideWideOnes) {
+    QImage image = ground(24, 20, White);
+    paint(image, Red, [](double x, double y) {
+        return (x > 4.0 && x < 8.0) || (x > 6.0 && x < 20.0 && y > 10.2 && y < 10.6);
+    });
+    const LabelImage labels = labelPixels(viewOf(image), {White, Red}, {});
+    for (int x = 4; x < 20; ++x)
+        EXPECT_EQ(colorAt(labels, x, 10), Red) << x;
+    EXPECT_EQ(colorAt(labels, 8, 9), White);
+    EXPECT_EQ(colorAt(labels, 8, 11), White);
+}
+
+TEST(MixLabels, EndsOfThinPartsStayApart) {
+    QImage image = ground(24, 12, White);
+    paint(image, Red, [](double x, double y) {
+        return y > 5.1 && y < 5.9 && ((x > 2.0 && x < 10.1) || (x > 10.9 && x < 20.0));
+    });
+    const LabelImage labels = labelPixels(viewOf(image), {White, Red}, {});
+    EXPECT_EQ(colorAt(labels, 9, 5), Red);
+    EXPECT_EQ(colorAt(labels, 10, 5), White);
+    EXPECT_EQ(colorAt(labels, 11, 5), Red);
+}
+
+TEST(MixLabels, HalfOfARowIsTheRarerColours) {
+    QImage image = ground(24, 12, White);
+    paint(image, Red, [](double x, double y) {
+        return (x > 8.0 && x < 12.0 && y < 5.0) || (x > 4.0 && x < 16.0 && y > 5.0 && y < 5.5);
+    });
+    const LabelImage labels = labelPixels(viewOf(image), {White, Red}, {});
+    for (int x = 4; x < 16; ++x)
+        EXPECT_EQ(colorAt(labels, x, 5), Red) << x;
+}
+
 TEST(MixLabels, LineBetweenTwoColoursIsKept) {
     const auto place = [](double x, double y) { return (x - 20.0) * 0.8 + (y - 15.0) * 0.6; };
     for (const double width : {0.8, 1.2, 1.6}) {
