@@ -311,13 +311,24 @@ private:
         std::erase_if(lonely, [this](std::size_t i) { return explainByFar(mixes[i]); });
     }
 
+    /// Whether nine tenths of what is not explained lie beside known colours: lines do, and small
+    /// letters, not what is drawn in shades.
+    bool areBesideGrounds() const {
+        constexpr std::size_t MostLooked = 4096;
+        const std::size_t stride = lonely.size() / MostLooked + 1;
+        std::size_t looked = 0;
+        std::size_t beside = 0;
+        for (std::size_t i = 0; i < lonely.size(); i += stride, ++looked)
+            beside += std::size_t(groundsOf(mixes[lonely[i]]).count > 0);
+        return beside * 10 >= looked * 9;
+    }
     /// Adds the colours of lines that are nowhere covered whole: those ridges that explain most of
     /// what is not explained.
     void addLineColors() {
         // Where most pixels are strange they are no lines but a photograph.
         constexpr std::size_t MostTried = 1024;
         constexpr int FewestPixels = 3;
-        const std::size_t most = options.noise > 0 ? 2 : 8;
+        const std::size_t most = options.noise > 0 || areBesideGrounds() ? 2 : 8;
         if (lonely.size() > labels.labels.size() / most)
             return;
         constexpr int MostAdded = 16;

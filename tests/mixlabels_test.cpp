@@ -145,6 +145,23 @@ TEST(MixLabels, LineOfAnUnknownColourBringsIt) {
     EXPECT_EQ(labelPixels(viewOf(image), {White}, fixed).palette.size(), 1U);
 }
 
+TEST(MixLabels, ThinLinesThatTakeMuchOfTheImageBringTheirColour) {
+    // A quarter of the image, and hardly a pixel of it whole.
+    QImage image = ground(60, 60, White);
+    paint(image, Red, [](double x, double y) {
+        const double along = x + y / 3.0;
+        return along - 6.0 * std::floor(along / 6.0) < 1.3;
+    });
+    const LabelImage labels = labelPixels(viewOf(image), {White}, {});
+    ASSERT_EQ(labels.palette.size(), 2U);
+    EXPECT_EQ(labels.plainColors, 2U) << "no group of similar colours";
+    std::size_t colored = 0;
+    for (const std::uint16_t label : labels.labels)
+        colored += label;
+    EXPECT_GT(colored, labels.labels.size() / 8);
+    EXPECT_LT(colored, labels.labels.size() / 3);
+}
+
 TEST(MixLabels, NoiseNeitherHidesAreasNorMakesThem) {
     QImage image = ground(40, 30, White);
     paint(image, Grey, [](double x, double y) { return x > 9.4 && x < 25.7 && y > 8 && y < 20; });
