@@ -11,9 +11,12 @@
 #include <QNativeGestureEvent>
 #include <QPointingDevice>
 #include <QSignalSpy>
+#include <QStyle>
+#include <QStyleFactory>
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 
 namespace {
 
@@ -180,6 +183,9 @@ void ViewerCanvasTest::viewsLookAsTheyDid_data() {
 /// The kept pictures are made anew with OVTRACE_UPDATE_GOLDEN set.
 void ViewerCanvasTest::viewsLookAsTheyDid() {
     QFETCH(QString, view);
+    // In the colours of one style, whatever the system's are.
+    const std::unique_ptr<QStyle> style(QStyleFactory::create("Fusion"));
+    QApplication::setPalette(style->standardPalette());
     set("method", "outlines");
     openAndWait(sample("sprite.png"));
     find<QAction>(qPrintable("view." + view))->trigger();

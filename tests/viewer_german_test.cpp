@@ -49,6 +49,8 @@ void ViewerGermanTest::everyTextOfTheTableIsTranslated() {
 
 /// The tool that collects texts finds none that the translation does not have.
 void ViewerGermanTest::everyTextOfTheSourcesIsTranslated() {
+    if (QStringLiteral(OVTRACE_LUPDATE).isEmpty())
+        QSKIP("The tool is not there where another system's program is tested.");
     const QString collected = folder->filePath("ovtraceview_de.ts");
     QVERIFY(
         QFile::copy(QStringLiteral(OVTRACE_VIEWER "/translations/ovtraceview_de.ts"), collected));

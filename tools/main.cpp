@@ -11,11 +11,11 @@
 #include <drawing/files/filename.h>
 #include <drawing/files/resultfile.h>
 #include <drawing/input.h>
+#include <drawing/programsetup.h>
 #include <drawing/settingsfile.h>
 #include <drawing/writers/formats.h>
 
 #include <QCoreApplication>
-#include <QImageReader>
 
 #include <cstdio>
 #include <exception>
@@ -30,9 +30,6 @@
 #endif
 
 namespace {
-
-/// The program's own limits take the place of the library's, which refuses 32 megapixels.
-constexpr int NoAllocationLimit = 0;
 
 int fail(const char* message, int status) {
     std::fprintf(stderr, "ovtrace: %s\n", message);
@@ -137,11 +134,11 @@ int main(int argc, char* argv[]) {
     std::signal(SIGXFSZ, SIG_IGN);
 #endif
     endCleanlyOnSignals();
+    setUpProgram();
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName("ovtrace");
     QCoreApplication::setApplicationVersion(OVTRACE_VERSION);
     qInstallMessageHandler(showErrorsAlone);
-    QImageReader::setAllocationLimit(NoAllocationLimit);
     const QStringList words = wordsOf(argc, argv);
     if (words.size() != 2 || words[1] != WorkerFlag)
         return attempt(words, false);

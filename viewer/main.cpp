@@ -2,14 +2,16 @@
 
 #include "mainwindow.h"
 
+#include <drawing/programsetup.h>
+
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QIcon>
-#include <QImageReader>
 #include <QLibraryInfo>
 #include <QTranslator>
 
 int main(int argc, char* argv[]) {
+    setUpProgram();
     QApplication application(argc, argv);
     QApplication::setOrganizationDomain("korvid.example");
     QApplication::setOrganizationName("KORVID");
@@ -18,7 +20,6 @@ int main(int argc, char* argv[]) {
     QApplication::setApplicationVersion(OVTRACE_VERSION);
     QApplication::setDesktopFileName("ovtraceview");
     QApplication::setWindowIcon(QIcon(":/ovtraceview.svg"));
-    QImageReader::setAllocationLimit(0); // the program's own limits take its place
 
     QTranslator ofQt;
     if (ofQt.load(QLocale(), "qtbase", "_", QLibraryInfo::path(QLibraryInfo::TranslationsPath)))

@@ -113,6 +113,7 @@ void MainWindow::makePanels() {
     statusBar()->addWidget(pointerText, 1);
     statusBar()->addPermanentWidget(zoomText);
     page = new QSpinBox(this);
+    page->setObjectName(QStringLiteral("page"));
     page->setPrefix(tr("Page "));
     page->setMinimum(1);
     page->setAccessibleName(tr("Page"));

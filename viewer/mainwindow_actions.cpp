@@ -39,6 +39,17 @@ QAction* addNamed(QWidget* owner, QMenu* menu, const QString& text, const char* 
     return action;
 }
 
+/// The name of a file, empty when none is wanted. Without an ending it gets `suffix`, before the
+/// question whether a file that exists may be replaced.
+QString askForFileToWrite(QWidget* parent, const QString& title, const QString& proposed,
+                          const QString& suffix, const QString& filter) {
+    QFileDialog dialog(parent, title, QFileInfo(proposed).path(), filter);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix(suffix);
+    dialog.selectFile(QFileInfo(proposed).fileName() + '.' + suffix);
+    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+}
+
 } // namespace
 
 void MainWindow::makeActions() {
@@ -181,9 +192,8 @@ void MainWindow::askForExport() {
     const QString base =
         doc.fileName().isEmpty() ? tr("drawing") : QFileInfo(doc.fileName()).completeBaseName();
     const QString folder = exportFolder.isEmpty() ? QFileInfo(doc.fileName()).path() : exportFolder;
-    const QString name =
-        QFileDialog::getSaveFileName(this, tr("Export"), folder + '/' + base + '.' + format,
-                                     format.toUpper() + " (*." + format + ')');
+    const QString name = askForFileToWrite(this, tr("Export"), folder + '/' + base, format,
+                                           format.toUpper() + " (*." + format + ')');
     if (name.isEmpty())
         return;
     exportFolder = QFileInfo(name).path();
@@ -206,8 +216,8 @@ void MainWindow::loadSettingsFrom(const QString& fileName) {
 }
 
 void MainWindow::saveSettings() {
-    const QString name = QFileDialog::getSaveFileName(
-        this, tr("Save settings"), exportFolder + "/settings.json", tr("Settings (*.json)"));
+    const QString name = askForFileToWrite(this, tr("Save settings"), exportFolder + "/settings",
+                                           "json", tr("Settings (*.json)"));
     if (name.isEmpty())
         return;
     try {

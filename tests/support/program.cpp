@@ -5,8 +5,9 @@
 #include <QProcess>
 
 ProgramResult runProgram(const QString& program, const QStringList& arguments,
-                         const QByteArray& input) {
+                         const QByteArray& input, const QString& folder) {
     QProcess process;
+    process.setWorkingDirectory(folder);
     process.start(program, arguments);
     process.write(input);
     process.closeWriteChannel();
@@ -15,8 +16,8 @@ ProgramResult runProgram(const QString& program, const QStringList& arguments,
     return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
 }
 
-ProgramResult run(const QStringList& arguments, const QByteArray& input) {
-    return runProgram(OVTRACE_PROGRAM, arguments, input);
+ProgramResult run(const QStringList& arguments, const QByteArray& input, const QString& folder) {
+    return runProgram(OVTRACE_PROGRAM, arguments, input, folder);
 }
 
 QString sample(const QString& name) {

@@ -15,11 +15,12 @@ struct ProgramResult {
     QByteArray errors;
 };
 
-/// Runs a program to its end; `input` is its standard input.
+/// Runs a program to its end; `input` is its standard input. Without a folder it runs in this one.
 ProgramResult runProgram(const QString& program, const QStringList& arguments,
-                         const QByteArray& input = {});
+                         const QByteArray& input = {}, const QString& folder = {});
 /// Runs ovtrace.
-ProgramResult run(const QStringList& arguments, const QByteArray& input = {});
+ProgramResult run(const QStringList& arguments, const QByteArray& input = {},
+                  const QString& folder = {});
 
 /// The path of a sample image.
 QString sample(const QString& name);

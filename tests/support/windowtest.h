@@ -2,6 +2,7 @@
 
 #include "program.h"
 
+#include <drawing/programsetup.h>
 #include <viewer/mainwindow.h>
 #include <viewer/messagebar.h>
 
@@ -17,10 +18,17 @@
 class WindowTest : public QObject {
     Q_OBJECT
 
+public:
+    /// Before there is an application.
+    static void initMain() {
+        setUpProgram();
+    }
+
 private slots:
     void init() {
         folder = std::make_unique<QTemporaryDir>();
-        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder->path());
+        QSettings::setDefaultFormat(QSettings::IniFormat); // Windows has its own in one place
+        QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, folder->path());
         QSettings().clear();
         window = std::make_unique<MainWindow>();
         window->resize(1000, 700);
