@@ -2,6 +2,8 @@
 
 #include "clusters.h"
 #include "colorcounts.h"
+#include "linelabels.h"
+#include "mix.h"
 #include "mixing.h"
 
 #include <algorithm>
@@ -11,21 +13,6 @@
 namespace ovtrace {
 namespace {
 
-constexpr std::uint16_t Unknown = 65535;
-
-/// A pixel that has no palette colour: a share `t` of `b`, the rest of `a`.
-struct Mix {
-    int x;
-    int y;
-    std::uint16_t a = Unknown;
-    std::uint16_t b = Unknown;
-    float t = 0.0F;
-
-    std::uint16_t label() const {
-        return t > 0.5F && b != Unknown ? b : a;
-    }
-};
-
 /// The different labels of the known pixels around a place, the nearest first.
 struct Neighbours {
     static constexpr int Most = 6;
@@ -33,7 +20,7 @@ struct Neighbours {
     int count = 0;
 
     void add(std::uint16_t added) {
-        if (added == Unknown || count == Most)
+        if (added == UnknownLabel || count == Most)
             return;
         if (std::find(label.begin(), label.begin() + count, added) == label.begin() + count)
             label[static_cast<std::size_t>(count++)] = added;
@@ -42,16 +29,6 @@ struct Neighbours {
         return label[static_cast<std::size_t>(i)];
     }
 };
-
-struct Offset {
-    int x;
-    int y;
-};
-// By distance; among equal ones in raster order.
-constexpr std::array<Offset, 24> Around{{{0, -1},  {-1, 0}, {1, 0},   {0, 1},  {-1, -1}, {1, -1},
-                                         {-1, 1},  {1, 1},  {0, -2},  {-2, 0}, {2, 0},   {0, 2},
-                                         {-1, -2}, {1, -2}, {-2, -1}, {2, -1}, {-2, 1},  {2, 1},
-                                         {-1, 2},  {1, 2},  {-2, -2}, {2, -2}, {-2, 2},  {2, 2}}};
 
 /// Which palette colour a pixel in a plain area has: exactly or, with noise, the nearest within it.
 class KnownColors {
@@ -64,16 +41,16 @@ public:
         const std::size_t found = places.find(color);
         if (found < palette.size())
             return static_cast<std::uint16_t>(found);
-        return noise > 0 ? nearest(color) : Unknown;
+        return noise > 0 ? nearest(color) : UnknownLabel;
     }
 
 private:
     std::uint16_t nearest(QRgb color) const {
-        std::uint16_t best = Unknown;
+        std::uint16_t best = UnknownLabel;
         int least = noise;
         for (std::size_t k = 0; k < palette.size(); ++k) {
             const int apart = farthestChannel(color, palette[k]);
-            if (apart > least || (apart == least && best != Unknown))
+            if (apart > least || (apart == least && best != UnknownLabel))
                 continue;
             least = apart;
             best = static_cast<std::uint16_t>(k);
@@ -114,7 +91,7 @@ public:
         labelStrange();
         for (const Mix& mix : mixes)
             labels.row(mix.y)[mix.x] = mix.label();
-        keepRidges();
+        keepLines();
         return std::move(labels);
     }
 
@@ -134,14 +111,14 @@ private:
         for (int y = 0; y < image.height; ++y) {
             const std::uint16_t* row = labels.row(y);
             for (int x = 0; x < image.width; ++x) {
-                if (row[x] == Unknown)
+                if (row[x] == UnknownLabel)
                     mixes.push_back({x, y});
             }
         }
     }
     /// A mix may be near to a third colour by chance, but hardly a block of them.
     void forgetLoneOnes() {
-        std::vector<std::uint16_t> kept(labels.labels.size(), Unknown);
+        std::vector<std::uint16_t> kept(labels.labels.size(), UnknownLabel);
         const auto width = static_cast<std::size_t>(labels.width);
         for (int y = 0; y + 1 < labels.height; ++y) {
             const std::uint16_t* row = labels.row(y);
@@ -162,14 +139,15 @@ private:
         for (int y = 0; y < labels.height; ++y) {
             for (int x = 0; x < labels.width; ++x) {
                 const std::uint16_t label = labels.at(x, y);
-                if (label != Unknown && !isInBlock(x, y, label) && isBetweenOthers(x, y, label))
+                if (label != UnknownLabel && !isInBlock(x, y, label) &&
+                    isBetweenOthers(x, y, label))
                     forgotten.push_back(static_cast<std::size_t>(y) *
                                             static_cast<std::size_t>(labels.width) +
                                         static_cast<std::size_t>(x));
             }
         }
         for (const std::size_t place : forgotten)
-            labels.labels[place] = Unknown;
+            labels.labels[place] = UnknownLabel;
     }
     bool isInBlock(int x, int y, std::uint16_t label) const {
         for (const int dy : {1, -1}) {
@@ -182,29 +160,29 @@ private:
         return false;
     }
     bool isBetweenOthers(int x, int y, std::uint16_t label) const {
-        constexpr std::array<Offset, 4> ways{{{1, 0}, {0, 1}, {1, 1}, {1, -1}}};
-        return std::any_of(ways.begin(), ways.end(), [&](Offset way) {
+        constexpr std::array<PixelOffset, 4> ways{{{1, 0}, {0, 1}, {1, 1}, {1, -1}}};
+        return std::any_of(ways.begin(), ways.end(), [&](PixelOffset way) {
             const std::uint16_t before = knownBeside(x, y, -way.x, -way.y);
             const std::uint16_t behind = knownBeside(x, y, way.x, way.y);
-            return before != Unknown && behind != Unknown && before != behind && before != label &&
-                   behind != label &&
+            return before != UnknownLabel && behind != UnknownLabel && before != behind &&
+                   before != label && behind != label &&
                    axis(before, behind).residual(colors[label]) <= options.tolerance;
         });
     }
     /// The next pixel's label on this way, or that behind it when it is a mix itself.
     std::uint16_t knownBeside(int x, int y, int dx, int dy) const {
         const std::uint16_t next = labelAt(x + dx, y + dy);
-        return next != Unknown ? next : labelAt(x + 2 * dx, y + 2 * dy);
+        return next != UnknownLabel ? next : labelAt(x + 2 * dx, y + 2 * dy);
     }
 
     std::uint16_t labelAt(int x, int y) const {
         if (x < 0 || y < 0 || x >= image.width || y >= image.height)
-            return Unknown;
+            return UnknownLabel;
         return labels.at(x, y);
     }
     Neighbours neighboursOf(int x, int y) const {
         Neighbours found;
-        for (const Offset offset : Around)
+        for (const PixelOffset offset : Around)
             found.add(labelAt(x + offset.x, y + offset.y));
         return found;
     }
@@ -229,7 +207,7 @@ private:
                 const ColorAxis way = axis(around[i], around[j]);
                 const double residual = way.residual(color, options.overshoot);
                 // Farther colours must explain it clearly better.
-                if (residual > best || (mix.b != Unknown && residual * 2.0 > best))
+                if (residual > best || (mix.b != UnknownLabel && residual * 2.0 > best))
                     continue;
                 best = residual;
                 mix.a = around[i];
@@ -237,9 +215,9 @@ private:
                 mix.t = static_cast<float>(std::clamp(way.rawPosition(color), 0.0, 1.0));
             }
         }
-        if (mix.b == Unknown && around.count >= 3)
+        if (mix.b == UnknownLabel && around.count >= 3)
             explainByThree(mix, color, around);
-        return mix.b != Unknown;
+        return mix.b != UnknownLabel;
     }
 
     /// In the middle of wide edges the colours on both sides are farther away.
@@ -256,8 +234,9 @@ private:
         for (int step = 1; step <= Widest; ++step) {
             for (std::size_t i = 0; i < 8; ++i) {
                 const std::uint16_t label =
-                    ended[i] ? Unknown : labelAt(x + step * Around[i].x, y + step * Around[i].y);
-                ended[i] = ended[i] || label != Unknown;
+                    ended[i] ? UnknownLabel
+                             : labelAt(x + step * Around[i].x, y + step * Around[i].y);
+                ended[i] = ended[i] || label != UnknownLabel;
                 found.add(label);
             }
         }
@@ -447,11 +426,11 @@ private:
     QRgb ridgeAround(const Mix& mix, std::uint16_t from) const {
         QRgb ridge = image.at(mix.x, mix.y);
         double farthest = distance(mixColor(ridge), colors[from]);
-        for (const Offset offset : Around) {
+        for (const PixelOffset offset : Around) {
             const int x = mix.x + offset.x;
             const int y = mix.y + offset.y;
             if (x < 0 || y < 0 || x >= image.width || y >= image.height ||
-                labels.at(x, y) != Unknown)
+                labels.at(x, y) != UnknownLabel)
                 continue;
             const double apart = distance(mixColor(image.at(x, y)), colors[from]);
             if (apart > farthest) {
@@ -476,9 +455,9 @@ private:
     bool explainByFar(Mix& mix) const {
         const MixColor color = mixColor(image.at(mix.x, mix.y));
         const Neighbours around = groundsOf(mix);
-        for (int i = 0; i < around.count && mix.b == Unknown; ++i)
+        for (int i = 0; i < around.count && mix.b == UnknownLabel; ++i)
             explainFrom(mix, color, around[i]);
-        if (mix.b != Unknown)
+        if (mix.b != UnknownLabel)
             return true;
         // Of more colours the nearest ones: what is farther away is seldom beside a line.
         constexpr int Nearest = 3;
@@ -488,7 +467,7 @@ private:
             for (int i = 0; i < j; ++i)
                 explainBetween(mix, color, {around[i], around[j]}, best);
         }
-        return mix.b != Unknown;
+        return mix.b != UnknownLabel;
     }
     /// What three colours explain around a place.
     struct Reach {
@@ -525,7 +504,7 @@ private:
         for (int y = std::max(mix.y - 1, 0); y <= std::min(mix.y + 1, image.height - 1); ++y) {
             for (int x = std::max(mix.x - 1, 0); x <= std::min(mix.x + 1, image.width - 1); ++x) {
                 double tolerance = options.tolerance;
-                if (labels.at(x, y) != Unknown)
+                if (labels.at(x, y) != UnknownLabel)
                     continue;
                 const auto shares = sharesOf(mixColor(image.at(x, y)), way, tolerance);
                 if (!shares)
@@ -565,112 +544,14 @@ private:
         return static_cast<std::uint16_t>(best);
     }
 
-    /// Gives a mix the other colour where the pixels around it never reach that colour whole and it
-    /// is above the middle of what they reach.
-    void keepRidges() {
+    void keepLines() {
+        const LineLabels lines(image, options, labels.palette);
         std::vector<std::uint16_t> kept(mixes.size());
         for (std::size_t i = 0; i < mixes.size(); ++i)
-            kept[i] = ridgeLabel(mixes[i]);
+            kept[i] = lines.labelOf(mixes[i]);
         for (std::size_t i = 0; i < mixes.size(); ++i)
             labels.row(mixes[i].y)[mixes[i].x] = kept[i];
     }
-    std::uint16_t ridgeLabel(const Mix& mix) const {
-        if (mix.a == mix.b || mix.b == Unknown)
-            return mix.a;
-        const ColorAxis way = axis(mix.a, mix.b);
-        auto least = static_cast<double>(mix.t);
-        double most = least;
-        bool isBesideOthers = false;
-        // Blurred edges are wider.
-        const std::size_t reach = options.noise > 0 ? Around.size() : 8;
-        for (std::size_t i = 0; i < reach; ++i) {
-            const Offset offset = Around[i];
-            const int x = mix.x + offset.x;
-            const int y = mix.y + offset.y;
-            if (x < 0 || y < 0 || x >= image.width || y >= image.height)
-                continue;
-            const MixColor color = mixColor(image.at(x, y));
-            if (way.residual(color) > options.tolerance) {
-                isBesideOthers = true;
-                continue;
-            }
-            const double t = std::clamp(way.rawPosition(color), 0.0, 1.0);
-            least = std::min(least, t);
-            most = std::max(most, t);
-        }
-        // What is as faint as this beside a mix of other colours may be one of these, too.
-        constexpr double Faint = 3.0;
-        constexpr double Clear = 3.0;
-        const double doubt =
-            std::max(Clear * options.noise, isBesideOthers ? Faint * options.tolerance : 0.0) *
-            way.step();
-        const double above = static_cast<double>(mix.t) - middleOf(least, most, doubt);
-        if (options.noise == 0) {
-            // Half of each along a row or a column is the rarer one's: thin parts hold together.
-            // So do those that wider ones beside them outshine.
-            if (std::fabs(above) <= way.step() && equalsNeighbour(mix.x, mix.y))
-                return std::max(mix.a, mix.b);
-            if (isRidge(mix, way, above <= 0.0))
-                return above <= 0.0 ? mix.b : mix.a;
-        }
-        return above > 0.0 ? mix.b : mix.a;
-    }
-    bool equalsNeighbour(int x, int y) const {
-        const QRgb color = image.at(x, y);
-        return (x > 0 && image.at(x - 1, y) == color) ||
-               (x + 1 < image.width && image.at(x + 1, y) == color) ||
-               (y > 0 && image.at(x, y - 1) == color) ||
-               (y + 1 < image.height && image.at(x, y + 1) == color);
-    }
-    /// Whether a line of the second colour, or of the first, passes through: across it the shares
-    /// fall to half of what this pixel has, along it they go on both ways.
-    bool isRidge(const Mix& mix, const ColorAxis& way, bool ofSecond) const {
-        constexpr double Unrelated = -1.0;
-        const auto share = [&](int dx, int dy) {
-            const int x = mix.x + dx;
-            const int y = mix.y + dy;
-            if (x < 0 || y < 0 || x >= image.width || y >= image.height)
-                return Unrelated;
-            const MixColor color = mixColor(image.at(x, y));
-            if (way.residual(color) > options.tolerance)
-                return Unrelated;
-            const double t = std::clamp(way.rawPosition(color), 0.0, 1.0);
-            return ofSecond ? t : 1.0 - t;
-        };
-        constexpr double Faint = 0.1;
-        const double here = share(0, 0);
-        if (here < Faint)
-            return false;
-        const auto falls = [&](int dx, int dy) {
-            const double next = share(dx, dy);
-            const double beyond = share(2 * dx, 2 * dy);
-            return next >= 0.0 && next <= here &&
-                   (next <= here / 2.0 || (beyond >= 0.0 && beyond <= here / 2.0));
-        };
-        const auto nextAlong = [&](int dx, int dy) {
-            const bool isDiagonal = dx != 0 && dy != 0;
-            return std::max({share(dx, dy), isDiagonal ? share(dx, 0) : share(dx + dy, dy + dx),
-                             isDiagonal ? share(0, dy) : share(dx - dy, dy - dx)});
-        };
-        // Where it is much less than on both sides, two ends are near to each other.
-        constexpr double Nearly = 0.75;
-        const auto isAlong = [&](double one, double other) {
-            return std::min(one, other) >= Nearly * here && std::min(one, other) <= 2.0 * here;
-        };
-        constexpr std::array<Offset, 4> across{{{1, 0}, {0, 1}, {1, 1}, {1, -1}}};
-        return std::any_of(across.begin(), across.end(), [&](Offset n) {
-            return falls(n.x, n.y) && falls(-n.x, -n.y) &&
-                   isAlong(nextAlong(-n.y, n.x), nextAlong(n.y, -n.x));
-        });
-    }
-    /// The share from which on a pixel belongs to the second colour, of those from `least` to
-    /// `most` around it. Shares within `doubt` of one of the two are no line.
-    static double middleOf(double least, double most, double doubt) {
-        if (most < doubt || least > 1.0 - doubt)
-            return 0.5;
-        return (least + most) / 2.0;
-    }
-
     const PixelView& image;
     const MixOptions& options;
     LabelImage labels;
