@@ -24,6 +24,7 @@ void serveJobs(const std::function<int(const QStringList& words)>& attempt) {
     for (std::string line; std::getline(std::cin, line);) {
         const int status = attempt(unpackedWords(QByteArray::fromStdString(line)));
         std::fputc(EndMark, stderr);
+        std::fflush(stderr); // Windows keeps what goes to a pipe
         std::printf("%c%d\n", EndMark, status);
         std::fflush(stdout);
     }

@@ -13,7 +13,9 @@ ProgramResult runProgram(const QString& program, const QStringList& arguments,
     process.closeWriteChannel();
     EXPECT_TRUE(process.waitForFinished(300000));
     EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
-    return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
+    // What is said to people has the line ends of the system.
+    return {process.exitCode(), process.readAllStandardOutput(),
+            process.readAllStandardError().replace("\r\n", "\n")};
 }
 
 ProgramResult run(const QStringList& arguments, const QByteArray& input, const QString& folder) {
