@@ -238,7 +238,7 @@ private:
         gap.ends[1].at = to;
         if (carrier.isLine() && dot(to - from, carrier.direction) < 0.0)
             return true;
-        return std::ranges::none_of(pointsAlong(gap, 0.5), [&](Point p) {
+        return std::ranges::none_of(placesAlong(gap, 0.5), [&](Point p) {
             return inkBeside(ink, p, directionAt(carrier, p)) < Continuous * peak;
         });
     }
@@ -354,17 +354,14 @@ void dropExplained(std::vector<Stroke>& strokes, Pace& pace) {
         Stroke& stroke = strokes[static_cast<std::size_t>(i)];
         if (stroke.closed)
             continue;
-        bool explained = true;
-        const std::vector<Point> points = pointsAlong(stroke, 1.0);
-        for (std::size_t k = 0; k < points.size() && explained; ++k) {
-            grid.near(points[k], stroke.width, near);
-            explained = std::any_of(near.begin(), near.end(), [&](int j) {
+        stroke.dropped = std::ranges::all_of(placesAlong(stroke, 1.0), [&](Point place) {
+            grid.near(place, stroke.width, near);
+            return std::ranges::any_of(near, [&](int j) {
                 const Stroke& other = strokes[static_cast<std::size_t>(j)];
                 return j != i && !other.dropped && lengthOf(other) > length &&
-                       liesIn(points[k], stroke.width, other);
+                       liesIn(place, stroke.width, other);
             });
-        }
-        stroke.dropped = explained;
+        });
     }
 }
 

@@ -76,37 +76,30 @@ double lengthOf(const Stroke& stroke) {
     return placeAlong(stroke, stroke.finish());
 }
 
-namespace {
-
-std::vector<Point> pointsAlong(const Ellipse& ellipse, double step) {
-    const int count = std::max(1, static_cast<int>(circumferenceOf(ellipse) / (4.0 * step)));
-    std::vector<Point> points;
-    points.reserve(4 * static_cast<std::size_t>(count) + 1);
-    for (int k = 0; k <= 4 * count; ++k)
-        points.push_back(ellipse.at(k / count % 4, static_cast<double>(k % count) / count));
-    return points;
+Walk::Walk(const Stroke& stroke, double step) : stroke(stroke), length(lengthOf(stroke)) {
+    constexpr double Most = 1e8; // which an int can hold, even four times
+    // Each quarter of an ellipse has the same number of steps.
+    const int parts = stroke.ellipse ? 4 : 1;
+    steps = parts * static_cast<int>(std::min(std::max(1.0, length / (parts * step)), Most));
 }
 
-} // namespace
+Point Walk::at(int k) const {
+    if (stroke.ellipse) {
+        const int ofQuarter = steps / 4;
+        return stroke.ellipse->at(k / ofQuarter % 4,
+                                  static_cast<double>(k % ofQuarter) / ofQuarter);
+    }
+    const Carrier& c = stroke.carrier;
+    const Point start = stroke.closed ? c.at + Point{c.radius, 0.0} : stroke.start();
+    if (c.isLine())
+        return start + (stroke.finish() - start) * (static_cast<double>(k) / steps);
+    const double angle = c.turn * length * k / (steps * c.radius);
+    return c.at + turnedBy(start - c.at, angle);
+}
 
 std::vector<Point> pointsAlong(const Stroke& stroke, double step) {
-    if (stroke.ellipse)
-        return pointsAlong(*stroke.ellipse, step);
-    const double length = lengthOf(stroke);
-    const int count = std::max(1, static_cast<int>(length / step));
-    std::vector<Point> points;
-    points.reserve(static_cast<std::size_t>(count) + 1);
-    const Point start =
-        stroke.closed ? stroke.carrier.at + Point{stroke.carrier.radius, 0.0} : stroke.start();
-    for (int k = 0; k <= count; ++k) {
-        if (stroke.carrier.isLine()) {
-            points.push_back(start + (stroke.finish() - start) * (static_cast<double>(k) / count));
-            continue;
-        }
-        const double angle = stroke.carrier.turn * length * k / (count * stroke.carrier.radius);
-        points.push_back(stroke.carrier.at + turnedBy(start - stroke.carrier.at, angle));
-    }
-    return points;
+    const auto places = placesAlong(stroke, step);
+    return {places.begin(), places.end()};
 }
 
 Point outwardAt(const Stroke& stroke, int end) {

@@ -7,6 +7,7 @@
 
 #include <array>
 #include <optional>
+#include <ranges>
 #include <vector>
 
 namespace ovtrace {
@@ -55,7 +56,33 @@ double lengthOf(const Stroke& stroke);
 /// Once around the circle of an arc, in pixels.
 double circumferenceOf(const Stroke& arc);
 
-/// Points along the stroke about `step` apart, ends included.
+/// The way along a stroke in steps of about `step`, ends included.
+class Walk {
+public:
+    Walk(const Stroke& stroke, double step);
+
+    /// Steps from end to end.
+    [[nodiscard]] int count() const {
+        return steps;
+    }
+    /// The place after k steps.
+    [[nodiscard]] Point at(int k) const;
+
+private:
+    const Stroke& stroke;
+    double length;
+    int steps;
+};
+
+/// The places of a walk, found one by one: the way between two ends that have passed each other on
+/// a flat arc goes all around it, and has millions.
+inline auto placesAlong(const Stroke& stroke, double step) {
+    const Walk walk(stroke, step);
+    return std::views::iota(0, walk.count() + 1) |
+           std::views::transform([walk](int k) { return walk.at(k); });
+}
+
+/// All of them.
 std::vector<Point> pointsAlong(const Stroke& stroke, double step);
 
 /// The direction in which the stroke leaves its end: outward.
