@@ -1,17 +1,19 @@
 // How fast the window is: from a change of a setting to its result, how long the main thread is
 // held meanwhile, and how many frames a second zooming and panning have.
 //
-//     QT_QPA_PLATFORM=offscreen viewer_bench PHOTO
+//     QT_QPA_PLATFORM=offscreen viewer_bench IMAGE...
 
 #include <viewer/canvas.h>
 #include <viewer/mainwindow.h>
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QFileInfo>
 #include <QImage>
 #include <QTimer>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdio>
 #include <ctime>
@@ -19,6 +21,15 @@
 #include <vector>
 
 namespace {
+
+/// A method, and a setting of it to change.
+struct Change {
+    const char* method;
+    const char* key;
+};
+constexpr Change OutlinesChange{"outlines", "pathomit"};
+constexpr std::array<Change, 3> AllChanges{
+    {OutlinesChange, {"regions", "speck"}, {"centerlines", "speckarea"}}};
 
 constexpr int Changes = 7;
 constexpr int Frames = 200;
@@ -105,7 +116,7 @@ QImage squares(int count) {
     return image;
 }
 
-void measureChanges(const char* name, MainWindow& window) {
+void measureChanges(const QString& name, const Change& change, MainWindow& window) {
     Document& document = window.document();
     waitForResult(document);
     std::vector<double> times;
@@ -113,8 +124,8 @@ void measureChanges(const char* name, MainWindow& window) {
     watch.start();
     for (int i = 0; i < Changes; ++i) {
         JobSettings settings = document.settings();
-        settings.set("method", "outlines");
-        settings.set("pathomit", 8.0 + i % 2);
+        settings.set("method", change.method);
+        settings.set(change.key, 8.0 + i % 2);
         QElapsedTimer clock;
         clock.start();
         document.change(settings, "bench");
@@ -123,10 +134,10 @@ void measureChanges(const char* name, MainWindow& window) {
     }
     std::sort(times.begin(), times.end());
     std::printf(
-        "%-28s change to result %8.1f ms (median of %d); main thread held at most %6.1f ms, "
+        "%-28s %-11s change to result %8.1f ms (median of %d); main thread held at most %6.1f ms, "
         "of which it worked %6.1f ms\n",
-        name, times[times.size() / 2], Changes, watch.longestMilliseconds(),
-        watch.longestWorkMilliseconds());
+        qPrintable(name), change.method, times[times.size() / 2], Changes,
+        watch.longestMilliseconds(), watch.longestWorkMilliseconds());
 }
 
 void measureFrames(MainWindow& window) {
@@ -163,14 +174,16 @@ int main(int argc, char* argv[]) {
     MainWindow window;
     window.resize(1280, 800);
     window.show();
-    if (argc > 1) {
-        window.open(QString::fromLocal8Bit(argv[1]));
-        measureChanges("photo", window);
+    for (int i = 1; i < argc; ++i) {
+        const QString image = QString::fromLocal8Bit(argv[i]);
+        window.open(image);
+        for (const Change& change : AllChanges)
+            measureChanges(QFileInfo(image).fileName(), change, window);
     }
     window.document().open(noise(1000, 1000));
-    measureChanges("noise of 1 megapixel", window);
+    measureChanges("noise of 1 megapixel", OutlinesChange, window);
     window.document().open(squares(100000));
-    measureChanges("100,000 squares", window);
+    measureChanges("100,000 squares", OutlinesChange, window);
     measureFrames(window);
     return 0;
 }
