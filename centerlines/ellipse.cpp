@@ -1,16 +1,16 @@
 #include "ellipse.h"
 
+#include "shapes/linearsystem.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <utility>
 
 namespace ovtrace {
 namespace {
 
 constexpr double Pi = 3.14159265358979323846;
 constexpr std::size_t Unknowns = 5;
-using Row = std::array<double, Unknowns + 1>;
 
 /// A conic whose squares sum to 1: (1+g)/2 x^2 + b xy + (1-g)/2 y^2 + d x + e y + f = 0, which
 /// every ellipse can be.
@@ -30,45 +30,24 @@ struct Conic {
     }
 };
 
-/// Solves the equations by elimination with pivots; false where they determine nothing.
-bool solve(std::array<Row, Unknowns>& rows) {
-    for (std::size_t k = 0; k < Unknowns; ++k) {
-        std::size_t pivot = k;
-        for (std::size_t i = k + 1; i < Unknowns; ++i)
-            if (std::abs(rows[i][k]) > std::abs(rows[pivot][k]))
-                pivot = i;
-        if (!(std::abs(rows[pivot][k]) > 1e-12))
-            return false;
-        std::swap(rows[k], rows[pivot]);
-        for (std::size_t i = 0; i < Unknowns; ++i) {
-            if (i == k)
-                continue;
-            const double factor = rows[i][k] / rows[k][k];
-            for (std::size_t j = k; j <= Unknowns; ++j)
-                rows[i][j] -= factor * rows[k][j];
-        }
-    }
-    for (std::size_t k = 0; k < Unknowns; ++k)
-        rows[k][Unknowns] /= rows[k][k];
-    return true;
-}
-
 /// The conic with the least weighted squares of its values.
 std::optional<Conic> leastSquares(const std::vector<Point>& points,
                                   const std::vector<double>& weights) {
-    std::array<Row, Unknowns> rows{};
+    LinearSystem<Unknowns> rows{};
     for (std::size_t n = 0; n < points.size(); ++n) {
         const Point p = points[n];
-        const Row row{(p.x * p.x - p.y * p.y) / 2.0, p.x * p.y, p.x, p.y, 1.0,
-                      -(p.x * p.x + p.y * p.y) / 2.0};
+        const std::array<double, Unknowns + 1> row{
+            (p.x * p.x - p.y * p.y) / 2.0, p.x * p.y, p.x, p.y, 1.0,
+            -(p.x * p.x + p.y * p.y) / 2.0};
         for (std::size_t i = 0; i < Unknowns; ++i)
             for (std::size_t j = 0; j <= Unknowns; ++j)
                 rows[i][j] += weights[n] * row[i] * row[j];
     }
-    for (Row& row : rows)
+    for (auto& row : rows)
         for (double& v : row)
             v /= static_cast<double>(points.size());
-    if (!solve(rows))
+    constexpr double Least = 1e-12; // of places about 1 from their middle
+    if (!solve<Unknowns>(rows, Least))
         return std::nullopt;
     const double g = rows[0][Unknowns];
     return Conic{(1.0 + g) / 2.0,   rows[1][Unknowns], (1.0 - g) / 2.0,

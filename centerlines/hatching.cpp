@@ -234,7 +234,7 @@ private:
     bool isExplained(const Stroke& stroke, const Stroke& other) {
         if (other.closed || other.hatch || lengthOf(other) > lengthOf(stroke) + 2.0 * stroke.width)
             return false;
-        return std::ranges::all_of(placesAlong(other, 1.0), [&](Point p) {
+        return allAlong(other, 1.0, [&](Point p) {
             return std::abs(signedDistance(stroke.carrier, p)) <= stroke.width / 2.0 + 0.75 ||
                    isInFrame(p);
         });

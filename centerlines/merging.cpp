@@ -238,8 +238,8 @@ private:
         gap.ends[1].at = to;
         if (carrier.isLine() && dot(to - from, carrier.direction) < 0.0)
             return true;
-        return std::ranges::none_of(placesAlong(gap, 0.5), [&](Point p) {
-            return inkBeside(ink, p, directionAt(carrier, p)) < Continuous * peak;
+        return allAlong(gap, 0.5, [&](Point p) {
+            return inkBeside(ink, p, directionAt(carrier, p)) >= Continuous * peak;
         });
     }
 
@@ -354,7 +354,7 @@ void dropExplained(std::vector<Stroke>& strokes, Pace& pace) {
         Stroke& stroke = strokes[static_cast<std::size_t>(i)];
         if (stroke.closed)
             continue;
-        stroke.dropped = std::ranges::all_of(placesAlong(stroke, 1.0), [&](Point place) {
+        stroke.dropped = allAlong(stroke, 1.0, [&](Point place) {
             grid.near(place, stroke.width, near);
             return std::ranges::any_of(near, [&](int j) {
                 const Stroke& other = strokes[static_cast<std::size_t>(j)];

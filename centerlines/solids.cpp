@@ -102,12 +102,18 @@ private:
     /// distances: first where most is left of a circle.
     void fillCircles(Candidate& area) {
         std::array<std::vector<std::size_t>, 256> left;
-        for (const std::size_t i : area.pixels)
+        std::array<std::size_t, 256> own{};
+        for (const std::size_t i : area.pixels) {
             left[distance[i]].push_back(i);
+            ++own[distance[i]];
+        }
         for (std::size_t rest = left.size(); --rest > 0;)
-            for (const std::size_t from : left[rest]) {
+            for (std::size_t n = 0; n < left[rest].size(); ++n) {
+                const std::size_t from = left[rest][n];
                 if (mask.values[from] == InkMask::Ink)
                     take(area, from);
+                else if (n >= own[rest])
+                    continue; // met from where more is left
                 forNeighbors(from, true, [&](std::size_t i, std::size_t step) {
                     if (rest > step)
                         left[rest - step].push_back(i);

@@ -98,8 +98,11 @@ Point Walk::at(int k) const {
 }
 
 std::vector<Point> pointsAlong(const Stroke& stroke, double step) {
-    const auto places = placesAlong(stroke, step);
-    return {places.begin(), places.end()};
+    const Walk walk(stroke, step);
+    std::vector<Point> places;
+    for (int k = 0; k <= walk.count(); ++k)
+        places.push_back(walk.at(k));
+    return places;
 }
 
 Point outwardAt(const Stroke& stroke, int end) {

@@ -7,7 +7,6 @@
 
 #include <array>
 #include <optional>
-#include <ranges>
 #include <vector>
 
 namespace ovtrace {
@@ -74,15 +73,18 @@ private:
     int steps;
 };
 
-/// The places of a walk, found one by one: the way between two ends that have passed each other on
-/// a flat arc goes all around it, and has millions.
-inline auto placesAlong(const Stroke& stroke, double step) {
+/// Whether `holds(place)` is true of each place of a walk; none is found after the first of which
+/// it is not: the way between two ends that have passed each other on a flat arc goes all around
+/// it, and has millions.
+template <class Predicate> bool allAlong(const Stroke& stroke, double step, Predicate holds) {
     const Walk walk(stroke, step);
-    return std::views::iota(0, walk.count() + 1) |
-           std::views::transform([walk](int k) { return walk.at(k); });
+    for (int k = 0; k <= walk.count(); ++k)
+        if (!holds(walk.at(k)))
+            return false;
+    return true;
 }
 
-/// All of them.
+/// All places of a walk.
 std::vector<Point> pointsAlong(const Stroke& stroke, double step);
 
 /// The direction in which the stroke leaves its end: outward.

@@ -167,27 +167,39 @@ bool isBeside(const Member& a, const InkComponent& ca, const Member& b, const In
     return std::max(a.size, b.size) <= size * 3 / 2 && gapBetween(ca, cb) <= GapOfSize * size;
 }
 
-/// Calls `visit` with each two members that stand side by side, the complex one first where only
-/// one is.
+/// Calls `visit` with each two members, and their components, that no gap between the largest
+/// characters parts on the way from left to right.
 template <typename Visit>
-void forEachPair(std::vector<Member>& members, const InkComponents& components, double largest,
-                 Visit visit) {
+void forEachNearPair(const std::vector<Member>& members, const InkComponents& components,
+                     double largest, Visit visit) {
     for (std::size_t i = 0; i < members.size(); ++i) {
         const InkComponent& a = components.components[members[i].component];
         for (std::size_t j = i + 1; j < members.size(); ++j) {
             const InkComponent& b = components.components[members[j].component];
             if (b.left > a.right + GapOfSize * largest)
                 break;
+            visit(i, a, j, b);
+        }
+    }
+}
+
+/// Calls `visit` with each two members that stand side by side, the complex one first where only
+/// one is.
+template <typename Visit>
+void forEachPair(std::vector<Member>& members, const InkComponents& components, double largest,
+                 Visit visit) {
+    forEachNearPair(
+        members, components, largest,
+        [&](std::size_t i, const InkComponent& a, std::size_t j, const InkComponent& b) {
             if (members[i].joined || members[j].joined ||
                 (!isComplex(members[i]) && !isComplex(members[j])) ||
                 !isBeside(members[i], a, members[j], b))
-                continue;
+                return;
             if (isComplex(members[i]))
                 visit(i, j);
             else
                 visit(j, i);
-        }
-    }
+        });
 }
 
 /// Complex members side by side are one group.
@@ -270,19 +282,15 @@ bool isInLine(const InkComponent& a, const InkComponent& b, bool upright) {
 std::vector<Neighbors> findNeighbors(const std::vector<Member>& members,
                                      const InkComponents& components, double largest) {
     std::vector<Neighbors> found;
-    for (std::size_t i = 0; i < members.size(); ++i) {
-        const InkComponent& a = components.components[members[i].component];
-        for (std::size_t j = i + 1; j < members.size(); ++j) {
-            const InkComponent& b = components.components[members[j].component];
-            if (b.left > a.right + GapOfSize * largest)
-                break;
+    forEachNearPair(
+        members, components, largest,
+        [&](std::size_t i, const InkComponent& a, std::size_t j, const InkComponent& b) {
             if (gapBetween(a, b) > GapOfSize * largest)
-                continue;
+                return;
             for (const bool upright : {false, true})
                 if (isInLine(a, b, upright))
                     found.push_back({i, j, upright});
-        }
-    }
+        });
     return found;
 }
 

@@ -190,14 +190,18 @@ private:
         std::vector<Piece>& pieces = curves[i];
         pieces = joined(chain.from < 0, f.model, f.samples, start, end);
         f.followsModel = !pieces.empty();
-        if (pieces.empty())
-            pieces = joinedPlainly(i, start, end);
+        std::vector<Sample> near;
+        if (pieces.empty() && mayJoinPlainly(f.model, f.samples)) {
+            near = places.placesOf(cracks, chain, EdgePlaces::Beside);
+            pieces = joinedPlainly(f.model, f.samples, near, start, end);
+        }
         if (pieces.empty()) {
             const std::vector<Sample> tight = tightened(f.samples);
             pieces = joined(chain.from < 0, modelOf(tight, chain.from < 0), tight, start, end);
         }
         if (pieces.empty()) {
-            const std::vector<Sample> near = places.placesOf(cracks, chain, EdgePlaces::Beside);
+            if (near.empty())
+                near = places.placesOf(cracks, chain, EdgePlaces::Beside);
             if (near.size() > LongPart)
                 joinParts(f.samples, near, start.value_or(near.front().at),
                           end.value_or(near.front().at), pieces);
@@ -214,20 +218,14 @@ private:
         f.model = {};
     }
 
-    std::vector<Piece> joinedPlainly(std::size_t i, std::optional<Point> start,
-                                     std::optional<Point> end) const {
-        const CrackChain& chain = cracks.chains[i];
-        const FittedChain& f = fitted[i];
-        return joinedPlainly(f.model, f.samples, places.placesOf(cracks, chain, EdgePlaces::Beside),
-                             start, end);
+    bool mayJoinPlainly(const ChainModel& model, std::span<const Sample> samples) const {
+        return !model.carriers.empty() && isShortAndExact(samples);
     }
     /// What many exact places support, and the places between; nothing when that does not follow
     /// the samples either.
     std::vector<Piece> joinedPlainly(const ChainModel& model, const std::vector<Sample>& samples,
                                      std::span<const Sample> near, std::optional<Point> start,
                                      std::optional<Point> end) const {
-        if (model.carriers.empty() || !isShortAndExact(samples))
-            return {};
         std::vector<Piece> pieces = joinPlainly(model, samples, near, start, end);
         if (!pieces.empty() && isContradicted(pieces, samples, model.closed))
             pieces.clear();
@@ -245,7 +243,7 @@ private:
         // Its ends lie on places of the chain, where pixels are mixed as well.
         if (!part.empty() && crossesWholePixels(part, own, true))
             part.clear();
-        if (part.empty() && samples.size() > LongPart)
+        if (part.empty() && samples.size() > LongPart && mayJoinPlainly(model, own))
             part = joinedPlainly(model, own, near, start, end);
         if (part.empty() && samples.size() <= LongPart)
             part = polygonThrough(near, false, start, end);

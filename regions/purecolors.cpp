@@ -34,20 +34,21 @@ std::vector<LikelyMix> likelyMixes(const ColorCounts& blocks) {
     std::stable_sort(order.begin(), order.end(),
                      [](const auto& a, const auto& b) { return a.count > b.count; });
     order.resize(std::min(order.size(), Usual));
-    const auto isBetweenThose = [&order](const ColorCounts::Entry& entry, std::uint32_t times) {
-        for (std::size_t i = 0; i < order.size() && order[i].count / times > entry.count; ++i) {
+    // The rarer one of the two commonest between which it lies has so many blocks; 0 if none.
+    const auto blocksAround = [&order](const ColorCounts::Entry& entry) {
+        for (std::size_t i = 0; i < order.size() && order[i].count > entry.count; ++i) {
             for (std::size_t k = 0; k < i; ++k) {
                 if (isBetween(entry.color, order[i].color, order[k].color))
-                    return true;
+                    return order[i].count;
             }
         }
-        return false;
+        return std::uint32_t{0};
     };
     std::vector<LikelyMix> mixes;
     for (const ColorCounts::Entry& entry : blocks.entries()) {
-        const bool isRare = isBetweenThose(entry, ManyMore);
-        if (isRare || isBetweenThose(entry, 1))
-            mixes.push_back({entry.color, entry.count, isRare});
+        const std::uint32_t around = blocksAround(entry);
+        if (around > 0)
+            mixes.push_back({entry.color, entry.count, around / ManyMore > entry.count});
     }
     return mixes;
 }

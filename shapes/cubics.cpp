@@ -1,8 +1,9 @@
 #include "shapes/cubics.h"
 
+#include "shapes/linearsystem.h"
+
 #include <algorithm>
 #include <array>
-#include <utility>
 
 namespace ovtrace {
 
@@ -142,48 +143,24 @@ bool isClose(const Piece& curve, std::span<const Sample> samples,
 }
 
 constexpr std::size_t degreeTerms = 4;
-using Row = std::array<double, degreeTerms + 1>;
-
-/// Gauss's elimination with the greatest pivots; the constants are the last column. False where the
-/// equations do not determine the unknowns, which end up in the last column.
-bool solve(std::array<Row, degreeTerms>& rows) {
-    for (std::size_t k = 0; k < degreeTerms; ++k) {
-        std::size_t pivot = k;
-        for (std::size_t i = k + 1; i < degreeTerms; ++i)
-            if (std::abs(rows[i][k]) > std::abs(rows[pivot][k]))
-                pivot = i;
-        std::swap(rows[k], rows[pivot]);
-        if (!(std::abs(rows[k][k]) > 0.0))
-            return false;
-        for (std::size_t i = 0; i < degreeTerms; ++i) {
-            if (i == k)
-                continue;
-            const double factor = rows[i][k] / rows[k][k];
-            for (std::size_t j = k; j <= degreeTerms; ++j)
-                rows[i][j] -= factor * rows[k][j];
-        }
-    }
-    for (std::size_t k = 0; k < degreeTerms; ++k)
-        rows[k][degreeTerms] /= rows[k][k];
-    return true;
-}
 
 } // namespace
 
 std::optional<CurveEnd> localEnd(std::span<const Sample> samples, Point around, Point along) {
     const Point across = turnedQuarter(along);
-    std::array<Row, degreeTerms> rows{};
+    LinearSystem<degreeTerms> rows{};
     std::size_t count = 0;
     for (const Sample& sample : samples) {
         const double weight = weightOf(sample);
         count += weight > 0.0 ? 1 : 0;
         const double x = dot(sample.at - around, along);
-        const Row powers{1.0, x, x * x, x * x * x, dot(sample.at - around, across)};
+        const std::array<double, degreeTerms + 1> powers{1.0, x, x * x, x * x * x,
+                                                         dot(sample.at - around, across)};
         for (std::size_t i = 0; i < degreeTerms; ++i)
             for (std::size_t j = 0; j <= degreeTerms; ++j)
                 rows[i][j] += weight * powers[i] * powers[j];
     }
-    if (count <= degreeTerms || !solve(rows))
+    if (count <= degreeTerms || !solve<degreeTerms>(rows))
         return std::nullopt;
     const CurveEnd end{around + across * rows[0][degreeTerms],
                        unit(along + across * rows[1][degreeTerms])};
