@@ -65,33 +65,85 @@ void straightenStairs(InkMask& mask, std::vector<std::size_t>& pixels,
     });
 }
 
+/// Takes ink away in rounds of two halves. A pixel that a half has left can go in that half later
+/// only when its neighbourhood has changed: those wait for it, at first all that have paper beside
+/// them.
+class Thinner {
+public:
+    explicit Thinner(InkMask& mask)
+        : mask(mask), table(removalTable()), waits(mask.values.size(), 0) {
+        for (std::size_t i = 0; i < mask.values.size(); ++i)
+            if (mask.values[i] == InkMask::Ink &&
+                neighbours(mask.values.data() + i, mask.stride) != 0xFFU)
+                wait(i);
+    }
+
+    void run(Pace& pace) {
+        double rounds = 0.0;
+        for (unsigned half = 0, idle = 0; idle < 2; half = 1 - half) {
+            idle = takeAway(half) ? 0 : idle + 1;
+            rounds += 1.0;
+            pace.step(rounds, rounds + 4.0);
+        }
+    }
+
+    std::vector<std::size_t> rest() {
+        std::vector<std::size_t> pixels;
+        for (std::size_t i = 0; i < mask.values.size(); ++i)
+            if (mask.values[i] == InkMask::Ink)
+                pixels.push_back(i);
+        straightenStairs(mask, pixels, table);
+        return pixels;
+    }
+
+private:
+    void wait(std::size_t i) {
+        for (unsigned half = 0; half < 2; ++half) {
+            const auto bit = static_cast<std::uint8_t>(1U << half);
+            if (waits[i] & bit)
+                continue;
+            waits[i] |= bit;
+            waiting[half].push_back(i);
+        }
+    }
+
+    /// All at a time, so that no side is favoured; false when nothing went.
+    bool takeAway(unsigned half) {
+        const auto bit = static_cast<std::uint8_t>(1U << half);
+        going.clear();
+        for (const std::size_t i : waiting[half]) {
+            waits[i] &= static_cast<std::uint8_t>(~bit);
+            if (mask.values[i] == InkMask::Ink &&
+                (table[neighbours(mask.values.data() + i, mask.stride)] & bit))
+                going.push_back(i);
+        }
+        waiting[half].clear();
+        for (const std::size_t i : going)
+            mask.values[i] = InkMask::Paper;
+        const std::ptrdiff_t s = mask.stride;
+        for (const std::size_t i : going)
+            for (const std::ptrdiff_t step :
+                 {-s, -s + 1, std::ptrdiff_t{1}, s + 1, s, s - 1, std::ptrdiff_t{-1}, -s - 1}) {
+                const std::size_t beside = i + static_cast<std::size_t>(step);
+                if (mask.values[beside] == InkMask::Ink)
+                    wait(beside);
+            }
+        return !going.empty();
+    }
+
+    InkMask& mask;
+    const std::array<std::uint8_t, 256> table;
+    std::vector<std::uint8_t> waits; ///< a bit for each half that the pixel waits for
+    std::array<std::vector<std::size_t>, 2> waiting;
+    std::vector<std::size_t> going;
+};
+
 } // namespace
 
 std::vector<std::size_t> thin(InkMask& mask, Pace& pace) {
-    const std::array<std::uint8_t, 256> table = removalTable();
-    std::vector<std::size_t> pixels;
-    for (std::size_t i = 0; i < mask.values.size(); ++i)
-        if (mask.values[i] == InkMask::Ink)
-            pixels.push_back(i);
-    // Only pixels whose neighbourhood changed can go later: those with paper beside them.
-    std::vector<std::size_t> candidates = pixels;
-    std::vector<std::size_t> going;
-    double rounds = 0.0;
-    for (std::uint8_t half = 1, idle = 0; idle < 2; half = static_cast<std::uint8_t>(3 - half)) {
-        going.clear();
-        for (const std::size_t i : candidates)
-            if (table[neighbours(mask.values.data() + i, mask.stride)] & half)
-                going.push_back(i);
-        for (const std::size_t i : going)
-            mask.values[i] = InkMask::Paper;
-        idle = going.empty() ? static_cast<std::uint8_t>(idle + 1) : std::uint8_t(0);
-        std::erase_if(candidates, [&](std::size_t i) { return mask.values[i] != InkMask::Ink; });
-        rounds += 1.0;
-        pace.step(rounds, rounds + 4.0);
-    }
-    std::erase_if(pixels, [&](std::size_t i) { return mask.values[i] != InkMask::Ink; });
-    straightenStairs(mask, pixels, table);
-    return pixels;
+    Thinner thinner(mask);
+    thinner.run(pace);
+    return thinner.rest();
 }
 
 } // namespace ovtrace
