@@ -59,6 +59,13 @@ QList<Setting> regionRows() {
                 .usual = 1.0,
                 .label = "Cubic curves",
                 .meaning = "1: cubic curves where arcs need many pieces; 0: arcs alone"}),
+        region({.key = "light",
+                .type = SettingType::Whole,
+                .high = 2,
+                .usual = 0.0,
+                .label = "Mixed pixels",
+                .meaning = "Means of stored levels, as in drawings (1), or of light, as in scaled "
+                           "photographs (2); 0: told from the image"}),
     };
 }
 

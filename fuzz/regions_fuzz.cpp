@@ -78,7 +78,7 @@ void check(const RegionMap& map, double opaque) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     FuzzInput input(bytes, size);
-    constexpr const char* Keys[] = {"colors", "tolerance", "speck", "fit", "cubics"};
+    constexpr const char* Keys[] = {"colors", "tolerance", "speck", "fit", "cubics", "light"};
     OvTraceRegions tracer;
     for (int count = input.take<std::uint8_t>() % 6; count > 0; --count) {
         const QString key = Keys[input.take<std::uint8_t>() % std::size(Keys)];

@@ -36,6 +36,7 @@ inline constexpr QLatin1String Tolerance("tolerance");
 inline constexpr QLatin1String Speck("speck");
 inline constexpr QLatin1String Fit("fit");
 inline constexpr QLatin1String Cubics("cubics");
+inline constexpr QLatin1String Light("light");
 
 } // namespace regionoption
 

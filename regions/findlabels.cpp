@@ -3,6 +3,7 @@
 #include "clusters.h"
 #include "gridlines.h"
 #include "labelsmoothing.h"
+#include "lightevidence.h"
 #include "mixlabels.h"
 #include "plateaus.h"
 #include "purecolors.h"
@@ -24,14 +25,17 @@ public:
 
     LabelImage byGiven(std::vector<QRgb> colors) {
         mixing.mayAddColors = false;
-        if (!isExact())
+        if (!isExact()) {
+            setLight();
             setNoise(findPlateaus(image, MostPlateaus).noise);
+        }
         return labelPixels(image, std::move(colors), mixing);
     }
     LabelImage byFound() {
         if (isExact())
             return labelled(
                 leadingColors(countColors(image, settings.mostColors * 4), settings.mostColors));
+        setLight();
         const Plateaus plateaus = findPlateaus(image, MostPlateaus);
         if (plateaus.isSmooth)
             return similarAreas();
@@ -57,6 +61,9 @@ private:
         constexpr std::size_t Two = 2;
         return settings.exactPixels || countColors(image, Two).entries().size() <= Two;
     }
+    void setLight() {
+        mixing.light = settings.light ? *settings.light : lightOfEdges(image);
+    }
     void setNoise(int noise) {
         if (noise == 0)
             return;
@@ -67,7 +74,7 @@ private:
         mixing.overshoot = 0.2;
     }
     ColorCounts plainColors() const {
-        ColorCounts colors = withoutMixes(image, findPureColors(image).blocks);
+        ColorCounts colors = withoutMixes(image, findPureColors(image).blocks, mixing.light);
         const ColorCounts lines = findLineColors(image);
         for (const ColorCounts::Entry& line : lines.entries())
             colors.add(line.color, line.count);

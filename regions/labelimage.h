@@ -1,5 +1,7 @@
 #pragma once
 
+#include "light.h"
+
 #include <QRgb>
 
 #include <cstddef>
@@ -35,6 +37,8 @@ struct LabelImage {
     std::vector<std::uint16_t> labels;
     /// How far a channel of a pixel that one colour covers whole may be from that colour.
     int noise = 0;
+    /// What mixed pixels have the mean of.
+    Light light = Light::Stored;
     /// Pixels that neither have a colour of the first ones nor are mixes of those nearby.
     std::size_t strangePixels = 0;
 

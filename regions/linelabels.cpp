@@ -20,7 +20,7 @@ double middleOf(double least, double most, double doubt) {
 std::uint16_t LineLabels::labelOf(const Mix& mix) const {
     if (mix.a == mix.b || mix.b == UnknownLabel)
         return mix.a;
-    const ColorAxis way(palette[mix.a], palette[mix.b]);
+    const ColorAxis way(palette[mix.a], palette[mix.b], options.light);
     auto least = static_cast<double>(mix.t);
     double most = least;
     bool isBesideOthers = false;
@@ -32,7 +32,7 @@ std::uint16_t LineLabels::labelOf(const Mix& mix) const {
         const int y = mix.y + offset.y;
         if (x < 0 || y < 0 || x >= image.width || y >= image.height)
             continue;
-        const MixColor color = mixColor(image.at(x, y));
+        const MixColor color = mixColor(image.at(x, y), options.light);
         if (way.residual(color) > options.tolerance) {
             isBesideOthers = true;
             continue;
@@ -76,7 +76,7 @@ bool LineLabels::isRidge(const Mix& mix, const ColorAxis& way, bool ofSecond) co
         const int y = mix.y + dy;
         if (x < 0 || y < 0 || x >= image.width || y >= image.height)
             return Unrelated;
-        const MixColor color = mixColor(image.at(x, y));
+        const MixColor color = mixColor(image.at(x, y), options.light);
         if (way.residual(color) > options.tolerance)
             return Unrelated;
         const double t = std::clamp(way.rawPosition(color), 0.0, 1.0);

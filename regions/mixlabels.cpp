@@ -70,6 +70,7 @@ public:
         labels.width = image.width;
         labels.height = image.height;
         labels.noise = options.noise;
+        labels.light = options.light;
         labels.palette = std::move(palette);
         labels.labels.resize(static_cast<std::size_t>(image.width) *
                              static_cast<std::size_t>(image.height));
@@ -77,7 +78,7 @@ public:
 
     LabelImage run() {
         for (const QRgb color : labels.palette)
-            colors.push_back(mixColor(color));
+            colors.push_back(mixColor(color, options.light));
         labelKnown();
         for (Mix& mix : mixes)
             explain(mix);
@@ -187,11 +188,14 @@ private:
         return found;
     }
 
+    MixColor mixAt(int x, int y) const {
+        return mixColor(image.at(x, y), options.light);
+    }
     ColorAxis axis(std::uint16_t a, std::uint16_t b) const {
-        return {labels.palette[a], labels.palette[b]};
+        return {labels.palette[a], labels.palette[b], options.light};
     }
     ColorTriangle triangle(const std::array<std::uint16_t, 3>& of) const {
-        return {colors[of[0]], colors[of[1]], colors[of[2]]};
+        return {colors[of[0]], colors[of[1]], colors[of[2]], options.light};
     }
 
     /// Two colours around the mix, of those that explain it the nearest.
@@ -200,7 +204,7 @@ private:
             lonely.push_back(static_cast<std::size_t>(&mix - mixes.data()));
     }
     bool explainBy(Mix& mix, const Neighbours& around) {
-        const MixColor color = mixColor(image.at(mix.x, mix.y));
+        const MixColor color = mixAt(mix.x, mix.y);
         double best = options.tolerance;
         for (int j = 1; j < around.count; ++j) {
             for (int i = 0; i < j; ++i) {
@@ -329,7 +333,7 @@ private:
                 return;
             const std::size_t before = lonely.size();
             labels.palette.push_back(best);
-            colors.push_back(mixColor(best));
+            colors.push_back(mixColor(best, options.light));
             explainLonely();
             if (lonely.size() == before) {
                 refused.push_back(best);
@@ -340,7 +344,7 @@ private:
     }
     /// Whether a colour lies between two that are there already.
     bool isMixOfPalette(QRgb color) const {
-        const MixColor mix = mixColor(color);
+        const MixColor mix = mixColor(color, options.light);
         for (std::uint16_t b = 1; b < labels.palette.size(); ++b) {
             for (std::uint16_t a = 0; a < b; ++a) {
                 if (axis(a, b).residual(mix) <= options.tolerance)
@@ -369,8 +373,8 @@ private:
                 const Neighbours around = groundsOf(mix);
                 if (around.count == 0)
                     continue;
-                const ColorAxis way(labels.palette[around[0]], entry.color);
-                const MixColor color = mixColor(image.at(mix.x, mix.y));
+                const ColorAxis way(labels.palette[around[0]], entry.color, options.light);
+                const MixColor color = mixAt(mix.x, mix.y);
                 explained += int(way.residual(color, options.overshoot) <= options.tolerance);
             }
             if (explained > most) {
@@ -391,13 +395,12 @@ private:
             addGroups();
         for (const std::size_t i : lonely) {
             Mix& mix = mixes[i];
-            mix.a = mix.b =
-                options.noise > 0 ? nearestAround(mix) : nearest(mixColor(image.at(mix.x, mix.y)));
+            mix.a = mix.b = options.noise > 0 ? nearestAround(mix) : nearest(mixAt(mix.x, mix.y));
         }
     }
     /// Noise is a disturbance of the colours nearby.
     std::uint16_t nearestAround(const Mix& mix) const {
-        const MixColor color = mixColor(image.at(mix.x, mix.y));
+        const MixColor color = mixAt(mix.x, mix.y);
         const Neighbours around = wideNeighboursOf(mix.x, mix.y);
         std::uint16_t best = around.count > 0 ? around[0] : nearest(color);
         for (int i = 1; i < around.count; ++i) {
@@ -418,21 +421,21 @@ private:
         }
         for (const QRgb color : clusterColors(counts, options.mostColors - labels.palette.size())) {
             labels.palette.push_back(color);
-            colors.push_back(mixColor(color));
+            colors.push_back(mixColor(color, options.light));
         }
     }
 
     /// The colour in the neighbourhood that is the farthest from `from`: a line's ridge.
     QRgb ridgeAround(const Mix& mix, std::uint16_t from) const {
         QRgb ridge = image.at(mix.x, mix.y);
-        double farthest = distance(mixColor(ridge), colors[from]);
+        double farthest = distance(mixColor(ridge, options.light), colors[from]);
         for (const PixelOffset offset : Around) {
             const int x = mix.x + offset.x;
             const int y = mix.y + offset.y;
             if (x < 0 || y < 0 || x >= image.width || y >= image.height ||
                 labels.at(x, y) != UnknownLabel)
                 continue;
-            const double apart = distance(mixColor(image.at(x, y)), colors[from]);
+            const double apart = distance(mixAt(x, y), colors[from]);
             if (apart > farthest) {
                 farthest = apart;
                 ridge = image.at(x, y);
@@ -453,7 +456,7 @@ private:
         return near.count > 0 || options.noise == 0 ? near : wideNeighboursOf(mix.x, mix.y);
     }
     bool explainByFar(Mix& mix) const {
-        const MixColor color = mixColor(image.at(mix.x, mix.y));
+        const MixColor color = mixAt(mix.x, mix.y);
         const Neighbours around = groundsOf(mix);
         for (int i = 0; i < around.count && mix.b == UnknownLabel; ++i)
             explainFrom(mix, color, around[i]);
@@ -506,7 +509,7 @@ private:
                 double tolerance = options.tolerance;
                 if (labels.at(x, y) != UnknownLabel)
                     continue;
-                const auto shares = sharesOf(mixColor(image.at(x, y)), way, tolerance);
+                const auto shares = sharesOf(mixAt(x, y), way, tolerance);
                 if (!shares)
                     continue;
                 ++reach.explained;
@@ -516,7 +519,7 @@ private:
         return reach;
     }
     void explainFrom(Mix& mix, const MixColor& color, std::uint16_t from) const {
-        const MixColor ridge = mixColor(ridgeAround(mix, from));
+        const MixColor ridge = mixColor(ridgeAround(mix, from), options.light);
         double bestReach = 0.0;
         for (std::size_t k = 0; k < colors.size(); ++k) {
             const auto to = static_cast<std::uint16_t>(k);

@@ -20,6 +20,8 @@ struct MixOptions {
     bool mayAddColors = true;
     /// The share of a colour's contrast by which a mix may lie beyond it: sharpened edges do.
     double overshoot = 0.0;
+    /// What mixes are the mean of.
+    Light light = Light::Stored;
 };
 
 /// Gives each pixel the colour of `palette` (not empty) that it has, or the one that covers it most

@@ -1,6 +1,5 @@
 #include "profile.h"
 
-#include "mixing.h"
 #include "thinline.h"
 
 #include <algorithm>
@@ -39,7 +38,7 @@ class EdgeFinder {
 public:
     EdgeFinder(const PixelLine& line, int noise, const std::function<double()>& lean)
         : line(line), noise(noise), lean(lean), first(line.label(-1)), second(line.label(0)),
-          axis(line.paletteColor(first), line.paletteColor(second)) {
+          axis(line.paletteColor(first), line.paletteColor(second), line.light()) {
     }
 
     EdgePlace run() const {
@@ -91,7 +90,7 @@ private:
         for (int k = begin; k < end; ++k) {
             const double t = position(k);
             covered += t;
-            worst = std::max(worst, axis.residual(mixColor(line.color(k))) * axis.step());
+            worst = std::max(worst, axis.residual(line.mix(k)) * axis.step());
         }
         place.at = end - covered;
         place.sigma = uncertainty(end - begin);
@@ -111,8 +110,7 @@ private:
         EdgePlace place;
         double covered = 0.0;
         for (int k = begin; k <= end; ++k)
-            covered +=
-                std::clamp(axis.rawPosition(mixColor(line.color(k))), -Overshoot, 1.0 + Overshoot);
+            covered += std::clamp(axis.rawPosition(line.mix(k)), -Overshoot, 1.0 + Overshoot);
         place.at = end + 1 - covered;
         // The noise is a bound that few pixels reach: two standard deviations.
         place.sigma =
@@ -150,18 +148,20 @@ private:
     /// Ground, line and what lies beyond between two pure pixels: the line's area and its first
     /// moment give both of its edges.
     EdgePlace betweenPure(int pure, int end, int way, const std::array<QRgb, 3>& colors) const {
-        const ColorTriangle triangle(mixColor(colors[0]), mixColor(colors[1]), mixColor(colors[2]));
+        const Light light = line.light();
+        const ColorTriangle triangle(mixColor(colors[0], light), mixColor(colors[1], light),
+                                     mixColor(colors[2], light), light);
         if (!triangle.isFlat())
             return byShares(pure, end, way, triangle);
-        const ColorAxis toLine(colors[0], colors[1]);
+        const ColorAxis toLine(colors[0], colors[1], light);
         if (colors[0] == colors[2])
             return lineOnGround(pure, end, way, toLine);
-        const double beyond = toLine.rawPosition(mixColor(colors[2]));
+        const double beyond = toLine.rawPosition(mixColor(colors[2], light));
         const int count = std::abs(end - pure) - 1;
         double sum = 0.0;
         double moment = 0.0;
         for (int i = 0; i < count; ++i) {
-            const double t = toLine.rawPosition(mixColor(line.color(pure + (i + 1) * way)));
+            const double t = toLine.rawPosition(line.mix(pure + (i + 1) * way));
             sum += t;
             moment += t * (i + 0.5);
         }
@@ -181,7 +181,7 @@ private:
         std::vector<double> shares;
         double worst = 0.0;
         for (int k = pure + way; k != end; k += way) {
-            const MixColor color = mixColor(line.color(k));
+            const MixColor color = line.mix(k);
             shares.push_back(toLine.rawPosition(color));
             worst = std::max(worst, toLine.residual(color) * toLine.step());
         }
@@ -215,7 +215,7 @@ private:
         double far = 0.0;
         int first = -1;
         for (int i = 0; i < count; ++i) {
-            const MixColor color = mixColor(line.color(pure + (i + 1) * way));
+            const MixColor color = line.mix(pure + (i + 1) * way);
             const auto shares = triangle.sharesOf(color);
             worst = std::max(worst, triangle.residual(color, shares) * axis.step());
             const double share = std::clamp(shares[1], 0.0, 1.0);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "labelimage.h"
+#include "mixing.h"
 
 #include <cstdint>
 #include <functional>
@@ -36,6 +37,12 @@ public:
     /// Whether a label stands for a group of similar colours.
     bool isGroup(std::uint16_t label) const {
         return label >= labels.plainColors;
+    }
+    Light light() const {
+        return labels.light;
+    }
+    MixColor mix(int k) const {
+        return mixColor(color(k), labels.light);
     }
     QRgb paletteColor(std::uint16_t label) const {
         return labels.palette[label];

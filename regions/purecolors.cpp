@@ -20,14 +20,15 @@ struct LikelyMix {
     std::uint32_t onEdges = 0; ///< those alone between pixels of which it is a mix
 };
 
-bool isBetween(QRgb color, QRgb one, QRgb other) {
-    const ColorAxis axis(one, other);
-    const double t = axis.rawPosition(mixColor(color));
-    return t > 0.0 && t < 1.0 && axis.residual(mixColor(color)) <= Rounding;
+bool isBetween(QRgb color, QRgb one, QRgb other, Light light) {
+    const ColorAxis axis(one, other, light);
+    const MixColor mix = mixColor(color, light);
+    const double t = axis.rawPosition(mix);
+    return t > 0.0 && t < 1.0 && axis.residual(mix) <= Rounding;
 }
 
 /// The colours between two others that have more blocks.
-std::vector<LikelyMix> likelyMixes(const ColorCounts& blocks) {
+std::vector<LikelyMix> likelyMixes(const ColorCounts& blocks, Light light) {
     constexpr std::size_t Usual = 64; // colours that others may be mixes of
     constexpr std::uint32_t ManyMore = 16;
     std::vector<ColorCounts::Entry> order = blocks.entries();
@@ -35,10 +36,10 @@ std::vector<LikelyMix> likelyMixes(const ColorCounts& blocks) {
                      [](const auto& a, const auto& b) { return a.count > b.count; });
     order.resize(std::min(order.size(), Usual));
     // The rarer one of the two commonest between which it lies has so many blocks; 0 if none.
-    const auto blocksAround = [&order](const ColorCounts::Entry& entry) {
+    const auto blocksAround = [&order, light](const ColorCounts::Entry& entry) {
         for (std::size_t i = 0; i < order.size() && order[i].count > entry.count; ++i) {
             for (std::size_t k = 0; k < i; ++k) {
-                if (isBetween(entry.color, order[i].color, order[k].color))
+                if (isBetween(entry.color, order[i].color, order[k].color, light))
                     return order[i].count;
             }
         }
@@ -56,7 +57,8 @@ std::vector<LikelyMix> likelyMixes(const ColorCounts& blocks) {
 /// Looks at the pixels of all likely mixes.
 class MixPixels {
 public:
-    MixPixels(const PixelView& image, std::vector<LikelyMix>& mixes) : image(image), mixes(mixes) {
+    MixPixels(const PixelView& image, std::vector<LikelyMix>& mixes, Light light)
+        : image(image), mixes(mixes), light(light) {
         for (const LikelyMix& mix : mixes)
             places.add(mix.color);
     }
@@ -92,13 +94,14 @@ private:
         }
         return true;
     }
-    static bool isAloneBetween(QRgb color, QRgb before, QRgb behind) {
+    bool isAloneBetween(QRgb color, QRgb before, QRgb behind) const {
         return before != color && behind != color && before != behind &&
-               isBetween(color, before, behind);
+               isBetween(color, before, behind, light);
     }
 
     const PixelView& image;
     std::vector<LikelyMix>& mixes;
+    Light light;
     ColorCounts places; ///< in the same order
 };
 
@@ -136,11 +139,11 @@ PureColors findPureColors(const PixelView& image) {
     return pure;
 }
 
-ColorCounts withoutMixes(const PixelView& image, const ColorCounts& blocks) {
-    std::vector<LikelyMix> likely = likelyMixes(blocks);
+ColorCounts withoutMixes(const PixelView& image, const ColorCounts& blocks, Light light) {
+    std::vector<LikelyMix> likely = likelyMixes(blocks, light);
     if (likely.empty())
         return blocks;
-    MixPixels(image, likely).count();
+    MixPixels(image, likely, light).count();
     ColorCounts mixes;
     for (const LikelyMix& mix : likely) {
         if (isMix(mix))

@@ -19,7 +19,8 @@ PureColors findPureColors(const PixelView& image);
 /// The colours of blocks without those that mixes happen to make. These lie between two colours of
 /// more blocks, and have few blocks for their pixels, as in files of few colours, or none wider
 /// than two pixels and more pixels along edges: where thin lines run between two rows.
-ColorCounts withoutMixes(const PixelView& image, const ColorCounts& blocks);
+ColorCounts withoutMixes(const PixelView& image, const ColorCounts& blocks,
+                         Light light = Light::Stored);
 
 /// All colours with the number of their pixels; counting ends when there are more than `most`.
 ColorCounts countColors(const PixelView& image, std::size_t most);

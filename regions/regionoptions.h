@@ -1,5 +1,7 @@
 #pragma once
 
+#include "light.h"
+
 #include <optionnames.h>
 
 #include <QMap>
@@ -7,6 +9,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <optional>
 
 namespace ovtrace {
 
@@ -17,15 +20,14 @@ struct RegionOptions {
     double speck = -1.0;      ///< square pixels; below 0: chosen by what the image is
     bool exactPixels = false; ///< boundaries along the edges of the pixels
     bool cubics = true;
+    std::optional<Light> light; ///< none: told from the image
 };
 
 /// The options that a new tracer has, with their defaults.
 inline QMap<QString, double> defaultRegionOptions() {
-    return {{QString(regionoption::Colors), 64.0},
-            {QString(regionoption::Tolerance), 0.03},
-            {QString(regionoption::Speck), -1.0},
-            {QString(regionoption::Fit), 1.0},
-            {QString(regionoption::Cubics), 1.0}};
+    return {{QString(regionoption::Colors), 64.0}, {QString(regionoption::Tolerance), 0.03},
+            {QString(regionoption::Speck), -1.0},  {QString(regionoption::Fit), 1.0},
+            {QString(regionoption::Cubics), 1.0},  {QString(regionoption::Light), 0.0}};
 }
 
 /// Reads the options; values out of their range become the nearest in it, what is no number the
@@ -43,6 +45,9 @@ inline RegionOptions readRegionOptions(const QMap<QString, double>& values) {
     options.speck = read(regionoption::Speck, -1.0, 1e9);
     options.exactPixels = read(regionoption::Fit, 0.0, 1.0) == 0.0;
     options.cubics = read(regionoption::Cubics, 0.0, 1.0) != 0.0;
+    const double light = read(regionoption::Light, 0.0, 2.0);
+    if (light >= 1.0)
+        options.light = light < 2.0 ? Light::Stored : Light::Linear;
     return options;
 }
 

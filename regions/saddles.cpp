@@ -43,7 +43,7 @@ bool joinsFalling(const PixelView& image, const LabelImage& labels, int x, int y
     const std::uint16_t rising = labels.at(x - 1, y);
     const QRgb a = labels.palette[falling];
     const QRgb b = labels.palette[rising];
-    const ColorAxis axis(a, b);
+    const ColorAxis axis(a, b, labels.light);
     const std::array shares{axis.position(image.at(x - 1, y - 1)), axis.position(image.at(x, y)),
                             axis.position(image.at(x, y - 1)), axis.position(image.at(x - 1, y))};
     const double covered = shares[0] + shares[1] + shares[2] + shares[3];

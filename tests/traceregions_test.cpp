@@ -22,6 +22,7 @@ namespace {
 using namespace ovtrace;
 using coverage::ground;
 using coverage::paint;
+using coverage::paintInLight;
 
 RegionMap traced(const QImage& image, const QMap<QString, double>& options = {}) {
     OvTraceRegions tracer;
@@ -141,6 +142,53 @@ TEST(TraceRegions, CircleIsTwoArcsOfItsRadius) {
     }
     EXPECT_EQ(indexOf(disks[0].enclosing), 0U);
     expectWellFormed(map, 1600.0);
+}
+
+TEST(TraceRegions, EdgesMixedInLightLieWhereTheyWereDrawn) {
+    for (const QRgb color : {Black, Blue, Red}) {
+        for (const QRgb below : {White, qRgb(255, 204, 0)}) {
+            QImage image = ground(60, 50, below);
+            paintInLight(image, color,
+                         [](double x, double y) { return std::hypot(x - 28.3, y - 24.6) < 17.4; });
+            const RegionMap map = traced(image);
+            ASSERT_EQ(map.regions.size(), 2U);
+            const auto disks = regionsOf(map, color);
+            ASSERT_EQ(disks.size(), 1U);
+            const auto steps = map.stepsOf(map.ringsOf(disks[0])[0]);
+            for (const Piece& piece : map.piecesOf(map.boundary(steps[0].boundary))) {
+                ASSERT_EQ(piece.kind, PieceKind::Arc);
+                EXPECT_NEAR(circleOf(piece).radius, 17.4, 0.02);
+                EXPECT_NEAR(circleOf(piece).centre.x, 28.3, 0.02);
+                EXPECT_NEAR(circleOf(piece).centre.y, 24.6, 0.02);
+            }
+        }
+    }
+}
+
+TEST(TraceRegions, LightIsThatOfTheOption) {
+    QImage image = ground(40, 30, White);
+    const double edge = 12.5; // half of the pixel: 188 in light
+    paintInLight(image, Black, [edge](double x, double) { return x < edge; });
+    const auto blackArea = [&image](double light) {
+        return regionsOf(traced(image, {{"light", light}}), Black).at(0).area;
+    };
+    EXPECT_NEAR(blackArea(2.0), 30.0 * edge, 0.5);
+    const double taken = 12.0 + (255.0 - 188.0) / 255.0;
+    EXPECT_NEAR(blackArea(1.0), 30.0 * taken, 0.5);
+    // Nothing tells here.
+    EXPECT_EQ(blackArea(0.0), blackArea(1.0));
+}
+
+TEST(TraceRegions, ThinLinesMixedInLightKeepTheirWidth) {
+    QImage image = ground(60, 60, White);
+    paintInLight(image, Black, [](double x, double y) { return std::hypot(x, y) < 12.0; });
+    paintInLight(image, Black, [](double x, double y) {
+        const double along = (x - 34.0) * 0.6 + (y - 30.0) * 0.8;
+        return std::fabs((x - 34.0) * 0.8 - (y - 30.0) * 0.6) < 0.6 && std::fabs(along) < 20.0;
+    });
+    const auto black = regionsOf(traced(image), Black);
+    ASSERT_EQ(black.size(), 2U);
+    EXPECT_NEAR(black[1].area, 40.0 * 1.2, 40.0 * 0.05);
 }
 
 TEST(TraceRegions, RectangleBetweenThePixelsHasItsFourCorners) {

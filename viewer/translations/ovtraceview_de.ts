@@ -889,6 +889,14 @@
         <translation>1: kubische Kurven, wo Bögen viele Stücke brauchen; 0: nur Bögen</translation>
     </message>
     <message>
+        <source>Mixed pixels</source>
+        <translation>Gemischte Pixel</translation>
+    </message>
+    <message>
+        <source>Means of stored levels, as in drawings (1), or of light, as in scaled photographs (2); 0: told from the image</source>
+        <translation>Mittel der gespeicherten Werte wie in Zeichnungen (1) oder des Lichts wie in verkleinerten Fotos (2); 0: aus dem Bild erkannt</translation>
+    </message>
+    <message>
         <source>Ink threshold</source>
         <translation>Tintenschwelle</translation>
     </message>
