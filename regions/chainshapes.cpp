@@ -8,6 +8,7 @@
 
 #include "shapes/joining.h"
 #include "shapes/junctions.h"
+#include "shapes/regularity.h"
 
 #include <algorithm>
 #include <limits>
@@ -50,7 +51,7 @@ public:
         std::size_t steps = 0;
         for (std::size_t i = 0; i < cracks.chains.size(); ++i) {
             fit(i);
-            if (cracks.chains[i].from < 0)
+            if (cracks.chains[i].from < 0 && !fitted[i].model.isCircle)
                 join(i);
             steps += cracks.chains[i].stepCount;
             // A thousand steps take less than 20 ms.
@@ -58,9 +59,10 @@ public:
                 !report(0.8 * double(steps) / double(cracks.steps.size())))
                 return std::nullopt;
         }
+        matchWholeCircles();
         placeJunctions();
         for (std::size_t i = 0; i < cracks.chains.size(); ++i) {
-            if (cracks.chains[i].from >= 0)
+            if (cracks.chains[i].from >= 0 || fitted[i].model.isCircle)
                 join(i);
         }
         if (!separate(report))
@@ -124,7 +126,18 @@ private:
     }
 
     ChainModel modelOf(std::span<const Sample> samples, bool closed) const {
-        return segmentChain(samples, closed, optionsFor(samples));
+        ChainModel model = segmentChain(samples, closed, optionsFor(samples));
+        alignLines(model.carriers);
+        return model;
+    }
+
+    void matchWholeCircles() {
+        std::vector<Carrier*> circles;
+        for (FittedChain& chain : fitted) {
+            if (chain.model.isCircle)
+                circles.push_back(&chain.model.carriers.front());
+        }
+        matchCircles(circles);
     }
 
     /// The carriers that end in each junction.

@@ -144,6 +144,64 @@ TEST(TraceRegions, CircleIsTwoArcsOfItsRadius) {
     expectWellFormed(map, 1600.0);
 }
 
+TEST(TraceRegions, RingsShareTheirCentreAndTurnedSquaresHaveRightAngles) {
+    QImage image = ground(120, 60, White);
+    const auto disk = [](double radius) {
+        return [radius](double x, double y) { return std::hypot(x - 29.7, y - 30.4) < radius; };
+    };
+    paint(image, Black, disk(24.3));
+    paint(image, White, disk(15.6));
+    paint(image, Black, [](double x, double y) {
+        const double u = (x - 88.0) * 0.96 + (y - 30.0) * 0.28;
+        const double v = (y - 30.0) * 0.96 - (x - 88.0) * 0.28;
+        return std::fabs(u) < 19.0 && std::fabs(v) < 16.0;
+    });
+    const RegionMap map = traced(image);
+    std::vector<Point> centres;
+    std::vector<Point> sides;
+    for (const MapBoundary& boundary : map.boundaries) {
+        const auto pieces = map.piecesOf(boundary);
+        if (pieces.front().kind == PieceKind::Arc)
+            centres.push_back(middle(pieces[0].from, pieces[0].to));
+        for (const Piece& piece : pieces) {
+            if (pieces.size() == 4 && piece.from.x > 60.0 && piece.from.x < 115.0 &&
+                piece.kind == PieceKind::Line)
+                sides.push_back(unit(piece.to - piece.from));
+        }
+    }
+    ASSERT_EQ(centres.size(), 2U);
+    EXPECT_NEAR(distance(centres[0], centres[1]), 0.0, 1e-12);
+    ASSERT_EQ(sides.size(), 4U);
+    for (std::size_t k = 0; k < 4; ++k)
+        EXPECT_NEAR(dot(sides[k], sides[(k + 1) % 4]), 0.0, 1e-12);
+}
+
+TEST(TraceRegions, ShapesThatAreNearlyRegularStayAsTheyAre) {
+    QImage image = ground(120, 60, White);
+    paint(image, Black, [](double x, double y) { return std::hypot(x - 17.0, y - 30.0) < 10.0; });
+    paint(image, Black, [](double x, double y) { return std::hypot(x - 43.0, y - 30.0) < 10.3; });
+    // 89 degrees at the lower left: the tangent of one is .017455.
+    paint(image, Black, [](double x, double y) {
+        return y > 9.6 && y < 50.3 && x < 110.2 && x > 70.4 + (y - 9.6) * 0.017455;
+    });
+    const RegionMap map = traced(image);
+    std::vector<double> radii;
+    int slanting = 0;
+    for (const MapBoundary& boundary : map.boundaries) {
+        const auto pieces = map.piecesOf(boundary);
+        if (pieces.front().kind == PieceKind::Arc)
+            radii.push_back(circleOf(pieces.front()).radius);
+        for (const Piece& piece : pieces) {
+            const Point way = piece.to - piece.from;
+            slanting += int(std::fabs(std::fabs(way.x / way.y) - 0.017455) < 0.0015);
+        }
+    }
+    ASSERT_EQ(radii.size(), 2U);
+    EXPECT_NEAR(radii[0], 10.0, 0.02);
+    EXPECT_NEAR(radii[1], 10.3, 0.02);
+    EXPECT_EQ(slanting, 1);
+}
+
 TEST(TraceRegions, EdgesMixedInLightLieWhereTheyWereDrawn) {
     for (const QRgb color : {Black, Blue, Red}) {
         for (const QRgb below : {White, qRgb(255, 204, 0)}) {
