@@ -43,10 +43,12 @@ std::uint16_t LineLabels::labelOf(const Mix& mix) const {
     }
     // What is as faint as this beside a mix of other colours may be one of these, too.
     constexpr double Faint = 3.0;
+    // Noise stands for the more the less the colours differ; ringing beside edges is a part of
+    // their contrast, half of what sharpening adds to it.
     constexpr double Clear = 3.0;
     const double doubt =
-        std::max(Clear * options.noise, isBesideOthers ? Faint * options.tolerance : 0.0) *
-        way.step();
+        std::max(std::max(Clear * options.noise * way.stepOfAll(), options.overshoot / 2.0),
+                 isBesideOthers ? Faint * options.tolerance * way.step() : 0.0);
     const double above = static_cast<double>(mix.t) - middleOf(least, most, doubt);
     if (options.noise == 0) {
         // Half of each along a row or a column is the rarer one's: thin parts hold together.

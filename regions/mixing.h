@@ -89,6 +89,14 @@ public:
     double step() const {
         return square > 0.0 ? oneStep / std::sqrt(square) : 1.0;
     }
+    /// The share that one step in each of the channels stands for, where these change together as
+    /// the lightness of compressed images does.
+    double stepOfAll() const {
+        double sum = 0.0;
+        for (const double way : direction)
+            sum += std::fabs(way);
+        return square > 0.0 ? oneStep * sum / square : 1.0;
+    }
     double lengthSquared() const {
         return square;
     }

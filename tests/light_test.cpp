@@ -50,6 +50,11 @@ TEST(Light, MixesOfColoursInLightAreOffTheirWayInStoredLevels) {
     EXPECT_GT(stored.residual(mixColor(half)), 50.0);
 }
 
+TEST(Light, AStepOfAllChannelsIsAsMuchAsTheirContrast) {
+    EXPECT_NEAR(ColorAxis(qRgb(0, 0, 0), qRgb(255, 255, 255)).stepOfAll(), 1.0 / 255.0, 1e-12);
+    EXPECT_NEAR(ColorAxis(qRgb(0, 0, 0), qRgb(0, 100, 0)).stepOfAll(), 0.01, 1e-12);
+}
+
 TEST(Light, ResidualsAreInStoredLevels) {
     const ColorAxis axis(qRgb(0, 0, 0), qRgb(0, 255, 0), Light::Linear);
     const QRgb off = qRgb(20, 100, 0);

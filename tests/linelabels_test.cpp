@@ -24,10 +24,9 @@ QImage lineOf(double share) {
 }
 
 /// The label of a pixel between white and black, by its lightness.
-std::uint16_t labelAt(const QImage& image, int x, int y) {
+std::uint16_t labelAt(const QImage& image, int x, int y, const MixOptions& options = {}) {
     const double share = 1.0 - qRed(image.pixel(x, y)) / 255.0;
     const PixelView view = viewOf(image);
-    const MixOptions options;
     return LineLabels(view, options, WhiteAndBlack)
         .labelOf({x, y, 0, 1, static_cast<float>(share)});
 }
@@ -35,6 +34,20 @@ std::uint16_t labelAt(const QImage& image, int x, int y) {
 TEST(LineLabels, LinesNarrowerThanHalfAPixelKeepTheirColor) {
     for (const double share : {0.2, 0.4, 0.6, 0.9})
         EXPECT_EQ(labelAt(lineOf(share), 4, 3), 1) << share;
+}
+
+TEST(LineLabels, NoiseAndRingingAreNoLines) {
+    MixOptions noisy;
+    noisy.noise = 6;
+    noisy.overshoot = 0.2;
+    for (const double share : {0.02, 0.06, 0.09})
+        EXPECT_EQ(labelAt(lineOf(share), 4, 3, noisy), 0) << share;
+    for (const double share : {0.15, 0.3, 0.6})
+        EXPECT_EQ(labelAt(lineOf(share), 4, 3, noisy), 1) << share;
+    // Three times the noise, of all channels at once.
+    noisy.noise = 20;
+    EXPECT_EQ(labelAt(lineOf(0.2), 4, 3, noisy), 0);
+    EXPECT_EQ(labelAt(lineOf(0.3), 4, 3, noisy), 1);
 }
 
 TEST(LineLabels, EdgesOfWidePartsAreGivenToWhatCoversThemMost) {
