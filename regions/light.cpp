@@ -44,9 +44,10 @@ double linearLevel(int stored) {
 }
 
 double storedLevel(double linear) {
-    const auto above = std::lower_bound(Levels.begin() + 1, Levels.end() - 1, linear);
-    const double step = *above - *(above - 1);
-    return static_cast<double>(above - Levels.begin()) - (*above - linear) / step;
+    const auto above = static_cast<std::size_t>(
+        std::lower_bound(Levels.begin() + 1, Levels.end() - 1, linear) - Levels.begin());
+    const double step = Levels[above] - Levels[above - 1];
+    return static_cast<double>(above) - (Levels[above] - linear) / step;
 }
 
 double linearStep(int stored) {
