@@ -1,5 +1,6 @@
 #include "arrowheads.h"
 
+#include "steps.h"
 #include "strokegrid.h"
 
 #include <algorithm>
@@ -44,8 +45,9 @@ public:
     std::optional<InkArea> find() {
         const double most = std::min(LongestOfWidth * line.width + LongestBeyond,
                                      lengthOf(line) - 2.0 * line.width);
-        for (double d = 0.0; d <= most + 2.0 * line.width; d += Step)
-            profile.push_back(acrossAt(d));
+        const int last = stepsIn(most + 2.0 * line.width, Step);
+        for (int k = 0; k <= last; ++k)
+            profile.push_back(acrossAt(k * Step));
         const double base = baseOf(most);
         if (base <= 0.0 || !isWedge(base))
             return std::nullopt;
@@ -81,10 +83,10 @@ private:
     double baseOf(double most) const {
         double best = 0.0;
         double width = WiderThanLine * line.width + WiderBeyond;
-        for (double d = 3.0; d <= most; d += Step)
-            if (at(d).width() >= width) {
-                width = at(d).width();
-                best = d;
+        for (int k = stepsIn(3.0, Step); k * Step <= most; ++k)
+            if (at(k * Step).width() >= width) {
+                width = at(k * Step).width();
+                best = k * Step;
             }
         if (best <= 0.0 || width > widest)
             return 0.0;
@@ -115,9 +117,11 @@ private:
     double slope(double base) const {
         double sum = 0.0;
         double squares = 0.0;
-        for (double d = 0.4 * base; d <= 0.9 * base; d += Step) {
+        double d = 0.4 * base;
+        while (d <= 0.9 * base) {
             sum += d * at(d).width() / 2.0;
             squares += d * d;
+            d += Step;
         }
         return squares > 0.0 ? sum / squares : 0.0;
     }

@@ -2,6 +2,7 @@
 
 #include "inkend.h"
 #include "pace.h"
+#include "steps.h"
 #include "strokegrid.h"
 
 #include <algorithm>
@@ -19,6 +20,8 @@ constexpr std::size_t FewestDashes = 3;
 constexpr double FewStrays = 0.06;
 /// Longest part of a row that a filled area or a stroke which it crosses may hide, in pixels.
 constexpr double LongestCover = 120.0;
+/// Distance of the places at which candidates are looked for, and how far from each.
+constexpr double Reach = 12.0;
 
 /// Cosine of the least angle of a line that a dash ends on: 25 degrees; and how far before the edge
 /// of that line's ink the fit of the dash ends, in pixels beyond half its width.
@@ -119,8 +122,8 @@ private:
     std::vector<int> candidatesAlong(int i, int e, double most) {
         std::vector<int> all;
         std::vector<int> near;
-        for (double d = 0.0; d <= most; d += 12.0) {
-            grid.near(beyond(at(i), e, d), 12.0, near);
+        for (int k = 0; k <= stepsIn(most, Reach); ++k) {
+            grid.near(beyond(at(i), e, k * Reach), Reach, near);
             all.insert(all.end(), near.begin(), near.end());
         }
         std::sort(all.begin(), all.end());
@@ -131,8 +134,8 @@ private:
     /// Pixels of paper along the stroke's carrier from its end for `distance` pixels.
     double paperAlong(int i, int e, double distance) {
         double paper = 0.0;
-        for (double d = 0.5; d < distance; d += 1.0) {
-            const Point p = beyond(at(i), e, d);
+        for (int k = 0; k + 0.5 < distance; ++k) {
+            const Point p = beyond(at(i), e, k + 0.5);
             paper += ink.sample(p.x, p.y) < 0.35 ? 1.0 : 0.0;
         }
         return paper;
@@ -302,9 +305,9 @@ private:
     std::vector<int> candidates(Point from, Point direction, double most) {
         std::vector<int> all;
         std::vector<int> near;
-        for (double d = 0.0; d <= most + 12.0; d += 12.0) {
-            const Point p = from + direction * d;
-            grid.near(p, 12.0, near);
+        for (int k = 0; k <= stepsIn(most + Reach, Reach); ++k) {
+            const Point p = from + direction * (k * Reach);
+            grid.near(p, Reach, near);
             all.insert(all.end(), near.begin(), near.end());
         }
         std::sort(all.begin(), all.end());

@@ -187,8 +187,10 @@ private:
         int own = 0;
         int paper = 0;
         const double least = Inked * line.peak;
-        for (double d = from; d <= to; d += Step) {
+        double d = from;
+        while (d <= to) {
             const Point p = line.carrier.at + line.carrier.direction * d;
+            d += Step;
             if (ink.sample(p.x, p.y) < least)
                 return false;
             if (isInFrame(p))

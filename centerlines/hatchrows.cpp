@@ -85,8 +85,11 @@ private:
         Neighbours nearest;
         for (const double part : {0.5, 0.2, 0.8}) {
             const Point from = line.start() + (line.finish() - line.start()) * part;
-            for (double d = -widest; d <= widest; d += 2.0 * Look)
+            double d = -widest;
+            while (d <= widest) {
                 look(i, from + left * d, nearest);
+                d += 2.0 * Look;
+            }
         }
         return nearest;
     }

@@ -61,10 +61,12 @@ std::vector<Point> MergeCandidates::pointsOfExtended(const Stroke& stroke) const
         more = std::min(more, (circumferenceOf(stroke) - length) / 2.0);
     const double margin = reachOf(stroke) + Step;
     std::vector<Point> points;
-    for (double d = -more; d < length + more + Step; d += Step) {
+    double d = -more;
+    while (d < length + more + Step) {
         const Point p = beyond(stroke, 0, -d);
         if (ends.holds(p, margin))
             points.push_back(p);
+        d += Step;
     }
     return points;
 }

@@ -2,6 +2,7 @@
 
 #include "mergecandidates.h"
 #include "pace.h"
+#include "steps.h"
 #include "strokegrid.h"
 
 #include <algorithm>
@@ -304,8 +305,8 @@ bool liesIn(Point p, double width, const Stroke& other) {
 } // namespace
 
 bool inkRunsOn(const InkLevels& ink, const Stroke& stroke, int end, double distance) {
-    for (double d = 0.0; d <= distance; d += 0.5) {
-        const Point p = beyond(stroke, end, d);
+    for (int k = 0; 0.5 * k <= distance; ++k) {
+        const Point p = beyond(stroke, end, 0.5 * k);
         if (inkBeside(ink, p, directionAt(stroke.carrier, p)) < Continuous * stroke.peak)
             return false;
     }

@@ -74,11 +74,12 @@ CapSample capAt(const InkLevels& ink, const Stroke& stroke, int end, Point tip) 
         const double edge = EdgeInk * level(inside);
         double d = inside;
         double before = level(d);
-        for (; d < stroke.width; d += InkStep) {
+        while (d < stroke.width) {
             const double after = level(d + InkStep);
             if (after < edge)
                 return d + (before > after ? InkStep * (before - edge) / (before - after) : 0.0);
             before = after;
+            d += InkStep;
         }
         return d;
     };
