@@ -14,6 +14,8 @@ namespace {
 constexpr std::size_t LookAhead = 14;
 /// Cosine of the sharpest bend of a path through a node: 30 degrees.
 constexpr double StraightOn = 0.866;
+/// Ends at a node more than which are a tangle, as of a halftone, through which no stroke leads.
+constexpr std::size_t MostOfNode = 64;
 
 /// Slope of a line of whole pixels below which it has no two steps within a few pixels, and the
 /// share of bumps on such lines from which edges count as ragged.
@@ -98,6 +100,8 @@ public:
 private:
     /// The straightest pair first.
     void pair(const std::vector<int>& around) {
+        if (around.size() > MostOfNode)
+            return;
         while (true) {
             double best = -StraightOn;
             int a = -1;
