@@ -18,6 +18,9 @@ constexpr double Parallel = 0.9976;
 constexpr double Touching = 0.97;
 constexpr double Smooth = 0.906;
 constexpr double Curved = 0.5;
+/// How far from where the ends of an arc and of another stroke seem to meet their curves may meet,
+/// over the length of the shorter one.
+constexpr double NearOfShorter = 0.25;
 
 /// What is known of one end of a stroke while its place is sought.
 struct EndState {
@@ -331,10 +334,14 @@ private:
                     std::abs(cross(directionAt(p.carrier, around), directionAt(q.carrier, around)));
                 const double surety = sine * std::min({lengths[index(members[a][0])],
                                                        lengths[index(members[b][0])], 60.0});
-                // Arcs meet twice, and far off where they nearly touch.
+                // Arcs meet twice, and far off where they nearly touch: not a good part of one
+                // away.
                 const double widths = p.width + q.width;
-                const double most =
-                    p.carrier.isLine() && q.carrier.isLine() ? 4.0 + 2.0 * widths : 1.0 + widths;
+                const double shorter =
+                    std::min(lengths[index(members[a][0])], lengths[index(members[b][0])]);
+                const double most = p.carrier.isLine() && q.carrier.isLine()
+                                        ? 4.0 + 2.0 * widths
+                                        : std::min(1.0 + widths, NearOfShorter * shorter);
                 for (const Point& m : meetings(p.carrier, q.carrier))
                     if (surety > best && distance(m, around) < most) {
                         best = surety;

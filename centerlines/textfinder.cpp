@@ -17,6 +17,10 @@ constexpr double Slender = 4.0;
 constexpr double BentFill = 0.65;
 /// Gap between neighbours over the size of the greater one.
 constexpr double GapOfSize = 0.45;
+/// The same between words, over the height of the higher one, and how far their feet may then be
+/// apart, over the height of the lower one.
+constexpr double GapOfWords = 0.75;
+constexpr double FeetApart = 0.12;
 /// Characters that touch are at most as long as so many of the largest ones.
 constexpr int MostJoined = 4;
 /// Least height of one character of a line over that of its neighbour, of a ring at most, and share
@@ -44,6 +48,7 @@ struct Neighbors {
     std::size_t a;
     std::size_t b;
     bool upright; ///< the line runs up or down
+    bool apart;   ///< as words are, or the drawing beside them
 };
 
 struct Spread {
@@ -167,16 +172,16 @@ bool isBeside(const Member& a, const InkComponent& ca, const Member& b, const In
     return std::max(a.size, b.size) <= size * 3 / 2 && gapBetween(ca, cb) <= GapOfSize * size;
 }
 
-/// Calls `visit` with each two members, and their components, that no gap between the largest
-/// characters parts on the way from left to right.
+/// Calls `visit` with each two members, and their components, that no greater gap parts on the way
+/// from left to right.
 template <typename Visit>
 void forEachNearPair(const std::vector<Member>& members, const InkComponents& components,
-                     double largest, Visit visit) {
+                     double gap, Visit visit) {
     for (std::size_t i = 0; i < members.size(); ++i) {
         const InkComponent& a = components.components[members[i].component];
         for (std::size_t j = i + 1; j < members.size(); ++j) {
             const InkComponent& b = components.components[members[j].component];
-            if (b.left > a.right + GapOfSize * largest)
+            if (b.left > a.right + gap)
                 break;
             visit(i, a, j, b);
         }
@@ -189,7 +194,7 @@ template <typename Visit>
 void forEachPair(std::vector<Member>& members, const InkComponents& components, double largest,
                  Visit visit) {
     forEachNearPair(
-        members, components, largest,
+        members, components, GapOfSize * largest,
         [&](std::size_t i, const InkComponent& a, std::size_t j, const InkComponent& b) {
             if (members[i].joined || members[j].joined ||
                 (!isComplex(members[i]) && !isComplex(members[j])) ||
@@ -276,41 +281,58 @@ bool isInLine(const InkComponent& a, const InkComponent& b, bool upright) {
     const Extent wb = across(b, !upright);
     return low >= LeastHeight * high && common(ha, hb) >= Covered * low &&
            common(wa, wb) <= Overlap * std::min(wa.length(), wb.length()) &&
-           -common(wa, wb) <= GapOfSize * high;
+           -common(wa, wb) <= GapOfWords * high;
+}
+
+/// Whether two components in a line are farther from each other than characters of a word.
+bool isApart(const InkComponent& a, const InkComponent& b, bool upright) {
+    const double high = std::max(across(a, upright).length(), across(b, upright).length());
+    return -common(across(a, !upright), across(b, !upright)) > GapOfSize * high;
+}
+
+/// Whether both stand on one line: in one that runs up or down feet may be on either side.
+bool haveFeetInLine(const InkComponent& a, const InkComponent& b, bool upright) {
+    const Extent ha = across(a, upright);
+    const Extent hb = across(b, upright);
+    const double most = std::max(1.0, FeetApart * std::min(ha.length(), hb.length()));
+    return std::abs(ha.end - hb.end) <= most || (upright && std::abs(ha.begin - hb.begin) <= most);
 }
 
 std::vector<Neighbors> findNeighbors(const std::vector<Member>& members,
                                      const InkComponents& components, double largest) {
     std::vector<Neighbors> found;
     forEachNearPair(
-        members, components, largest,
+        members, components, GapOfWords * largest,
         [&](std::size_t i, const InkComponent& a, std::size_t j, const InkComponent& b) {
-            if (gapBetween(a, b) > GapOfSize * largest)
-                return;
-            for (const bool upright : {false, true})
-                if (isInLine(a, b, upright))
-                    found.push_back({i, j, upright});
+            for (const bool upright : {false, true}) {
+                if (!isInLine(a, b, upright))
+                    continue;
+                const bool apart = isApart(a, b, upright);
+                if (!apart || haveFeetInLine(a, b, upright))
+                    found.push_back({i, j, upright, apart});
+            }
         });
     return found;
 }
 
-/// Lines of text go on: over letters that are bars or rings, one after the other, and over those
-/// that touch each other.
+/// Lines of text go on: over letters that are bars or rings, one after the other, over those that
+/// touch each other, and over gaps between words, but for rings: those are of the drawing.
 void followLines(std::vector<Member>& members, const InkComponents& components, double largest) {
     const std::vector<Neighbors> neighbors = findNeighbors(members, components, largest);
     // A line runs where two characters stand side by side in it.
     std::array<std::vector<bool>, 2> runs;
     runs.fill(std::vector<bool>(members.size(), false));
     for (const Neighbors& n : neighbors)
-        if (members[n.a].text && members[n.b].text)
+        if (members[n.a].text && members[n.b].text && !n.apart)
             runs[n.upright][n.a] = runs[n.upright][n.b] = true;
-    const auto goesOn = [&](std::size_t from, std::size_t to, bool upright) {
+    const auto goesOn = [&](const Neighbors& n, std::size_t from, std::size_t to) {
+        const bool upright = n.upright;
         if (members[to].text || !runs[upright][from])
             return false;
         const double height =
             across(components.components[members[from].component], upright).length();
         const double next = across(components.components[members[to].component], upright).length();
-        if (members[to].form == Form::Ring && next > MostOfRing * height)
+        if (members[to].form == Form::Ring && (n.apart || next > MostOfRing * height))
             return false;
         members[to].text = true;
         runs[upright][to] = true;
@@ -320,8 +342,8 @@ void followLines(std::vector<Member>& members, const InkComponents& components, 
     while (again) {
         again = false;
         for (const Neighbors& n : neighbors) {
-            again = goesOn(n.a, n.b, n.upright) || again;
-            again = goesOn(n.b, n.a, n.upright) || again;
+            again = goesOn(n, n.a, n.b) || again;
+            again = goesOn(n, n.b, n.a) || again;
         }
     }
 }
