@@ -35,7 +35,10 @@ double mergeGap(double a, double b, double lengths) {
 }
 
 MergeCandidates::MergeCandidates(const std::vector<Stroke>& strokes, int width, int height)
-    : strokes(strokes), ends(width, height), lines(width, height) {
+    : strokes(strokes), ends{PointGrid(width, height), {}}, lines{PointGrid(width, height), {}},
+      foundFor(strokes.size(), 0) {
+    ends.readFor.assign(ends.grid.cellCount(), 0);
+    lines.readFor.assign(lines.grid.cellCount(), 0);
     for (const Stroke& stroke : strokes)
         if (!stroke.dropped && !stroke.carrier.isLine())
             longestArc = std::max(longestArc, lengthOf(stroke));
@@ -64,33 +67,64 @@ std::vector<Point> MergeCandidates::pointsOfExtended(const Stroke& stroke) const
     double d = -more;
     while (d < length + more + Step) {
         const Point p = beyond(stroke, 0, -d);
-        if (ends.holds(p, margin))
+        if (ends.grid.holds(p, margin))
             points.push_back(p);
         d += Step;
     }
     return points;
 }
 
+void MergeCandidates::lookAt(int i) {
+    lookedAt = i;
+    ++look;
+    found.clear();
+}
+
+/// A stroke that grows asks again and again for what lies along it: cells are read once.
+void MergeCandidates::collect(Layer& layer, Point p, double reach) {
+    layer.grid.forEachCell(p, reach, [&](std::size_t index, std::vector<int>& cell) {
+        if (layer.readFor[index] == look)
+            return;
+        layer.readFor[index] = look;
+        read += cell.size();
+        std::erase_if(cell, [&](int j) { return strokes[static_cast<std::size_t>(j)].dropped; });
+        for (const int j : cell) {
+            int& foundIn = foundFor[static_cast<std::size_t>(j)];
+            if (foundIn != look)
+                found.push_back(j);
+            foundIn = look;
+        }
+    });
+}
+
 const std::vector<int>& MergeCandidates::of(int i) {
+    if (i != lookedAt)
+        lookAt(i);
+    const auto isDropped = [&](int j) { return strokes[static_cast<std::size_t>(j)].dropped; };
+    std::erase_if(found, isDropped);
+    const auto known = static_cast<std::ptrdiff_t>(found.size());
     const Stroke& stroke = strokes[static_cast<std::size_t>(i)];
     const double reach = reachOf(stroke) + Step / 2.0;
-    found.clear();
     for (const Point& p : pointsOfExtended(stroke))
-        ends.collect(p, reach, found);
+        collect(ends, p, reach);
     if (stroke.carrier.isLine())
         for (const StrokeEnd& end : stroke.ends)
-            lines.collect(end.at, reach, found);
-    PointGrid::arrange(found);
+            collect(lines, end.at, reach);
+    std::sort(found.begin() + known, found.end());
+    std::inplace_merge(found.begin(), found.begin() + known, found.end());
     return found;
 }
 
 void MergeCandidates::grew(int i) {
+    // What was read of the grids holds as long as nothing but the stroke itself is added.
+    if (i != lookedAt)
+        lookedAt = -1;
     const Stroke& stroke = strokes[static_cast<std::size_t>(i)];
     for (const StrokeEnd& end : stroke.ends)
-        ends.add(i, end.at);
+        ends.grid.add(i, end.at);
     if (stroke.carrier.isLine())
         for (const Point& p : pointsOfExtended(stroke))
-            lines.add(i, p);
+            lines.grid.add(i, p);
     else
         longestArc = std::max(longestArc, lengthOf(stroke));
 }

@@ -32,15 +32,32 @@ public:
     /// Stroke `i` has become longer.
     void grew(int i);
 
+    /// How many numbers have been read from the grids so far: the work done.
+    std::size_t readCount() const {
+        return read;
+    }
+
 private:
+    /// A grid, and which of its cells were read for the stroke that is looked at now.
+    struct Layer {
+        PointGrid grid;
+        std::vector<int> readFor;
+    };
+
     double extensionOf(const Stroke& stroke) const;
     std::vector<Point> pointsOfExtended(const Stroke& stroke) const;
+    void lookAt(int i);
+    void collect(Layer& layer, Point p, double reach);
 
     const std::vector<Stroke>& strokes;
     double longestArc = 0.0;
-    PointGrid ends;  ///< both ends of every stroke
-    PointGrid lines; ///< lines, as far as they may go on
+    Layer ends;  ///< both ends of every stroke
+    Layer lines; ///< lines, as far as they may go on
     std::vector<int> found;
+    std::vector<int> foundFor; ///< for each stroke, the look in which it was found last
+    int lookedAt = -1;         ///< the stroke that `found` is of
+    int look = 0;              ///< rises with each stroke that is looked at
+    std::size_t read = 0;
 };
 
 } // namespace ovtrace

@@ -39,6 +39,18 @@ public:
             }
     }
 
+    /// Calls `visit` with each cell within `reach` of `p`, as the number of the cell and the list
+    /// of those put there.
+    template <typename Visit> void forEachCell(Point p, double reach, Visit visit) {
+        for (int y = row(p.y - reach); y <= row(p.y + reach); ++y)
+            for (int x = column(p.x - reach); x <= column(p.x + reach); ++x)
+                visit(index(x, y), cells[index(x, y)]);
+    }
+
+    std::size_t cellCount() const {
+        return cells.size();
+    }
+
     /// Makes numbers rise and be there once.
     static void arrange(std::vector<int>& numbers) {
         std::sort(numbers.begin(), numbers.end());

@@ -152,4 +152,24 @@ TEST(MergeCandidates, GrowWithTheStrokesAndNotWithTheirPairs) {
     EXPECT_LT(lookedAt(40), 5U * lookedAt(20));
 }
 
+TEST(MergeCandidates, OfAStrokeThatGrowsPieceByPieceAreReadOnce) {
+    const auto readBy = [](int pieces) {
+        std::vector<Stroke> strokes;
+        for (int y = 0; y < 12; ++y)
+            for (int x = 0; x < pieces; ++x)
+                strokes.push_back(
+                    lineOf({20.0 + 8 * x, 20.0 + 8 * y}, {26.0 + 8 * x, 20.0 + 8 * y}, 2));
+        MergeCandidates candidates(strokes, 8 * pieces + 40, 140);
+        for (int x = 1; x < pieces; ++x) {
+            EXPECT_TRUE(std::ranges::binary_search(candidates.of(0), x));
+            strokes[static_cast<std::size_t>(x)].dropped = true;
+            strokes[0].ends[1].at = strokes[static_cast<std::size_t>(x)].ends[1].at;
+            candidates.grew(0);
+        }
+        EXPECT_FALSE(std::ranges::binary_search(candidates.of(0), pieces - 1));
+        return candidates.readCount();
+    };
+    EXPECT_LT(readBy(400), 5U * readBy(100));
+}
+
 } // namespace
