@@ -122,7 +122,8 @@ private:
     std::vector<int> candidatesAlong(int i, int e, double most) {
         std::vector<int> all;
         std::vector<int> near;
-        for (int k = 0; k <= stepsIn(most, Reach); ++k) {
+        const int last = stepsIn(most, Reach);
+        for (int k = 0; k <= last; ++k) {
             grid.near(beyond(at(i), e, k * Reach), Reach, near);
             all.insert(all.end(), near.begin(), near.end());
         }
@@ -305,7 +306,8 @@ private:
     std::vector<int> candidates(Point from, Point direction, double most) {
         std::vector<int> all;
         std::vector<int> near;
-        for (int k = 0; k <= stepsIn(most + Reach, Reach); ++k) {
+        const int last = stepsIn(most + Reach, Reach);
+        for (int k = 0; k <= last; ++k) {
             const Point p = from + direction * (k * Reach);
             grid.near(p, Reach, near);
             all.insert(all.end(), near.begin(), near.end());

@@ -36,7 +36,7 @@ std::optional<Conic> leastSquares(const std::vector<Point>& points,
     LinearSystem<Unknowns> rows{};
     for (std::size_t n = 0; n < points.size(); ++n) {
         const Point p = points[n];
-        const std::array<double, Unknowns + 1> row{
+        const LinearSystem<Unknowns>::value_type row{
             (p.x * p.x - p.y * p.y) / 2.0, p.x * p.y, p.x, p.y, 1.0,
             -(p.x * p.x + p.y * p.y) / 2.0};
         for (std::size_t i = 0; i < Unknowns; ++i)

@@ -2,7 +2,6 @@
 
 #include "mergecandidates.h"
 #include "pace.h"
-#include "steps.h"
 #include "strokegrid.h"
 
 #include <algorithm>

@@ -332,13 +332,12 @@ private:
                 const Stroke& q = at(members[b][0]);
                 const double sine =
                     std::abs(cross(directionAt(p.carrier, around), directionAt(q.carrier, around)));
-                const double surety = sine * std::min({lengths[index(members[a][0])],
-                                                       lengths[index(members[b][0])], 60.0});
+                const double shorter =
+                    std::min(lengths[index(members[a][0])], lengths[index(members[b][0])]);
+                const double surety = sine * std::min(shorter, 60.0);
                 // Arcs meet twice, and far off where they nearly touch: not a good part of one
                 // away.
                 const double widths = p.width + q.width;
-                const double shorter =
-                    std::min(lengths[index(members[a][0])], lengths[index(members[b][0])]);
                 const double most = p.carrier.isLine() && q.carrier.isLine()
                                         ? 4.0 + 2.0 * widths
                                         : std::min(1.0 + widths, NearOfShorter * shorter);

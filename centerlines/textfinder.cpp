@@ -271,8 +271,8 @@ Extent across(const InkComponent& c, bool upright) {
 }
 
 /// Whether two components may be neighbours in a line of text that runs across the page, or up and
-/// down.
-bool isInLine(const InkComponent& a, const InkComponent& b, bool upright) {
+/// down, no farther from each other than `gap` times the height of the higher one.
+bool isInLine(const InkComponent& a, const InkComponent& b, bool upright, double gap) {
     const Extent ha = across(a, upright);
     const Extent hb = across(b, upright);
     const double low = std::min(ha.length(), hb.length());
@@ -281,13 +281,7 @@ bool isInLine(const InkComponent& a, const InkComponent& b, bool upright) {
     const Extent wb = across(b, !upright);
     return low >= LeastHeight * high && common(ha, hb) >= Covered * low &&
            common(wa, wb) <= Overlap * std::min(wa.length(), wb.length()) &&
-           -common(wa, wb) <= GapOfWords * high;
-}
-
-/// Whether two components in a line are farther from each other than characters of a word.
-bool isApart(const InkComponent& a, const InkComponent& b, bool upright) {
-    const double high = std::max(across(a, upright).length(), across(b, upright).length());
-    return -common(across(a, !upright), across(b, !upright)) > GapOfSize * high;
+           -common(wa, wb) <= gap * high;
 }
 
 /// Whether both stand on one line: in one that runs up or down feet may be on either side.
@@ -305,11 +299,10 @@ std::vector<Neighbors> findNeighbors(const std::vector<Member>& members,
         members, components, GapOfWords * largest,
         [&](std::size_t i, const InkComponent& a, std::size_t j, const InkComponent& b) {
             for (const bool upright : {false, true}) {
-                if (!isInLine(a, b, upright))
-                    continue;
-                const bool apart = isApart(a, b, upright);
-                if (!apart || haveFeetInLine(a, b, upright))
-                    found.push_back({i, j, upright, apart});
+                if (isInLine(a, b, upright, GapOfSize))
+                    found.push_back({i, j, upright, false});
+                else if (isInLine(a, b, upright, GapOfWords) && haveFeetInLine(a, b, upright))
+                    found.push_back({i, j, upright, true});
             }
         });
     return found;

@@ -35,10 +35,10 @@ public:
         if (isExact())
             return labelled(
                 leadingColors(countColors(image, settings.mostColors * 4), settings.mostColors));
-        setLight();
         const Plateaus plateaus = findPlateaus(image, MostPlateaus);
         if (plateaus.isSmooth)
             return similarAreas();
+        setLight();
         if (plateaus.noise == 0)
             return labelled(leadingColors(plainColors(), settings.mostColors));
         setNoise(plateaus.noise);

@@ -154,8 +154,8 @@ std::optional<CurveEnd> localEnd(std::span<const Sample> samples, Point around, 
         const double weight = weightOf(sample);
         count += weight > 0.0 ? 1 : 0;
         const double x = dot(sample.at - around, along);
-        const std::array<double, degreeTerms + 1> powers{1.0, x, x * x, x * x * x,
-                                                         dot(sample.at - around, across)};
+        const LinearSystem<degreeTerms>::value_type powers{1.0, x, x * x, x * x * x,
+                                                           dot(sample.at - around, across)};
         for (std::size_t i = 0; i < degreeTerms; ++i)
             for (std::size_t j = 0; j <= degreeTerms; ++j)
                 rows[i][j] += weight * powers[i] * powers[j];

@@ -26,24 +26,23 @@ bool inTurnedSquare(double x, double y) {
     return std::fabs(u) < 18.3 && std::fabs(v) < 17.6;
 }
 
+/// Whether the light is told of a shape that is drawn either way.
+template <typename Inside> void expectTold(QRgb below, QRgb color, Inside inside) {
+    QImage stored = ground(60, 60, below);
+    paint(stored, color, inside);
+    EXPECT_EQ(lightOfEdges(viewOf(stored)), Light::Stored);
+    QImage linear = ground(60, 60, below);
+    paintInLight(linear, color, inside);
+    EXPECT_EQ(lightOfEdges(viewOf(linear)), Light::Linear);
+}
+
 TEST(LightEvidence, EdgesSayHowTheyWereMixed) {
-    for (const auto& inside : {inDisk, inTurnedSquare}) {
-        QImage stored = ground(60, 60, White);
-        paint(stored, Black, inside);
-        EXPECT_EQ(lightOfEdges(viewOf(stored)), Light::Stored);
-        QImage linear = ground(60, 60, White);
-        paintInLight(linear, Black, inside);
-        EXPECT_EQ(lightOfEdges(viewOf(linear)), Light::Linear);
-    }
+    expectTold(White, Black, inDisk);
+    expectTold(White, Black, inTurnedSquare);
 }
 
 TEST(LightEvidence, ColoursSayItToo) {
-    QImage stored = ground(60, 60, Blue);
-    paint(stored, Red, inTurnedSquare);
-    EXPECT_EQ(lightOfEdges(viewOf(stored)), Light::Stored);
-    QImage linear = ground(60, 60, Blue);
-    paintInLight(linear, Red, inTurnedSquare);
-    EXPECT_EQ(lightOfEdges(viewOf(linear)), Light::Linear);
+    expectTold(Blue, Red, inTurnedSquare);
 }
 
 TEST(LightEvidence, NearlyAllPlacesAgree) {

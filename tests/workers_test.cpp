@@ -126,9 +126,7 @@ TEST_F(Workers, SignalsToTheParentEndThem) {
 TEST_F(Workers, AnInterruptEndsATraceWithin50Milliseconds) {
     const QString image = noise(2000);
     qint64 fastest = std::numeric_limits<qint64>::max(); // the machine may have other work, too
-    for (const int wait : {150, 400, 700, 1000, 200, 500, 800, 300}) {
-        if (fastest < 50)
-            break;
+    for (const int wait : {150, 200, 300, 400, 500, 700, 800, 1000}) {
         QProcess process;
         process.start(OVTRACE_PROGRAM, {image, "--min-path", "0", "-o", path("noise.json")});
         ASSERT_TRUE(process.waitForStarted());
