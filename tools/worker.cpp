@@ -26,7 +26,12 @@ Worker::~Worker() {
     process.waitForFinished(-1);
 }
 
-bool Worker::start() {
+bool Worker::start(QEventLoop& loop) {
+    // Windows deals with what has come before it waits for events, and then waits on: the loop has
+    // to be told that there is something to look at.
+    QObject::connect(&process, &QProcess::readyReadStandardOutput, &loop, &QEventLoop::wakeUp);
+    QObject::connect(&process, &QProcess::readyReadStandardError, &loop, &QEventLoop::wakeUp);
+    QObject::connect(&process, &QProcess::finished, &loop, &QEventLoop::wakeUp);
     endWithThisProcess(process);
     process.start(QCoreApplication::applicationFilePath(), {WorkerFlag});
     return process.waitForStarted(-1);

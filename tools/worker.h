@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QEventLoop>
 #include <QProcess>
 #include <QStringList>
 
@@ -22,8 +23,9 @@ public:
     Worker(const Worker&) = delete;
     Worker& operator=(const Worker&) = delete;
 
-    /// Returns whether there is a process now.
-    bool start();
+    /// Returns whether there is a process now. `loop` wakes up when it says something or ends; it
+    /// must outlive this.
+    bool start(QEventLoop& loop);
     /// Hands it a job, as the words of a command line; it must have none.
     void give(qsizetype job, const QStringList& words);
     /// The job that it has; -1 for none.

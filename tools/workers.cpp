@@ -64,7 +64,7 @@ Worker* Workers::freeWorker() {
 
 Worker* Workers::startedWorker() {
     auto worker = std::make_unique<Worker>();
-    if (!worker->start()) {
+    if (!worker->start(loop)) {
         most = std::max<std::size_t>(workers.size(), 1); // so many the system has room for
         return nullptr;
     }
