@@ -1,5 +1,6 @@
 #include "textfinder.h"
 
+#include "characters.h"
 #include "pace.h"
 
 #include <algorithm>
@@ -10,28 +11,8 @@
 namespace ovtrace {
 namespace {
 
-/// Share of the rectangle of its own moments that a bar fills at least; letters fill less.
-constexpr double BarFill = 0.85;
-/// Length over width of a bent bar at least, and its share of that rectangle.
-constexpr double Slender = 4.0;
-constexpr double BentFill = 0.65;
-/// Gap between neighbours over the size of the greater one.
-constexpr double GapOfSize = 0.45;
-/// The same between words, over the height of the higher one, and how far their feet may then be
-/// apart, over the height of the lower one.
-constexpr double GapOfWords = 0.75;
-constexpr double FeetApart = 0.12;
 /// Characters that touch are at most as long as so many of the largest ones.
 constexpr int MostJoined = 4;
-/// Least height of one character of a line over that of its neighbour, of a ring at most, and share
-/// of the lower one's height that the higher one covers at least.
-constexpr double LeastHeight = 0.55;
-constexpr double MostOfRing = 1.1;
-constexpr double Covered = 0.7;
-/// Share of the narrower one's width in which neighbours may overlap.
-constexpr double Overlap = 0.3;
-
-enum class Form : std::uint8_t { Bar, Ring, Complex };
 
 struct Member {
     std::uint32_t component;
@@ -50,79 +31,6 @@ struct Neighbors {
     bool upright; ///< the line runs up or down
     bool apart;   ///< as words are, or the drawing beside them
 };
-
-struct Spread {
-    double x = 0.0;
-    double y = 0.0;
-    double xx = 0.0;
-    double xy = 0.0;
-    double yy = 0.0;
-};
-
-template <typename Visit>
-void forEachPixel(const InkComponents& all, const InkComponent& component, Visit visit) {
-    for (std::uint32_t i = 0; i < component.runCount; ++i) {
-        const InkRun& run = all.runs[component.firstRun + i];
-        for (int x = run.begin; x < run.end; ++x)
-            visit(x, run.y);
-    }
-}
-
-Spread spreadOf(const InkComponents& all, const InkComponent& component) {
-    Spread s;
-    const double n = component.area;
-    forEachPixel(all, component, [&](int x, int y) {
-        s.x += x;
-        s.y += y;
-    });
-    s.x /= n;
-    s.y /= n;
-    forEachPixel(all, component, [&](int x, int y) {
-        s.xx += (x - s.x) * (x - s.x);
-        s.xy += (x - s.x) * (y - s.y);
-        s.yy += (y - s.y) * (y - s.y);
-    });
-    // The pixel's own extent adds a twelfth.
-    s.xx = s.xx / n + 1.0 / 12.0;
-    s.xy = s.xy / n;
-    s.yy = s.yy / n + 1.0 / 12.0;
-    return s;
-}
-
-bool isBar(const Spread& s, int area) {
-    // A rectangle a by b has the variances a^2/12 and b^2/12.
-    const double sides = 12.0 * std::sqrt(std::max(s.xx * s.yy - s.xy * s.xy, 0.0));
-    if (area >= BarFill * sides)
-        return true;
-    // A dash of an arc is a little bent: long, narrow and nearly full.
-    const double half = (s.xx - s.yy) / 2.0;
-    const double root = std::sqrt(half * half + s.xy * s.xy);
-    const double mean = (s.xx + s.yy) / 2.0;
-    return mean + root > Slender * Slender * (mean - root) && area >= BentFill * sides;
-}
-
-bool isRing(const InkComponents& all, const InkComponent& component, const Spread& s,
-            double strokeWidth) {
-    double least = 1e9;
-    double greatest = 0.0;
-    forEachPixel(all, component, [&](int x, int y) {
-        const double d = (x - s.x) * (x - s.x) + (y - s.y) * (y - s.y);
-        least = std::min(least, d);
-        greatest = std::max(greatest, d);
-    });
-    least = std::sqrt(least);
-    greatest = std::sqrt(greatest);
-    const double width = greatest - least;
-    return least > 1.5 && width < 1.5 * strokeWidth + 1.5 &&
-           component.area > 0.5 * 3.1416 * (greatest * greatest - least * least);
-}
-
-Form formOf(const InkComponents& all, const InkComponent& component, double strokeWidth) {
-    const Spread s = spreadOf(all, component);
-    if (isBar(s, component.area))
-        return Form::Bar;
-    return isRing(all, component, s, strokeWidth) ? Form::Ring : Form::Complex;
-}
 
 int gapBetween(const InkComponent& a, const InkComponent& b) {
     const int dx = std::max({a.left - b.right, b.left - a.right, 0});
@@ -252,46 +160,6 @@ void decideSimple(std::vector<Member>& members, const InkComponents& components,
     });
 }
 
-/// One side of a component's box: from `begin` up to `end`.
-struct Extent {
-    int begin;
-    int end;
-
-    int length() const {
-        return end - begin;
-    }
-};
-
-int common(Extent a, Extent b) {
-    return std::min(a.end, b.end) - std::max(a.begin, b.begin);
-}
-
-Extent across(const InkComponent& c, bool upright) {
-    return upright ? Extent{c.left, c.right} : Extent{c.top, c.bottom};
-}
-
-/// Whether two components may be neighbours in a line of text that runs across the page, or up and
-/// down, no farther from each other than `gap` times the height of the higher one.
-bool isInLine(const InkComponent& a, const InkComponent& b, bool upright, double gap) {
-    const Extent ha = across(a, upright);
-    const Extent hb = across(b, upright);
-    const double low = std::min(ha.length(), hb.length());
-    const double high = std::max(ha.length(), hb.length());
-    const Extent wa = across(a, !upright);
-    const Extent wb = across(b, !upright);
-    return low >= LeastHeight * high && common(ha, hb) >= Covered * low &&
-           common(wa, wb) <= Overlap * std::min(wa.length(), wb.length()) &&
-           -common(wa, wb) <= gap * high;
-}
-
-/// Whether both stand on one line: in one that runs up or down feet may be on either side.
-bool haveFeetInLine(const InkComponent& a, const InkComponent& b, bool upright) {
-    const Extent ha = across(a, upright);
-    const Extent hb = across(b, upright);
-    const double most = std::max(1.0, FeetApart * std::min(ha.length(), hb.length()));
-    return std::abs(ha.end - hb.end) <= most || (upright && std::abs(ha.begin - hb.begin) <= most);
-}
-
 std::vector<Neighbors> findNeighbors(const std::vector<Member>& members,
                                      const InkComponents& components, double largest) {
     std::vector<Neighbors> found;
@@ -301,7 +169,7 @@ std::vector<Neighbors> findNeighbors(const std::vector<Member>& members,
             for (const bool upright : {false, true}) {
                 if (isInLine(a, b, upright, GapOfSize))
                     found.push_back({i, j, upright, false});
-                else if (isInLine(a, b, upright, GapOfWords) && haveFeetInLine(a, b, upright))
+                else if (isInLine(a, b, upright, GapOfWords) && haveFeetInLine(a, b, upright, 1.0))
                     found.push_back({i, j, upright, true});
             }
         });

@@ -23,6 +23,7 @@
 #include "tangents.h"
 #include "textfinder.h"
 #include "thinning.h"
+#include "touchingtext.h"
 #include "widthclasses.h"
 
 #include <QImage>
@@ -93,6 +94,8 @@ Found findStrokes(InkLevels ink, const CenterlineOptions& options, const Raster&
     if (straightenFlat(strokes, measure))
         mergeStrokes(strokes, ink, measure, pace);
     dropExplained(strokes, pace);
+    markTouchingText(mask, ink, options.threshold, strokes, options.textSize * strokeWidth,
+                     strokeWidth, pace);
     strokes.insert(strokes.end(), std::make_move_iterator(bars.begin()),
                    std::make_move_iterator(bars.end()));
     joinDashes(strokes, ink, measure, pace);
