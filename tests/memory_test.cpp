@@ -7,6 +7,9 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QJsonDocument>
+
+#include <vector>
 
 namespace {
 
@@ -85,4 +88,17 @@ TEST_F(Memory, DecodingIsRefusedToo) {
     write("large.pgm", "P5 19000 19000 255\n" + QByteArray(19000 * 19000 / 16, 'x'));
     expectError(runWithin(500, "'" + path("large.pgm") + "'"), 1,
                 "tracing 19000 x 19000 pixels would take about 0.72 GB");
+}
+
+TEST_F(Memory, WhatIsReportedIsTheProgramsOwn) {
+#ifdef OVTRACE_SANITIZED
+    GTEST_SKIP() << "the sanitizers' own memory comes on top";
+#endif
+    const std::vector<char> ours(300'000'000, 'x');
+    const QString image = saveImage(blackSquareOnWhite(QImage::Format_RGB32), "square.png");
+    const ProgramResult result = run({image, "-q", "--stats", "json", "-o", path("square.svg")});
+    ASSERT_EQ(result.status, 0);
+    const double peak = QJsonDocument::fromJson(result.output)["peakMemory"].toDouble();
+    EXPECT_GT(peak, 1e6);
+    EXPECT_LT(peak, static_cast<double>(ours.size()) / 2.0);
 }
