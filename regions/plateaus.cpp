@@ -35,11 +35,29 @@ public:
     /// Calls visit(colour, range) for every neighbourhood whose pixels are not all equal, with the
     /// colour of its middle and the largest difference in a channel.
     template <typename Visit> void forEachUneven(const Visit& visit) const {
+        forEachUnevenPlace([&](int x, int y, int range) { visit(image.at(x, y), range); });
+    }
+    /// The same with the place of the middle: visit(x, y, range).
+    template <typename Visit> void forEachUnevenPlace(const Visit& visit) const {
         for (int y = 1; y + 1 < image.height; y += stride)
-            visitRow(y, visit);
+            visitRow(y, [&](int x, int range, bool plain) {
+                if (!plain)
+                    visit(x, y, range);
+            });
+    }
+    /// The colours of the neighbourhoods whose pixels are all equal.
+    ColorCounts plainColors() const {
+        ColorCounts counts;
+        for (int y = 1; y + 1 < image.height; y += stride)
+            visitRow(y, [&](int x, int, bool plain) {
+                if (plain)
+                    counts.add(image.at(x, y));
+            });
+        return counts;
     }
 
 private:
+    /// Calls visit(x, range, whether all are equal) for the neighbourhoods of a row.
     template <typename Visit> void visitRow(int y, const Visit& visit) const {
         const std::array rows{image.row(y - 1), image.row(y), image.row(y + 1)};
         const auto isPlainColumn = [&](int x) {
@@ -50,8 +68,8 @@ private:
         for (int x = 1; x < image.width; ++x) {
             const bool same = isPlainColumn(x) && (plain == 0 || rows[1][x] == rows[1][x - 1]);
             plain = same ? plain + 1 : int(isPlainColumn(x));
-            if (x >= 2 && plain < 3)
-                visit(rows[1][x - 1], rangeOf(rows, x - 1));
+            if (x >= 2)
+                visit(x - 1, plain < 3 ? rangeOf(rows, x - 1) : 0, plain >= 3);
         }
     }
     static int rangeOf(const std::array<const QRgb*, 3>& rows, int x) {
@@ -81,6 +99,65 @@ std::vector<ColorCounts::Entry> commonestFirst(const ColorCounts& counts) {
                      [](const auto& a, const auto& b) { return a.count > b.count; });
     return order;
 }
+
+/// Edges between exact colours that are so alike that they could be noise.
+class PaleEdges {
+public:
+    explicit PaleEdges(const ColorCounts& plain) {
+        // Areas, no single blocks of eight by eight that compression has left plain.
+        constexpr std::uint64_t Share = 200;
+        constexpr std::size_t Most = 32;
+        const auto order = commonestFirst(plain);
+        std::uint64_t all = 0;
+        for (const ColorCounts::Entry& entry : order)
+            all += entry.count;
+        for (std::size_t k = 0; k < std::min(order.size(), Most); ++k) {
+            if (order[k].count * Share < all)
+                break;
+            for (std::size_t i = 0; i < k; ++i)
+                add(order[i].color, order[k].color);
+        }
+    }
+    bool isEmpty() const {
+        return edges.empty();
+    }
+    /// Whether the pixels around a place are mixes of two such colours, one of them there itself.
+    bool explain(const PixelView& image, int x, int y) const {
+        return std::any_of(edges.begin(), edges.end(),
+                           [&](const Edge& edge) { return edge.explains(image, x, y); });
+    }
+
+private:
+    struct Edge {
+        QRgb from;
+        QRgb to;
+        ColorAxis axis;
+
+        bool explains(const PixelView& image, int x, int y) const {
+            constexpr double Rounding = 2.0; // steps of a channel
+            bool any = false;
+            for (int row = y - 1; row <= y + 1; ++row) {
+                for (int column = x - 1; column <= x + 1; ++column) {
+                    const QRgb color = image.at(column, row);
+                    any = any || color == from || color == to;
+                    if (axis.residual(mixColor(color)) > Rounding)
+                        return false;
+                }
+            }
+            return any;
+        }
+    };
+
+    void add(QRgb from, QRgb to) {
+        // Below, compression may have made two colours of one.
+        constexpr int Least = 12;
+        const int apart = farthestChannel(from, to);
+        if (apart >= Least && apart <= LargestNoise)
+            edges.push_back({from, to, ColorAxis(from, to)});
+    }
+
+    std::vector<Edge> edges;
+};
 
 /// A colour that stands for those within a radius.
 struct Leader {
@@ -118,6 +195,8 @@ public:
     Plateaus run() {
         Plateaus found;
         countRanges();
+        if (isDisturbed())
+            forgetPaleEdges();
         if (!isDisturbed())
             return found;
         const int level = noiseLevel();
@@ -135,6 +214,17 @@ private:
         neighbourhoods.forEachUneven([this](QRgb, int range) {
             ++uneven;
             nearlyPlain += std::uint64_t(range <= LargestNoise);
+        });
+    }
+    void forgetPaleEdges() {
+        const PaleEdges pale(neighbourhoods.plainColors());
+        if (pale.isEmpty())
+            return;
+        neighbourhoods.forEachUnevenPlace([&](int x, int y, int range) {
+            if (range > LargestNoise || !pale.explain(image, x, y))
+                return;
+            --uneven;
+            --nearlyPlain;
         });
     }
     /// Of rendered drawings, a quarter of the uneven neighbourhoods are nearly plain at most: those

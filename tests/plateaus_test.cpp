@@ -51,6 +51,19 @@ TEST(Plateaus, NoiseIsMeasuredAndTheColoursAreFoundWithinIt) {
     }
 }
 
+TEST(Plateaus, EdgesOfPaleAreasAreNoNoise) {
+    const QRgb pale = qRgb(244, 233, 216);
+    QImage image = ground(80, 80, White);
+    paint(image, pale, [](double x, double y) { return std::hypot(x - 40, y - 40) < 29.3; });
+    paint(image, Red, [](double x, double y) { return std::hypot(x - 8, y - 8) < 4.6; });
+    EXPECT_EQ(findPlateaus(viewOf(image), 128).noise, 0);
+    addNoise(image, 4, 5);
+    const Plateaus found = findPlateaus(viewOf(image), 128);
+    EXPECT_GE(found.noise, 4);
+    for (const QRgb color : {White, pale})
+        EXPECT_TRUE(hasNear(found.colors, color, found.noise));
+}
+
 TEST(Plateaus, GradientIsSmooth) {
     QImage image = ground(200, 60, White);
     for (int y = 0; y < 60; ++y) {
