@@ -36,6 +36,17 @@ bool reachesBoth(const PixelView& image, const ColorAxis& axis, int x, int y) {
     return most >= Whole && least <= 1.0 - Whole;
 }
 
+/// Whether a pixel has its label from none around it but, perhaps, one that lies diagonally.
+bool isAlone(const LabelImage& labels, int x, int y) {
+    const std::uint16_t label = labels.at(x, y);
+    int alike = 0;
+    for (int row = std::max(y - 1, 0); row < std::min(y + 2, labels.height); ++row) {
+        for (int column = std::max(x - 1, 0); column < std::min(x + 2, labels.width); ++column)
+            alike += int(labels.at(column, row) == label);
+    }
+    return alike <= 2;
+}
+
 } // namespace
 
 bool joinsFalling(const PixelView& image, const LabelImage& labels, int x, int y) {
@@ -47,6 +58,14 @@ bool joinsFalling(const PixelView& image, const LabelImage& labels, int x, int y
     const std::array shares{axis.position(image.at(x - 1, y - 1)), axis.position(image.at(x, y)),
                             axis.position(image.at(x, y - 1)), axis.position(image.at(x - 1, y))};
     const double covered = shares[0] + shares[1] + shares[2] + shares[3];
+    // Beside a tip both pixels hold shares of its colour, as they do not beside a speck.
+    constexpr double Held = 0.3; // of the two together
+    const bool fallingTip = shares[2] + shares[3] <= 2.0 - Held &&
+                            (isAlone(labels, x - 1, y - 1) || isAlone(labels, x, y));
+    const bool risingTip =
+        shares[0] + shares[1] >= Held && (isAlone(labels, x, y - 1) || isAlone(labels, x - 1, y));
+    if (fallingTip != risingTip)
+        return fallingTip;
     // A line that covers no pixel whole is held against what it reaches here.
     const auto [least, most] = std::minmax_element(shares.begin(), shares.end());
     const double half = reachesBoth(image, axis, x, y) ? 2.0 : 2.0 * (*least + *most);

@@ -9,7 +9,9 @@ namespace ovtrace {
 ///
 /// For corners where two colours meet crosswise. In a smooth image the mean of the four says which
 /// colour covers the corner, more than half or, where a line covers no pixel whole, more than in
-/// the middle of what is reached. Where that says nothing, the colour that is rarer around the
+/// the middle of what is reached. A pixel that hangs on to its colour by this corner alone is the
+/// tip of a wedge, which covers less, if the others around the corner hold some of it as well.
+/// Where that says nothing, the colour that is rarer around the
 /// corner is held to be a line, as a reader would; among equals the darker one.
 bool joinsFalling(const PixelView& image, const LabelImage& labels, int x, int y);
 

@@ -66,4 +66,25 @@ TEST(Saddles, CoverageDecidesInSmoothImages) {
     }
 }
 
+/// Two black pixels that meet at (4, 4), of which the lower right one has no others around it
+/// and is `tip`, while the two beside both are `beside`; black goes on from the other one.
+QImage wedge(int tip, int beside) {
+    QImage image = ground(8, 8, White);
+    for (int y = 0; y < 4; ++y) {
+        for (int x = 0; x <= y; ++x)
+            image.setPixel(x, y, Black);
+    }
+    image.setPixel(4, 4, qRgb(tip, tip, tip));
+    image.setPixel(4, 3, qRgb(beside, beside, beside));
+    image.setPixel(3, 4, qRgb(beside, beside, beside));
+    return image;
+}
+
+TEST(Saddles, TipOfAWedgeStaysWithItThoughItCoversLess) {
+    const QImage tip = wedge(120, 205);
+    EXPECT_TRUE(joinsFalling(viewOf(tip), labelled(tip), 4, 4));
+    const QImage speck = wedge(120, 255);
+    EXPECT_FALSE(joinsFalling(viewOf(speck), labelled(speck), 4, 4));
+}
+
 } // namespace
