@@ -301,6 +301,48 @@ bool liesIn(Point p, double width, const Stroke& other) {
            covers(other, p, 0.5 * other.width + 1.0);
 }
 
+/// Drops strokes of which `mayGo` is true where longer ones explain their ink, the shortest first,
+/// and returns which.
+template <typename Predicate>
+std::vector<int> dropWhereExplained(std::vector<Stroke>& strokes, Pace& pace, Predicate mayGo) {
+    std::vector<std::pair<double, int>> order;
+    int right = 1;
+    int bottom = 1;
+    for (std::size_t i = 0; i < strokes.size(); ++i) {
+        if (strokes[i].dropped)
+            continue;
+        order.emplace_back(lengthOf(strokes[i]), static_cast<int>(i));
+        for (const Point& p : pointsAlong(strokes[i], 8.0)) {
+            right = std::max(right, static_cast<int>(std::min(p.x, 1e6)));
+            bottom = std::max(bottom, static_cast<int>(std::min(p.y, 1e6)));
+        }
+    }
+    std::stable_sort(order.begin(), order.end());
+    const StrokeGrid grid(strokes, right, bottom);
+    std::vector<int> near;
+    std::vector<int> gone;
+    double done = 0.0;
+    for (const std::pair<double, int>& entry : order) {
+        const double length = entry.first;
+        const int i = entry.second;
+        pace.step(done += 1.0, static_cast<double>(order.size()));
+        Stroke& stroke = strokes[static_cast<std::size_t>(i)];
+        if (!mayGo(stroke))
+            continue;
+        stroke.dropped = allAlong(stroke, 1.0, [&](Point place) {
+            grid.near(place, stroke.width, near);
+            return std::ranges::any_of(near, [&](int j) {
+                const Stroke& other = strokes[static_cast<std::size_t>(j)];
+                return j != i && !other.dropped && lengthOf(other) > length &&
+                       liesIn(place, stroke.width, other);
+            });
+        });
+        if (stroke.dropped)
+            gone.push_back(i);
+    }
+    return gone;
+}
+
 } // namespace
 
 bool inkRunsOn(const InkLevels& ink, const Stroke& stroke, int end, double distance) {
@@ -331,38 +373,14 @@ bool liesInStrokes(const std::vector<Point>& points, const std::vector<Stroke>& 
 }
 
 void dropExplained(std::vector<Stroke>& strokes, Pace& pace) {
-    std::vector<std::pair<double, int>> order;
-    int right = 1;
-    int bottom = 1;
-    for (std::size_t i = 0; i < strokes.size(); ++i) {
-        if (strokes[i].dropped)
-            continue;
-        order.emplace_back(lengthOf(strokes[i]), static_cast<int>(i));
-        for (const Point& p : pointsAlong(strokes[i], 8.0)) {
-            right = std::max(right, static_cast<int>(std::min(p.x, 1e6)));
-            bottom = std::max(bottom, static_cast<int>(std::min(p.y, 1e6)));
-        }
-    }
-    std::stable_sort(order.begin(), order.end());
-    const StrokeGrid grid(strokes, right, bottom);
-    std::vector<int> near;
-    double done = 0.0;
-    for (const std::pair<double, int>& entry : order) {
-        const double length = entry.first;
-        const int i = entry.second;
-        pace.step(done += 1.0, static_cast<double>(order.size()));
-        Stroke& stroke = strokes[static_cast<std::size_t>(i)];
-        if (stroke.closed)
-            continue;
-        stroke.dropped = allAlong(stroke, 1.0, [&](Point place) {
-            grid.near(place, stroke.width, near);
-            return std::ranges::any_of(near, [&](int j) {
-                const Stroke& other = strokes[static_cast<std::size_t>(j)];
-                return j != i && !other.dropped && lengthOf(other) > length &&
-                       liesIn(place, stroke.width, other);
-            });
-        });
-    }
+    dropWhereExplained(strokes, pace, [](const Stroke& stroke) { return !stroke.closed; });
+}
+
+std::vector<int> dropExplainedStubs(std::vector<Stroke>& strokes, Pace& pace) {
+    return dropWhereExplained(strokes, pace, [](const Stroke& stroke) {
+        const auto isFree = [](const StrokeEnd& end) { return end.node < 0 && !end.solid; };
+        return !stroke.closed && stroke.dashes.empty() && std::ranges::any_of(stroke.ends, isFree);
+    });
 }
 
 } // namespace ovtrace

@@ -25,4 +25,8 @@ bool liesInStrokes(const std::vector<Point>& points, const std::vector<Stroke>& 
 /// Drops short strokes that lie within others.
 void dropExplained(std::vector<Stroke>& strokes, Pace& pace);
 
+/// Drops strokes with a free end that lie within others now that ends were joined, what stood where
+/// two arcs run together in a cusp, and returns which.
+std::vector<int> dropExplainedStubs(std::vector<Stroke>& strokes, Pace& pace);
+
 } // namespace ovtrace

@@ -56,6 +56,21 @@ void dropDirt(std::vector<Stroke>& strokes, double strokeWidth) {
             stroke.dropped = true;
 }
 
+/// Joins the ends of strokes and returns the nodes. What only then proves to lie within others, a
+/// stub in the cusp of two arcs, takes no part in it.
+std::vector<Point> joinAll(std::vector<Stroke>& strokes, const InkLevels& ink,
+                           const Measure& measure, Pace& pace) {
+    std::vector<Stroke> apart = strokes;
+    const std::vector<Point> nodes = joinEnds(strokes, ink, measure, pace);
+    const std::vector<int> stubs = dropExplainedStubs(strokes, pace);
+    if (stubs.empty())
+        return nodes;
+    for (const int i : stubs)
+        apart[static_cast<std::size_t>(i)].dropped = true;
+    strokes = std::move(apart);
+    return joinEnds(strokes, ink, measure, pace);
+}
+
 /// What the ink holds; nothing where it is only noise, which `noise` then says.
 Found findStrokes(InkLevels ink, const CenterlineOptions& options, const Raster& raster,
                   bool& noise, Pace& pace) {
@@ -103,7 +118,7 @@ Found findStrokes(InkLevels ink, const CenterlineOptions& options, const Raster&
     alignLines(strokes);
     makeTangent(strokes, measure);
     completeHatching(strokes, ink);
-    found.nodes = joinEnds(strokes, ink, measure, pace);
+    found.nodes = joinAll(strokes, ink, measure, pace);
     findEllipses(strokes, found.nodes, measure);
     dropImpossible(strokes, ink.width, ink.height);
     markHatching(strokes, ink);
