@@ -12,11 +12,12 @@ std::vector<EdgeSegment> segmentsOf(const CrackMap& cracks,
                                     std::span<const std::vector<Piece>> curves,
                                     std::span<const std::uint32_t> chains) {
     std::vector<EdgeSegment> segments;
-    std::size_t steps = 0;
-    for (const std::uint32_t i : chains)
-        steps += cracks.chains[i].stepCount;
-    // Curves of pixels make about one segment a step.
-    segments.reserve(steps);
+    std::size_t count = 0;
+    for (const std::uint32_t i : chains) {
+        for (const Piece& piece : curves[i])
+            count += flattenedCount(piece, Flatness);
+    }
+    segments.reserve(count);
     auto corner = static_cast<std::uint32_t>(cracks.junctions.size());
     std::vector<Point> points;
     for (const std::uint32_t i : chains) {

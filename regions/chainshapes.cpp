@@ -3,6 +3,7 @@
 #include "chaincheck.h"
 #include "edgeplaces.h"
 #include "plainjoining.h"
+#include "release.h"
 #include "separation.h"
 #include "wholepixels.h"
 
@@ -74,7 +75,7 @@ public:
 private:
     /// The curves one after another, each let go at once.
     void gather() {
-        fitted = {};
+        release(fitted);
         std::size_t count = 0;
         shapes.starts.reserve(curves.size() + 1);
         for (const std::vector<Piece>& curve : curves) {
@@ -85,7 +86,7 @@ private:
         shapes.pieces.reserve(count);
         for (std::vector<Piece>& curve : curves) {
             shapes.pieces.insert(shapes.pieces.end(), curve.begin(), curve.end());
-            curve = {};
+            release(curve);
         }
     }
 
@@ -227,7 +228,8 @@ private:
             const Point only = start ? *start : f.samples.front().at;
             pieces.push_back(linePiece(only, only));
         }
-        f.samples = {};
+        pieces.shrink_to_fit();
+        release(f.samples);
         f.model = {};
     }
 
@@ -338,6 +340,7 @@ private:
             f.alone = curves[i];
         curves[i] =
             patched(f.alone, places.placesBeside(cracks, chain), steps.all(), chain.from < 0);
+        curves[i].shrink_to_fit();
     }
 
     /// The curve of a model; nothing when it does not follow the samples.

@@ -55,15 +55,16 @@ void SegmentGrid::forEachCell(const EdgeSegment& segment, const Visit& visit) co
 }
 
 void SegmentGrid::fill() {
-    starts.assign(cellCount() + 1, 0);
+    // The cells' numbers of entries, then their starts, then their ends: each moved on by what is
+    // put in. Shifted by two, and in the end by one, so that one array holds all.
+    starts.assign(cellCount() + 2, 0);
     for (const EdgeSegment& segment : segments)
-        forEachCell(segment, [this](std::size_t cell) { ++starts[cell + 1]; });
+        forEachCell(segment, [this](std::size_t cell) { ++starts[cell + 2]; });
     for (std::size_t cell = 0; cell < cellCount(); ++cell)
-        starts[cell + 1] += starts[cell];
+        starts[cell + 2] += starts[cell + 1];
     entries.resize(starts.back());
-    std::vector<std::size_t> next(starts.begin(), starts.end() - 1);
     for (std::uint32_t i = 0; i < segments.size(); ++i)
-        forEachCell(segments[i], [&](std::size_t cell) { entries[next[cell]++] = i; });
+        forEachCell(segments[i], [&](std::size_t cell) { entries[starts[cell + 1]++] = i; });
 }
 
 } // namespace ovtrace

@@ -60,7 +60,8 @@ private:
     double side = 1.0; ///< of a cell, in pixels
     std::size_t columns = 0;
     std::size_t rows = 0;
-    std::vector<std::size_t> starts; ///< of each cell's entries, and their end
+    /// Of each cell's entries, and their end. There are fewer than 2^32: more would take 16 GB.
+    std::vector<std::uint32_t> starts;
     std::vector<std::uint32_t> entries;
 };
 

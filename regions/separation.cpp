@@ -34,8 +34,10 @@ bool Separation::search(std::span<const std::vector<Piece>> curves) {
         yieldAll();
         return any;
     }
-    if (!looked || looked->chainCount < cracks.chains.size())
+    if (!looked || looked->chainCount < cracks.chains.size()) {
+        looked.reset(); // before there are others
         looked = std::make_unique<ChainSegments>(cracks, curves, allChains());
+    }
     searchNesting(*looked);
     return any;
 }
@@ -86,8 +88,10 @@ std::unique_ptr<ChainSegments> Separation::findMeetings(std::span<const std::vec
     });
     auto looked = std::make_unique<ChainSegments>(cracks, curves, renewed);
     measure(looked->segments);
-    if (renewed.size() < cracks.chains.size())
+    if (renewed.size() < cracks.chains.size()) {
+        looked.reset();
         looked = std::make_unique<ChainSegments>(cracks, curves, chainsNear(isRenewed));
+    }
     for (const Contact& contact : findContacts(looked->grid)) {
         const EdgeSegment& one = looked->segments[contact.first];
         const EdgeSegment& other = looked->segments[contact.second];

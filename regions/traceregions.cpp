@@ -8,6 +8,7 @@
 #include "outlines.h"
 #include "regiongrid.h"
 #include "regionoptions.h"
+#include "release.h"
 #include "specks.h"
 #include "traceprogress.h"
 
@@ -150,7 +151,7 @@ ovtrace::RegionMap OvTraceRegions::trace(const QImage& image) const {
     if (!stages.done(0.4))
         return {};
     const CrackMap cracks = walkCracks(grid);
-    grid.ids = {}; // where areas lie is known by their edges from here on
+    release(grid.ids); // where areas lie is known by their edges from here on
     if (!stages.done(0.5))
         return {};
     FitOptions fit;
@@ -162,6 +163,6 @@ ovtrace::RegionMap OvTraceRegions::trace(const QImage& image) const {
     if (!shapes)
         return {};
     plain = {};
-    labels.labels = {};
+    release(labels.labels);
     return assembleMap(grid, cracks, std::move(*shapes), labels.palette);
 }

@@ -54,4 +54,14 @@ TEST(Flatten, LinesStayWhole) {
     EXPECT_EQ(flattened(linePiece({1, 2}, {300, 4}), 0.01).size(), 2U);
 }
 
+TEST(Flatten, CountIsKnownBefore) {
+    const Piece pieces[] = {linePiece({1, 2}, {300, 4}), arcPiece({0, 0}, {40, 10}, 0.7),
+                            arcPiece({5, 5}, {-3, 9}, -1.0), arcPiece({0, 0}, {3, 0}, 0.001),
+                            cubicPiece({0, 0}, {10, 15}, {20, -15}, {30, 0})};
+    for (const Piece& piece : pieces) {
+        for (const double tolerance : {0.5, 0.05, 0.01})
+            EXPECT_EQ(flattenedCount(piece, tolerance) + 1, flattened(piece, tolerance).size());
+    }
+}
+
 } // namespace

@@ -1,5 +1,7 @@
 #include "polylines.h"
 
+#include "release.h"
+
 #include <algorithm>
 #include <numeric>
 
@@ -100,7 +102,7 @@ QList<OvPolyline> PolylineOutput::takePolylines() {
                 take(outline);
         }
         progress.advance(static_cast<std::int64_t>(block.size()));
-        block = {};
+        release(block);
     }
     return polylines;
 }
