@@ -22,6 +22,12 @@ constexpr double WiderBeyond = 1.5;
 constexpr double WidestOfLine = 12.0;
 /// Cosine of the least angle between a line and a mark on it: 80 degrees.
 constexpr double Upright = 0.17;
+/// The same for the width of the wedge that fits all of the head best, as a share of that.
+constexpr double Fitted = 0.75;
+/// Pixels from an edge at which its blur decides nothing.
+constexpr double Beside = 0.5;
+/// Share of a head's sides that is ink at least.
+constexpr double Filled = 0.75;
 /// Ink that is inside.
 constexpr double Inside = 0.5;
 
@@ -49,7 +55,7 @@ public:
         for (int k = 0; k <= last; ++k)
             profile.push_back(acrossAt(k * Step));
         const double base = baseOf(most);
-        if (base <= 0.0 || !isWedge(base))
+        if (base <= 0.0 || !isWedge(base) || !isFilled(base, 1.0) || !isFilled(base, -1.0))
             return std::nullopt;
         return triangle(base);
     }
@@ -79,10 +85,14 @@ private:
         return {reach(-across), reach(across)};
     }
 
+    double leastWidth() const {
+        return WiderThanLine * line.width + WiderBeyond;
+    }
+
     /// Where the widest place is after which the line is by itself again; 0 for none.
     double baseOf(double most) const {
         double best = 0.0;
-        double width = WiderThanLine * line.width + WiderBeyond;
+        double width = leastWidth();
         for (int k = stepsIn(3.0, Step); k * Step <= most; ++k)
             if (at(k * Step).width() >= width) {
                 width = at(k * Step).width();
@@ -103,7 +113,7 @@ private:
     /// Whether the width grows evenly from the tip to the base, on both sides alike.
     bool isWedge(double base) const {
         const double width = 2.0 * slope(base) * base;
-        if (base < 0.8 * width || base > 4.0 * width)
+        if (width < Fitted * leastWidth() || base < 0.8 * width || base > 4.0 * width)
             return false;
         constexpr std::array<double, 4> Parts{0.35, 0.5, 0.65, 0.8};
         return std::ranges::all_of(Parts, [&](double part) {
@@ -111,6 +121,21 @@ private:
             return std::abs(a.width() - std::max(part * width, line.width)) <= 0.15 * width + 1.5 &&
                    std::abs(a.left - a.right) <= 0.25 * width + 1.0;
         });
+    }
+
+    /// Whether ink fills the head on one side beside the line's own: bars that meet a line near its
+    /// corner make its ink wider as well, and on one side alone.
+    bool isFilled(double base, double side) const {
+        const double grows = slope(base);
+        int filled = 0;
+        int all = 0;
+        for (double d = Step; d < base - Beside; d += Step)
+            for (double off = line.width / 2.0 + Beside; off <= grows * d - Beside; off += Step) {
+                const Point p = placeAt(d) + across * (side * off);
+                filled += ink.sample(p.x, p.y) >= Inside ? 1 : 0;
+                ++all;
+            }
+        return filled >= Filled * all;
     }
 
     /// Half the width over the distance from the tip.

@@ -2,6 +2,12 @@
 
 #include "arrowheads.h"
 
+#include "tracecenterlines.h"
+
+#include <QImage>
+#include <QPainter>
+#include <QPolygonF>
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -71,6 +77,26 @@ TEST(ArrowHeads, FilledAreasAreNotFoundTwice) {
     Drawing drawing(20.0, 12.0);
     std::fill(drawing.mask.values.begin(), drawing.mask.values.end(), InkMask::Solid);
     EXPECT_TRUE(drawing.heads().empty());
+}
+
+/// Bars of a railing: one in the corner of a rail that rises by `slope`, others that stand on it.
+QImage railing(double width, double step, double slope) {
+    QImage image(160, 120, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(Qt::black, width, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
+    const double left = 20.5;
+    const auto rail = [&](double x) { return QPointF(left + x, 100.0 - slope * x); };
+    painter.drawPolyline(QPolygonF{QPointF(left, 10.0), rail(0.0), rail(129.5)});
+    for (int bar = 1; bar <= 3; ++bar)
+        painter.drawLine(QPointF(left + step * bar, 10.0), rail(step * bar));
+    return image;
+}
+
+TEST(ArrowHeads, CornersThatBarsStandNearAreNone) {
+    EXPECT_TRUE(OvTraceCenterlines().trace(railing(3.0, 11.0, 0.7)).areas.isEmpty());
+    EXPECT_TRUE(OvTraceCenterlines().trace(railing(3.5, 15.0, 0.5)).areas.isEmpty());
 }
 
 } // namespace
