@@ -3,6 +3,7 @@
 #include "mixing.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace ovtrace {
 
@@ -12,16 +13,17 @@ constexpr double Rounding = 2.0; // steps of a channel
 
 /// A colour between two others that have more blocks, and how its pixels lie.
 struct LikelyMix {
+    ColorAxis between; ///< those two
     QRgb color = 0;
     std::uint32_t blocks = 0;
     bool isRare = false;       ///< many more blocks, they have
     std::uint32_t pixels = 0;  ///< of this colour
     std::uint32_t inner = 0;   ///< those whose neighbours all have it
     std::uint32_t onEdges = 0; ///< those alone between pixels of which it is a mix
+    std::uint32_t crests = 0;  ///< those around which nothing is nearer to one of the two
 };
 
-bool isBetween(QRgb color, QRgb one, QRgb other, Light light) {
-    const ColorAxis axis(one, other, light);
+bool isBetween(QRgb color, const ColorAxis& axis, Light light) {
     const MixColor mix = mixColor(color, light);
     const double t = axis.rawPosition(mix);
     return t > 0.0 && t < 1.0 && axis.residual(mix) <= Rounding;
@@ -35,21 +37,25 @@ std::vector<LikelyMix> likelyMixes(const ColorCounts& blocks, Light light) {
     std::stable_sort(order.begin(), order.end(),
                      [](const auto& a, const auto& b) { return a.count > b.count; });
     order.resize(std::min(order.size(), Usual));
-    // The rarer one of the two commonest between which it lies has so many blocks; 0 if none.
-    const auto blocksAround = [&order, light](const ColorCounts::Entry& entry) {
-        for (std::size_t i = 0; i < order.size() && order[i].count > entry.count; ++i) {
-            for (std::size_t k = 0; k < i; ++k) {
-                if (isBetween(entry.color, order[i].color, order[k].color, light))
-                    return order[i].count;
+    // Between the two commonest, if there are any.
+    const auto mixOf = [&order, light](const ColorCounts::Entry& entry) {
+        std::optional<LikelyMix> mix;
+        for (std::size_t i = 0; i < order.size() && order[i].count > entry.count && !mix; ++i) {
+            for (std::size_t k = 0; k < i && !mix; ++k) {
+                const ColorAxis axis(order[i].color, order[k].color, light);
+                if (isBetween(entry.color, axis, light))
+                    mix = {.between = axis,
+                           .color = entry.color,
+                           .blocks = entry.count,
+                           .isRare = order[i].count / ManyMore > entry.count};
             }
         }
-        return std::uint32_t{0};
+        return mix;
     };
     std::vector<LikelyMix> mixes;
     for (const ColorCounts::Entry& entry : blocks.entries()) {
-        const std::uint32_t around = blocksAround(entry);
-        if (around > 0)
-            mixes.push_back({entry.color, entry.count, around / ManyMore > entry.count});
+        if (const auto mix = mixOf(entry))
+            mixes.push_back(*mix);
     }
     return mixes;
 }
@@ -84,6 +90,7 @@ private:
         mix.onEdges +=
             std::uint32_t(isAloneBetween(mix.color, image.at(x - 1, y), image.at(x + 1, y)) ||
                           isAloneBetween(mix.color, image.at(x, y - 1), image.at(x, y + 1)));
+        mix.crests += std::uint32_t(isCrest(x, y, mix));
     }
     bool isInner(int x, int y, QRgb color) const {
         for (int row = y - 1; row <= y + 1; ++row) {
@@ -96,9 +103,52 @@ private:
     }
     bool isAloneBetween(QRgb color, QRgb before, QRgb behind) const {
         return before != color && behind != color && before != behind &&
-               isBetween(color, before, behind, light);
+               isBetween(color, ColorAxis(before, behind, light), light);
+    }
+    /// Whether no pixel near by is nearer to one of the two colours, and the one beside it is
+    /// equal: lines have crests, and edges have none. Those of long lines along the pixels are left
+    /// out, for these may be mixes.
+    bool isCrest(int x, int y, const LikelyMix& mix) const {
+        constexpr int Reach = 2; // edges are mixed no farther
+        if (x < Reach || y < Reach || x + Reach >= image.width || y + Reach >= image.height)
+            return false;
+        const int across = runThrough(x, y, 1, 0);
+        const int upright = runThrough(x, y, 0, 1);
+        if (std::max(across, upright) == 1 || std::max(across, upright) >= LongRun)
+            return false;
+        const double step = Rounding * mix.between.step();
+        const double own = positionOf(mix.color, mix);
+        bool isLeast = true;
+        bool isMost = true;
+        for (int row = y - Reach; row <= y + Reach && (isLeast || isMost); ++row) {
+            for (int column = x - Reach; column <= x + Reach; ++column) {
+                const double there = positionOf(image.at(column, row), mix);
+                isLeast = isLeast && there >= own - step;
+                isMost = isMost && there <= own + step;
+            }
+        }
+        return isLeast != isMost;
+    }
+    double positionOf(QRgb color, const LikelyMix& mix) const {
+        return mix.between.rawPosition(mixColor(color, light));
+    }
+    /// How many equal pixels a row, or a column, has about one; no more than LongRun are told.
+    int runThrough(int x, int y, int dx, int dy) const {
+        int count = 1;
+        for (const int direction : {-1, 1}) {
+            int column = x + direction * dx;
+            int row = y + direction * dy;
+            while (count < LongRun && column >= 0 && row >= 0 && column < image.width &&
+                   row < image.height && image.at(column, row) == image.at(x, y)) {
+                ++count;
+                column += direction * dx;
+                row += direction * dy;
+            }
+        }
+        return count;
     }
 
+    static constexpr int LongRun = 16;
     const PixelView& image;
     std::vector<LikelyMix>& mixes;
     Light light;
@@ -106,8 +156,11 @@ private:
 };
 
 /// What has few blocks for its pixels is no area; nor is what has none as wide as three pixels, and
-/// lies along edges more often than in blocks: lines that run between two rows make these.
+/// lies along edges more often than in blocks: lines that run between two rows make these. But
+/// where most pixels are crests they are lettering of this colour: the crests of mixes have any.
 bool isMix(const LikelyMix& mix) {
+    if (mix.crests > mix.pixels / 2)
+        return false;
     constexpr std::uint32_t PixelsPerBlock = 128; // lines of one pixel on the grid make more blocks
     return (mix.isRare && mix.pixels / PixelsPerBlock >= mix.blocks) ||
            (mix.inner == 0 && mix.onEdges > mix.blocks);

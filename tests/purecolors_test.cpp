@@ -120,6 +120,46 @@ TEST(PureColors, AreasWiderThanTwoPixelsStayThoughTheirColourLiesAlongEdges) {
     EXPECT_EQ(greysOf(image), 21U);
 }
 
+/// Black on the left of a white image, its edge mixed, and strokes of a thin grey letter.
+QImage withGreyLettering() {
+    QImage image = ground(60, 60, White);
+    for (int y = 0; y < 60; ++y) {
+        for (int x = 0; x < 20; ++x)
+            image.setPixel(x, y, Black);
+        image.setPixel(20, y, y % 4 == 0 ? Grey : Black);
+    }
+    for (int i = 0; i < 12; ++i) {
+        image.setPixel(30, 20 + i, Grey);
+        image.setPixel(31 + i, 20, Grey);
+        image.setPixel(31 + i, 26, Grey);
+    }
+    image.setPixel(31, 27, Grey);
+    return image;
+}
+
+TEST(PureColors, ThinLetteringHasItsOwnColour) {
+    EXPECT_GT(greysOf(withGreyLettering()), 0U);
+    // The same pixels beside black are its edge, which is mixed.
+    QImage image = withGreyLettering();
+    for (int y = 1; y < 60; ++y) {
+        for (int x = 21; x < 59; ++x) {
+            if (image.pixel(x, y) == Grey && image.pixel(x, y - 1) == White)
+                image.setPixel(x, y - 1, Black);
+        }
+    }
+    EXPECT_EQ(greysOf(image), 0U);
+}
+
+TEST(PureColors, LongLinesAlongThePixelsMayBeMixes) {
+    QImage image = withGreyLettering();
+    for (int y = 20; y < 32; ++y)
+        for (int x = 30; x < 60; ++x)
+            image.setPixel(x, y, y == 20 || y == 21 ? Grey : White);
+    for (int y = 0; y < 60; ++y)
+        image.setPixel(20, y, Grey);
+    EXPECT_EQ(greysOf(image), 0U);
+}
+
 TEST(PureColors, ColoursThatAreNoMixesStay) {
     QImage image = ground(60, 60, White);
     for (int i = 0; i < 200; ++i)
