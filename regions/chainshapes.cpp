@@ -5,6 +5,7 @@
 #include "plainjoining.h"
 #include "release.h"
 #include "separation.h"
+#include "squarecorners.h"
 #include "wholepixels.h"
 
 #include "shapes/joining.h"
@@ -222,6 +223,8 @@ private:
             else
                 pieces = polygonThrough(near, chain.from < 0, start, end);
         }
+        if (!near.empty())
+            squareCorners(chain, f.samples, pieces);
         // Both junctions and all samples in one place: the boundary still has its start and
         // end.
         if (pieces.empty()) {
@@ -231,6 +234,20 @@ private:
         pieces.shrink_to_fit();
         release(f.samples);
         f.model = {};
+    }
+
+    /// Gives a polygon through places the corners that it cuts.
+    void squareCorners(const CrackChain& chain, std::span<const Sample> samples,
+                       std::vector<Piece>& pieces) const {
+        if (labels.noise > 0 || areRounded(samples))
+            return;
+        const Step step = cracks.steps[chain.firstStep];
+        const GridPoint left = pixelLeftOf(chain.start, step);
+        const GridPoint right = pixelRightOf(chain.start, step);
+        std::vector<Piece> squared = withSquareCorners(
+            pieces, image, labels, labels.at(left.x, left.y), labels.at(right.x, right.y));
+        if (!crossesWholePixels(squared, samples, chain.from < 0))
+            pieces = std::move(squared);
     }
 
     bool mayJoinPlainly(const ChainModel& model, std::span<const Sample> samples) const {
