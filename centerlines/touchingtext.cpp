@@ -2,6 +2,7 @@
 
 #include "characters.h"
 #include "pace.h"
+#include "steps.h"
 
 #include <algorithm>
 #include <array>
@@ -110,8 +111,8 @@ private:
         for (int k = 0; k <= walk.count(); ++k) {
             const Point at = walk.at(k);
             const Point sideways = turnedQuarter(directionAt(stroke.carrier, at));
-            for (double off = -reach; off <= reach; off += 0.5)
-                if (std::uint8_t* value = restAt(at + sideways * off);
+            for (int side = 0; side <= stepsIn(2.0 * reach, 0.5); ++side)
+                if (std::uint8_t* value = restAt(at + sideways * (0.5 * side - reach));
                     value && *value == InkMask::Ink)
                     *value = OfLines;
         }
@@ -201,8 +202,9 @@ private:
             seen[one] = true;
         };
         take(i);
-        for (std::size_t k = 0; k < row.size(); ++k)
-            for (const std::size_t next : beside[row[k]])
+        std::size_t followed = 0;
+        while (followed < row.size())
+            for (const std::size_t next : beside[row[followed++]])
                 take(next);
         for (const std::size_t one : row)
             members[one].text = members[one].text || row.size() >= RowOfPieces;
