@@ -17,6 +17,8 @@ constexpr double StraightOn = 0.866;
 /// Ends at a node more than which are a tangle, as of a halftone, through which no stroke leads.
 constexpr std::size_t MostOfNode = 64;
 
+/// How much more than noise neighbours leave where it is their stroke that bends.
+constexpr double Tight = 2.0;
 /// Slope of a line of whole pixels below which it has no two steps within a few pixels, and the
 /// share of bumps on such lines from which edges count as ragged.
 constexpr double LevelSlope = 0.05;
@@ -305,12 +307,20 @@ void chainUp(std::vector<Stroke>& strokes, std::size_t first, bool closed) {
     }
 }
 
+/// How far four points at equal distances are off any arc through them, across the way: it is
+/// sqrt(20) times the deviation of each.
+double thirdDifference(const StrokePoint& a, const StrokePoint& b, const StrokePoint& c,
+                       const StrokePoint& d) {
+    return cross(unit(c.at - b.at), (d.at - a.at) - (c.at - b.at) * 3.0);
+}
+
 } // namespace
 
 Measure measureNoise(const std::vector<std::vector<StrokePoint>>& profiles, const Raster& raster) {
     // The middle of three points 3 pixels apart leaves the other two by sqrt(3/2) sigma.
     const std::size_t apart = 3 * static_cast<std::size_t>(raster.scale);
     std::vector<double> residuals;
+    std::vector<double> ofCurves;
     std::size_t level = 0;
     std::size_t bumps = 0;
     for (const std::vector<StrokePoint>& points : profiles)
@@ -325,9 +335,17 @@ Measure measureNoise(const std::vector<std::vector<StrokePoint>>& profiles, cons
                 ++level;
                 bumps += residuals.back() > raster.scale * Bump ? 1U : 0U;
             }
+            if (i + 2 * apart < points.size() && !points[i + 2 * apart].beside)
+                ofCurves.push_back(
+                    std::abs(thirdDifference(a, points[i], b, points[i + 2 * apart])));
         }
     // 0.6745 sigma is the median of the absolute values of normal noise.
-    const double sigma = medianOf(residuals) / (0.6745 * 1.2247);
+    constexpr double MedianOfNormal = 0.6745;
+    double sigma = medianOf(residuals) / (MedianOfNormal * 1.2247);
+    // Tight curves leave more than the noise does, where there is little else.
+    const double ofTight = medianOf(ofCurves) / (MedianOfNormal * 4.4721);
+    if (!ofCurves.empty() && ofTight * Tight < sigma)
+        sigma = ofTight;
     return {std::max(sigma, raster.scale * (raster.twoLevels ? 0.25 : 0.06)), raster.twoLevels,
             raster.twoLevels &&
                 static_cast<double>(bumps) > RaggedShare * static_cast<double>(level)};

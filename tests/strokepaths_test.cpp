@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <random>
 
 using namespace ovtrace;
 
@@ -55,6 +56,24 @@ TEST(StrokePaths, BumpsOfTwoLevelsAreRagged) {
     EXPECT_FALSE(measureNoise({chainAt(10.5, 9)}, {false, 1}).ragged);
     EXPECT_GE(measureNoise({chainAt(10.5, 0)}, {true, 1}).sigma, 0.25);
     EXPECT_GE(measureNoise({chainAt(10.5, 0)}, {true, 2}).sigma, 0.5);
+}
+
+TEST(StrokePaths, TightCurvesAreNoNoise) {
+    std::vector<StrokePoint> coil;
+    std::vector<StrokePoint> rough;
+    std::minstd_rand draw;
+    for (int i = 0; i < 200; ++i) {
+        const double angle = i / 7.0; // of a circle of 7 pixels
+        const double off =
+            0.5 * (static_cast<double>(draw()) / static_cast<double>(draw.max()) - 0.5);
+        StrokePoint point;
+        point.at = Point{std::cos(angle), std::sin(angle)} * 7.0;
+        coil.push_back(point);
+        point.at = Point{std::cos(angle), std::sin(angle)} * (7.0 + off);
+        rough.push_back(point);
+    }
+    EXPECT_LT(measureNoise({coil}, {false, 1}).sigma, 0.1);
+    EXPECT_GT(measureNoise({rough}, {false, 1}).sigma, 0.1);
 }
 
 } // namespace

@@ -96,21 +96,38 @@ TEST(TraceCenterlines, LinesThatCrossNearTheirEndsKeepThem) {
         EXPECT_NEAR(std::max(stroke.start.x, stroke.end.x), 170.0, 1.0);
 }
 
-TEST(TraceCenterlines, CuspsOfArcsAreNodes) {
+/// Half circles in a row from the left end at `start`, as coils are drawn.
+QImage halfCircles(int count, QPointF start, double diameter, double width) {
     QImage image(160, 100, QImage::Format_RGB32);
     image.fill(Qt::white);
-    {
-        QPainter painter(&image);
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(QPen(Qt::black, 3.0, Qt::SolidLine, Qt::FlatCap));
-        for (const double x : {20.0, 56.0, 92.0})
-            painter.drawArc(QRectF(x, 30.0, 36.0, 36.0), 0, 180 * 16);
-    }
-    const OvCenterlines result = OvTraceCenterlines().trace(image);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(Qt::black, width, Qt::SolidLine, Qt::FlatCap));
+    for (int i = 0; i < count; ++i)
+        painter.drawArc(
+            QRectF(start.x() + i * diameter, start.y() - diameter / 2.0, diameter, diameter), 0,
+            180 * 16);
+    return image;
+}
+
+TEST(TraceCenterlines, CuspsOfArcsAreNodes) {
+    const OvCenterlines result =
+        OvTraceCenterlines().trace(halfCircles(3, {20.0, 48.0}, 36.0, 3.0));
     ASSERT_EQ(result.strokes.size(), 3);
     ASSERT_EQ(result.nodes.size(), 2);
     for (const OvCenterlinePoint& node : result.nodes)
         EXPECT_NEAR(node.y, 52.0, 0.6);
+}
+
+TEST(TraceCenterlines, SmallCoilsAloneAreArcs) {
+    const OvCenterlines result =
+        OvTraceCenterlines().trace(halfCircles(4, {20.0, 50.0}, 14.0, 1.75));
+    ASSERT_EQ(result.strokes.size(), 4);
+    for (const Stroke& stroke : result.strokes)
+        EXPECT_EQ(stroke.shape, Stroke::Shape::Arc);
+    EXPECT_EQ(result.nodes.size(), 3);
+    for (const OvCenterlinePoint& node : result.nodes)
+        EXPECT_NEAR(node.y, 50.0, 1.0);
 }
 
 TEST(TraceCenterlines, ThinStrokesOfOnePenHaveOneColour) {
